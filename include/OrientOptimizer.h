@@ -1,0 +1,99 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "TeskDataBasic/UVector3.h"
+#include "TeskMeshData/MeshKernel.h"
+#include "TeskSDKTriangleOrientExport.h"
+
+namespace OptimizeOrient {
+
+/// What a good orientation is worth. Lengths are in the mesh's unit, taken as millimetres: the
+/// sampling keeps a margin of one unit around the part.
+struct Configure {
+    /// Degrees. A surface is an overhang where its normal points down more steeply than this
+    /// leaves: where the unit normal's z is below −cos(overhangAngle).
+    float overhangAngle = 45.0f;
+    /// Weight of both area scores, `overhangArea` and `projectedArea`.
+    std::int32_t supportAreaWeight = 0;
+    std::int32_t supportVolumeWeight = 3;
+    std::int32_t heightWeight = 1;
+    std::int32_t boxVolumeWeight = 1;
+    /// Nonzero: measure support even where both support weights are 0.
+    std::int32_t computeSupport = 0;
+    /// The z to which the part's lowest point is moved before support is measured down to z = 0;
+    /// −1 or less leaves the part at the height that the turn about its box centre gives.
+    float baseHeight = 0.0f;
+    std::int32_t reserved = 0;
+};
+
+/// One ranked build orientation. Turning the part by `angle` about `axis` (right-handed, any axis
+/// through any point) brings the chosen direction of the part to +Z.
+struct OptOrientation {
+    /// Not normalised; (0, 1, 0) for the direction −Z, (0, 0, 0) for +Z, where nothing turns.
+    UVector3<float> axis;
+    /// Radians, 0 to pi.
+    float angle = 0.0f;
+    /// Area of the overhanging triangles, each counted once for every sample column that meets it.
+    float overhangArea = 0.0f;
+    /// Volume between overhanging surfaces and what lies below them.
+    float supportVolume = 0.0f;
+    /// Area of all sample columns that meet the part.
+    float projectedArea = 0.0f;
+    /// z extent of the turned part.
+    float height = 0.0f;
+    /// Volume of the turned part's axis-aligned box.
+    float boxVolume = 0.0f;
+    /// Weighted sum of the measures, each first normalised to 0..1 over all candidates; lower is
+    /// better. Comparable only within one call.
+    float score = 0.0f;
+};
+
+static_assert(sizeof(Configure) == 32);
+static_assert(sizeof(OptOrientation) == 40);
+
+/// Seeds the random numbers that calculateOrients() draws on the calling thread: the same seed
+/// before the same call gives the same result. Nothing in the library seeds them. Where the
+/// C library is Microsoft's this is srand(); elsewhere every thread starts as if seeded with 1.
+TESK_ORIENT_API void seedRandom(std::uint32_t seed);
+
+}  // namespace OptimizeOrient
+
+/// Chooses build orientations. Holds no data; every call stands alone.
+class TESK_ORIENT_API OrientOptimizer {
+ public:
+    OrientOptimizer() = default;
+    OrientOptimizer(const OrientOptimizer&) = default;
+    OrientOptimizer& operator=(const OrientOptimizer&) noexcept { return *this; }
+    OrientOptimizer& operator=(OrientOptimizer&&) noexcept { return *this; }
+
+    /// Ranks 18 to 58 candidate build directions of a placed mesh.
+    ///
+    /// @param mesh         not null. Its topology and triangle normals are refreshed in place;
+    ///                     otherwise it is only read. A mesh without triangles or with non-finite
+    ///                     vertices is no error.
+    /// @param config       weights and limits.
+    /// @param axis, angle  receive the best candidate's axis (not normalised) and angle (radians).
+    /// @param orientations null, or receives the best record, ten spread over the ranking and the
+    ///                     worst: 12 in all, in ascending order of score. Equal scores keep
+    ///                     candidate order; NaN scores come last.
+    /// @param progress     empty, or called on the calling thread with whole percentages that never
+    ///                     fall: 3, 10, 10..90, 90, 95, 100. It ends the computation by throwing
+    ///                     Tesk::AbortException; an exception of another type that it throws
+    ///                     between the first 10 and the last 90 ends the process.
+    ///
+    /// Throws Tesk::AbortException after an abort, and std::bad_alloc. After an abort up to 90 the
+    /// outputs are untouched; at 95 `orientations` holds every candidate unsorted, with score 0
+    /// or its score, and `axis` and `angle` are untouched; at 100 everything is complete.
+    ///
+    /// Runs on as many OpenMP threads as the caller's setting allows (omp_set_num_threads); the
+    /// result does not depend on how many. Different meshes may be ranked at once by different
+    /// threads. Cost: linear in the triangle count, and in the number of sample columns, about
+    /// 1600 times the aspect ratio of the turned part's footprint.
+    static void calculateOrients(MeshKernel* mesh, OptimizeOrient::Configure config,
+                                 UVector3<float>& axis, float& angle,
+                                 std::vector<OptimizeOrient::OptOrientation>* orientations,
+                                 std::function<void(int)> progress);
+};

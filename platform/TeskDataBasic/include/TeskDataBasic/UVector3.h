@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cmath>
+
+/// A direction or difference in space. Default-constructed, it is the zero vector.
+template <class T>
+class UVector3 {
+ public:
+    constexpr UVector3() = default;
+    constexpr UVector3(T x, T y, T z) : x(x), y(y), z(z) {}
+
+    /// Component 0, 1 or 2.
+    constexpr T& operator[](int i) { return i == 0 ? x : i == 1 ? y : z; }
+    constexpr T operator[](int i) const { return i == 0 ? x : i == 1 ? y : z; }
+
+    constexpr UVector3 operator+(const UVector3& b) const { return {x + b.x, y + b.y, z + b.z}; }
+    constexpr UVector3 operator-(const UVector3& b) const { return {x - b.x, y - b.y, z - b.z}; }
+    constexpr UVector3 operator*(T s) const { return {x * s, y * s, z * s}; }
+
+    /// The vector product.
+    constexpr UVector3 operator*(const UVector3& b) const {
+        return {y * b.z - z * b.y, z * b.x - x * b.z, x * b.y - y * b.x};
+    }
+
+    /// The dot product, summed in the order x, y, z.
+    constexpr T operator|(const UVector3& b) const { return x * b.x + y * b.y + z * b.z; }
+    constexpr T Dot(const UVector3& b) const { return *this | b; }
+
+    /// The Euclidean length, formed in double: the squares of floats neither overflow nor vanish.
+    T GetLength() const { return static_cast<T>(lengthAsDouble()); }
+
+    /// This vector divided by its length; the zero vector stays zero.
+    UVector3 GetNormal() const {
+        const double length = lengthAsDouble();
+        if (length == 0.0) return *this;
+        return {static_cast<T>(x / length), static_cast<T>(y / length),
+                static_cast<T>(z / length)};
+    }
+
+    /// GetNormal() in place.
+    void Normalize() { *this = GetNormal(); }
+
+    constexpr bool operator==(const UVector3&) const = default;
+
+    T x = 0;
+    T y = 0;
+    T z = 0;
+
+ private:
+    double lengthAsDouble() const {
+        const double dx = x;
+        const double dy = y;
+        const double dz = z;
+        return std::sqrt(dx * dx + dy * dy + dz * dz);
+    }
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+#include "TeskDebug/Export.h"
+
+/// Times the stages of a computation. Each call to logElapse() passes the stage's label and the
+/// time since the previous one (or since construction) to the process's sink.
+///
+/// One object belongs to one thread; different objects may log from different threads at once.
+class TESK_DEBUG_API StopWatchLog {
+ public:
+    /// Receives a label and the stage's seconds, on the thread that logs, one call at a time.
+    using Sink = std::function<void(const char* label, double seconds)>;
+
+    StopWatchLog();
+
+    /// Ends the current stage under this label and starts the next.
+    void logElapse(const char* label);
+
+    /// Sets where all logs of this process go; an empty sink (the start state) drops them.
+    /// The sink must not throw and must not log. Returns the sink it replaces.
+    static Sink setSink(Sink sink);
+
+ private:
+    std::chrono::steady_clock::time_point m_stageStart;
+};

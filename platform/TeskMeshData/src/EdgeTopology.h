@@ -1,0 +1,8 @@
+#pragma once
+
+#include "TeskMeshData/MeshKernel.h"
+
+/// Finds which triangles share an edge. Sets every triangle's neighbours when `setNeighbours`, and
+/// returns the edge counts. Linear in the triangle count; needs about 26 bytes per triangle
+/// meanwhile.
+TopologyCounts buildEdgeTopology(UMesh<float>& mesh, bool setNeighbours);

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "TeskDataBasic/UBox3.h"
+#include "TeskDataBasic/UMatrix4.h"
+#include "TeskMeshData/MeshKernel.h"
+
+/// A read-only copy of a mesh in flat arrays, taken once per call and shared by all evaluations.
+struct FlatMesh {
+    /// Coordinates in the mesh's own frame, one entry per vertex of the mesh. Vertices that are
+    /// not deleted come first, in list order.
+    std::vector<float> x, y, z;
+    /// How many of the vertices are not deleted: only these count for boxes.
+    std::size_t keptVertices = 0;
+    /// Corner indices into the arrays above, one entry per triangle in list order.
+    std::vector<std::array<std::int32_t, 3>> corners;
+    /// The mesh's placement, and the box of its kept vertices taken through it.
+    UMatrix4<float> placement;
+    UBox3<float> placedBox;
+
+    UPoint3<float> point(std::int32_t vertex) const {
+        const auto v = static_cast<std::size_t>(vertex);
+        return {x[v], y[v], z[v]};
+    }
+};
+
+FlatMesh flatten(const UMesh<float>& mesh, const UMatrix4<float>& placement);

@@ -1,0 +1,86 @@
+#include "SampleGrid.h"
+
+#include <algorithm>
+
+namespace {
+
+/// The value truncated to a whole number, or 0 where it does not fit an int.
+float truncated(float value) {
+    constexpr float kBeyondInt = 2147483648.0f;
+    if (!(value > -kBeyondInt && value < kBeyondInt)) return 0.0f;
+    return static_cast<float>(static_cast<int>(value));
+}
+
+struct CellSize {
+    float x;
+    float y;
+};
+
+/// Square cells, a fortieth of the shorter side; the other side is then adjusted to a whole number
+/// of hundredths of cells. A side that cannot be expressed comes out as 0, infinite or NaN.
+CellSize cellSize(float width, float depth) {
+    const float wholeWidth = truncated(width * 100.0f);
+    const float wholeDepth = truncated(depth * 100.0f);
+    CellSize cell{};
+    if (width / depth < 1.0f) {
+        cell.x = wholeWidth / 4000.0f;
+        cell.y = (depth * 100.0f) / truncated(wholeDepth / cell.x);
+    } else {
+        cell.y = wholeDepth / 4000.0f;
+        cell.x = (width * 100.0f) / truncated(wholeWidth / cell.y);
+    }
+    return cell;
+}
+
+bool isUsable(float step) { return step > 0.0f && step <= UBox3<float>::kFar; }
+
+}  // namespace
+
+SampleLine::SampleLine(float low, float high, float step) {
+    if (!isUsable(step)) return;
+    const float half = step * 0.5f;
+    // Accumulated, not indexed: the rounding of every step is part of the result.
+    float x = low;
+    float next = low;
+    do {
+        x = next;
+        m_middles.push_back(x + half);
+        next = x + step;
+    } while (next < high && next > x);
+    m_cellsPerUnit = 1.0f / step;
+}
+
+std::size_t SampleLine::countBelow(float value) const {
+    if (m_middles.empty() || !(m_middles.front() < value)) return 0;
+    if (m_middles.back() < value) return size();
+    // A guess, which the accumulated rounding leaves a little off, on long lines much.
+    const float guess = (value - m_middles.front()) * m_cellsPerUnit;
+    const std::size_t last = size() - 1;
+    std::size_t i = guess < static_cast<float>(last) ? static_cast<std::size_t>(guess) : last;
+    for (int step = 0; step < 4; ++step) {
+        if (m_middles[i] < value) {
+            ++i;
+        } else if (i > 0 && !(m_middles[i - 1] < value)) {
+            --i;
+        } else {
+            return i;
+        }
+    }
+    const auto found = std::lower_bound(m_middles.begin(), m_middles.end(), value);
+    return static_cast<std::size_t>(found - m_middles.begin());
+}
+
+SampleGrid makeSampleGrid(const UBox3<float>& box) {
+    constexpr float kMargin = 1.0f;
+    const float x0 = box.MinX() - kMargin;
+    const float x1 = box.MaxX() + kMargin;
+    const float y0 = box.MinY() - kMargin;
+    const float y1 = box.MaxY() + kMargin;
+    const CellSize cell = cellSize(x1 - x0, y1 - y0);
+    SampleGrid grid;
+    if (!(x1 > x0) || !(y1 > y0) || !isUsable(cell.x) || !isUsable(cell.y)) return grid;
+    grid.columns = SampleLine(x0, x1, cell.x);
+    grid.rows = SampleLine(y0, y1, cell.y);
+    grid.cellArea = cell.x * cell.y;
+    return grid;
+}
