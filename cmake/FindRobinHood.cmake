@@ -16,7 +16,7 @@ find_path(RobinHood_INCLUDE_DIR robin_hood.h PATH_SUFFIXES mash robin_hood robin
 include(FindPackageHandleStandardArgs)
 find_package_handle_standard_args(
     RobinHood REQUIRED_VARS RobinHood_INCLUDE_DIR
-    REASON_FAILURE_MESSAGE "robin_hood.h is missing; Debian has it in libmash-dev")
+    REASON_FAILURE_MESSAGE "robin_hood.h is missing (Debian package libmash-dev)")
 
 if(RobinHood_FOUND AND NOT TARGET RobinHood::RobinHood)
     add_library(RobinHood::RobinHood INTERFACE IMPORTED)

@@ -32,7 +32,9 @@ CellSize cellSize(float width, float depth) {
     return cell;
 }
 
-bool isUsable(float step) { return step > 0.0f && step <= UBox3<float>::kFar; }
+bool isUsable(float step) {
+    return step > 0.0f && step <= UBox3<float>::kFar;
+}
 
 }  // namespace
 

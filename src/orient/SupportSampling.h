@@ -26,5 +26,4 @@ struct SupportMeasures {
 /// Measures the support that the part needs, column by column of the grid: x outside, y inside,
 /// which fixes the order of the sums. A triangle overhangs where its unit normal's z is below
 /// −overhangCosine; the ground is z = 0.
-SupportMeasures sampleSupport(const TurnedMesh& mesh, const SampleGrid& grid,
-                              float overhangCosine);
+SupportMeasures sampleSupport(const TurnedMesh& mesh, const SampleGrid& grid, float overhangCosine);

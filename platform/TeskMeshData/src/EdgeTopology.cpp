@@ -18,8 +18,12 @@ struct HalfEdge {
     }
 };
 
-std::int32_t triangleOf(const HalfEdge& h) { return static_cast<std::int32_t>(h.code / 3); }
-int edgeOf(const HalfEdge& h) { return static_cast<int>(h.code % 3); }
+std::int32_t triangleOf(const HalfEdge& h) {
+    return static_cast<std::int32_t>(h.code / 3);
+}
+int edgeOf(const HalfEdge& h) {
+    return static_cast<int>(h.code % 3);
+}
 
 std::array<std::int32_t, 3> cornersOf(const Triangle& triangle) {
     return {triangle.V(0)->Index(), triangle.V(1)->Index(), triangle.V(2)->Index()};
@@ -52,9 +56,8 @@ HalfEdgeGroups groupHalfEdges(const Mesh& mesh) {
     // Counts are kept two places up: after the running sum, first[v + 1] is where group v begins,
     // and filling the groups moves it to where group v ends.
     groups.first.assign(static_cast<std::size_t>(mesh.VertexCount()) + 2, 0);
-    forEachHalfEdge(mesh, [&](std::size_t lower, std::int32_t, std::uint32_t) {
-        ++groups.first[lower + 2];
-    });
+    forEachHalfEdge(
+        mesh, [&](std::size_t lower, std::int32_t, std::uint32_t) { ++groups.first[lower + 2]; });
     for (std::size_t v = 2; v < groups.first.size(); ++v) groups.first[v] += groups.first[v - 1];
     groups.halfEdges.resize(groups.first.back());
     forEachHalfEdge(mesh, [&](std::size_t lower, std::int32_t upper, std::uint32_t code) {

@@ -71,8 +71,7 @@ inline ReducedAngle reduceAngle(double angleRad) {
 inline double cosine(double angleRad) {
     if (!(std::fabs(angleRad) < 1e15)) return angleRad - angleRad;
     const auto [quadrant, rest] = detail::reduceAngle(angleRad);
-    const double value =
-        quadrant % 2 == 0 ? detail::cosineSmall(rest) : detail::sineSmall(rest);
+    const double value = quadrant % 2 == 0 ? detail::cosineSmall(rest) : detail::sineSmall(rest);
     return quadrant == 1 || quadrant == 2 ? -value : value;
 }
 
@@ -80,8 +79,7 @@ inline double cosine(double angleRad) {
 inline double sine(double angleRad) {
     if (!(std::fabs(angleRad) < 1e15)) return angleRad - angleRad;
     const auto [quadrant, rest] = detail::reduceAngle(angleRad);
-    const double value =
-        quadrant % 2 == 0 ? detail::sineSmall(rest) : detail::cosineSmall(rest);
+    const double value = quadrant % 2 == 0 ? detail::sineSmall(rest) : detail::cosineSmall(rest);
     return quadrant >= 2 ? -value : value;
 }
 

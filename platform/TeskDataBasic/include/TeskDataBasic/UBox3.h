@@ -38,9 +38,7 @@ class UBox3 {
     }
 
     /// (size along x · size along y) · size along z.
-    constexpr T Volume() const {
-        return (MaxX() - MinX()) * (MaxY() - MinY()) * (MaxZ() - MinZ());
-    }
+    constexpr T Volume() const { return (MaxX() - MinX()) * (MaxY() - MinY()) * (MaxZ() - MinZ()); }
 
  private:
     constexpr bool isSeen(int axis) const { return m_low[axis] <= m_high[axis]; }

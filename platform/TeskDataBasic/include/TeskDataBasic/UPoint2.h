@@ -7,7 +7,7 @@ template <class T>
 class UPoint2 {
  public:
     constexpr UPoint2() = default;
-    constexpr UPoint2(T x, T y) : x(x), y(y) {}
+    constexpr UPoint2(T xValue, T yValue) : x(xValue), y(yValue) {}
 
     constexpr UVector2<T> operator-(const UPoint2& b) const { return {x - b.x, y - b.y}; }
 

@@ -8,18 +8,14 @@ template <class T>
 class UPoint3 {
  public:
     constexpr UPoint3() = default;
-    constexpr UPoint3(T x, T y, T z) : x(x), y(y), z(z) {}
+    constexpr UPoint3(T xValue, T yValue, T zValue) : x(xValue), y(yValue), z(zValue) {}
 
     /// Coordinate 0, 1 or 2.
     constexpr T& operator[](int i) { return i == 0 ? x : i == 1 ? y : z; }
     constexpr T operator[](int i) const { return i == 0 ? x : i == 1 ? y : z; }
 
-    constexpr UVector3<T> operator-(const UPoint3& b) const {
-        return {x - b.x, y - b.y, z - b.z};
-    }
-    constexpr UPoint3 operator+(const UVector3<T>& v) const {
-        return {x + v.x, y + v.y, z + v.z};
-    }
+    constexpr UVector3<T> operator-(const UPoint3& b) const { return {x - b.x, y - b.y, z - b.z}; }
+    constexpr UPoint3 operator+(const UVector3<T>& v) const { return {x + v.x, y + v.y, z + v.z}; }
 
     /// The point taken through an affine matrix: each coordinate is
     /// ((x·m0 + y·m1) + z·m2) + m3 in this order; the matrix's fourth column is not read.

@@ -5,7 +5,7 @@ template <class T>
 class UVector2 {
  public:
     constexpr UVector2() = default;
-    constexpr UVector2(T x, T y) : x(x), y(y) {}
+    constexpr UVector2(T xValue, T yValue) : x(xValue), y(yValue) {}
 
     /// The 2D cross product x·b.y − y·b.x, twice the signed area of the triangle they span.
     constexpr T operator*(const UVector2& b) const { return x * b.y - y * b.x; }

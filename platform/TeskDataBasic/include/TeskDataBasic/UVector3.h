@@ -7,7 +7,7 @@ template <class T>
 class UVector3 {
  public:
     constexpr UVector3() = default;
-    constexpr UVector3(T x, T y, T z) : x(x), y(y), z(z) {}
+    constexpr UVector3(T xValue, T yValue, T zValue) : x(xValue), y(yValue), z(zValue) {}
 
     /// Component 0, 1 or 2.
     constexpr T& operator[](int i) { return i == 0 ? x : i == 1 ? y : z; }
@@ -29,12 +29,15 @@ class UVector3 {
     /// The Euclidean length, formed in double: the squares of floats neither overflow nor vanish.
     T GetLength() const { return static_cast<T>(lengthAsDouble()); }
 
-    /// This vector divided by its length; the zero vector stays zero.
+    /// This vector divided by its length; the zero vector stays zero. Formed in double, each
+    /// component rounded once.
     UVector3 GetNormal() const {
         const double length = lengthAsDouble();
         if (length == 0.0) return *this;
-        return {static_cast<T>(x / length), static_cast<T>(y / length),
-                static_cast<T>(z / length)};
+        const auto divided = [length](T component) {
+            return static_cast<T>(static_cast<double>(component) / length);
+        };
+        return {divided(x), divided(y), divided(z)};
     }
 
     /// GetNormal() in place.
@@ -48,9 +51,9 @@ class UVector3 {
 
  private:
     double lengthAsDouble() const {
-        const double dx = x;
-        const double dy = y;
-        const double dz = z;
+        const auto dx = static_cast<double>(x);
+        const auto dy = static_cast<double>(y);
+        const auto dz = static_cast<double>(z);
         return std::sqrt(dx * dx + dy * dy + dz * dz);
     }
 };

@@ -29,7 +29,8 @@ class TESK_MESH_API MeshKernel {
     MeshKernel();
 
     /// A mesh from flat arrays: n positions and, per triangle, three indices into them. Nothing is
-    /// reordered. Throws Tesk::Exception that names the first triangle with an index outside 0..n-1.
+    /// reordered. Throws Tesk::Exception that names the first triangle with an index outside
+    /// 0..n-1.
     MeshKernel(std::span<const UPoint3<float>> positions,
                std::span<const UMesh<float>::Corners> triangles);
 

@@ -9,7 +9,8 @@
 template <class T>
 class UVertex {
  public:
-    UVertex(const UPoint3<T>& position, std::int32_t index) : m_position(position), m_index(index) {}
+    UVertex(const UPoint3<T>& position, std::int32_t index)
+        : m_position(position), m_index(index) {}
 
     const UPoint3<T>& P() const { return m_position; }
     void SetP(const UPoint3<T>& position) { m_position = position; }
