@@ -91,7 +91,7 @@ Part makePrism() {
     }
     part.triangles = {{0, 2, 1}, {3, 4, 5}, {0, 1, 4}, {0, 4, 3},
                       {1, 2, 5}, {1, 5, 4}, {2, 0, 3}, {2, 3, 5}};
-    return part.turnedInsideOut();
+    return part;
 }
 
 Part makeBracket(float legX, float legY, float thickness, float width) {

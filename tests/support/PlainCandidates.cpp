@@ -83,7 +83,8 @@ std::vector<Vector> sampledNormals(const MeshKernel& kernel, PlainRandom& random
                 if (!matrix.isIdenticalMatrix()) p[k] = p[k] * matrix;
             }
             const Vector normal = ((p[1] - p[0]) * (p[2] - p[0])).GetNormal();
-            if (isDirection(normal)) normals.push_back(normal);
+            // Exactly zero: a NaN length counts as a length.
+            if (normal.GetLength() != 0.0f) normals.push_back(normal);
         }
     }
     return normals;

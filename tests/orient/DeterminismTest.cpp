@@ -1,0 +1,125 @@
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "CadShapes.h"
+#include "CompareRecords.h"
+#include "OmpThreads.h"
+#include "ReferenceShapes.h"
+#include "SampleMeshes.h"
+#include "Shapes.h"
+#include "TeskDebug/StopWatchLog.h"
+#include "TestSize.h"
+
+namespace {
+
+constexpr OptimizeOrient::Configure kEverything = {.supportAreaWeight = 1};
+
+std::uint64_t hashOf(MeshKernel& mesh, std::uint32_t seed = 1) {
+    return calculated(mesh, kEverything, seed).hash();
+}
+
+void expectSameForAllThreadCounts(const Part& part) {
+    MeshKernel mesh = part.kernel();
+    std::uint64_t expected = 0;
+    for (const int threads : {1, 2, 3, 16}) {
+        const OmpThreads setting(threads);
+        const std::uint64_t hash = hashOf(mesh);
+        if (threads == 1) expected = hash;
+        ASSERT_EQ(hash, expected) << threads << " threads";
+    }
+}
+
+TEST(Determinism, ResultsAreTheSameForOneTwoThreeAndSixteenThreads) {
+    for (const NamedPart& shape : referenceShapes()) {
+        SCOPED_TRACE(shape.name);
+        expectSameForAllThreadCounts(shape.part);
+    }
+}
+
+TEST(Determinism, ABigMeshGivesTheSameForAnyNumberOfThreads) {
+    expectSameForAllThreadCounts(makeSphere(40.0f, testsAreSmall() ? 5000 : 100000));
+}
+
+TEST(Determinism, ASampleMeshGivesTheSameForAnyNumberOfThreads) {
+    const auto files = sampleMeshes();
+    if (files.empty()) GTEST_SKIP() << whyNoSampleMeshes();
+    const std::optional<Part> part = readSampleMesh(files.front());
+    if (!part) GTEST_SKIP() << "built without a reader for " << files.front();
+    expectSameForAllThreadCounts(*part);
+}
+
+TEST(Determinism, TwentyCallsFromOneSeedGiveTheSame) {
+    MeshKernel mesh = makeRandomAssembly(3).kernel();
+    const OmpThreads setting(3);
+    const std::uint64_t expected = hashOf(mesh, 99);
+    for (int i = 0; i < 20; ++i) ASSERT_EQ(hashOf(mesh, 99), expected) << "call " << i;
+}
+
+TEST(Determinism, TwentyFreshMeshesFromOneSeedGiveTheSame) {
+    const Part part = makeSphere(7.0f, 1500);
+    std::uint64_t expected = 0;
+    for (int i = 0; i < 20; ++i) {
+        MeshKernel mesh = part.kernel();
+        const std::uint64_t hash = hashOf(mesh, 5);
+        if (i == 0) expected = hash;
+        ASSERT_EQ(hash, expected) << "call " << i;
+    }
+}
+
+TEST(Determinism, TheNextCallsCandidatesDoNotDependOnTheThreadsOfThisOne) {
+    // No reseeding in between: what the first call drew must not depend on its threads.
+    MeshKernel mesh = makeSoup(80, 9.0f, 2).kernel();
+    const auto secondHash = [&](int threads) {
+        const OmpThreads setting(threads);
+        hashOf(mesh, 7);
+        CallResult second;
+        OrientOptimizer::calculateOrients(&mesh, kEverything, second.axis, second.angle,
+                                          &second.orientations, {});
+        return second.hash();
+    };
+    EXPECT_EQ(secondHash(1), secondHash(2));
+    EXPECT_EQ(secondHash(1), secondHash(16));
+}
+
+TEST(Determinism, AnotherSeedMayGiveAnotherResult) {
+    MeshKernel mesh = makeSoup(80, 9.0f, 2).kernel();
+    EXPECT_NE(hashOf(mesh, 1), hashOf(mesh, 2));
+}
+
+TEST(Determinism, LogLabelsAreTheSameForAnyNumberOfThreads) {
+    MeshKernel mesh = makeTable().kernel();
+    const auto labels = [&](int threads) {
+        const OmpThreads setting(threads);
+        std::vector<std::string> seen;
+        StopWatchLog::Sink before =
+            StopWatchLog::setSink([&](const char* label, double) { seen.emplace_back(label); });
+        hashOf(mesh);
+        StopWatchLog::setSink(std::move(before));
+        return seen;
+    };
+    const std::vector<std::string> expected = labels(1);
+    EXPECT_EQ(expected.size(), 6u);
+    for (const int threads : {2, 3, 16}) EXPECT_EQ(labels(threads), expected);
+}
+
+TEST(Determinism, CallsAtOnceOnDifferentMeshesGiveWhatTheyGiveAlone) {
+    const Part parts[] = {makeTable(), makeSphere(6.0f, 800), makeRandomAssembly(4)};
+    std::vector<std::uint64_t> alone;
+    for (const Part& part : parts) {
+        MeshKernel mesh = part.kernel();
+        alone.push_back(hashOf(mesh));
+    }
+    std::vector<std::uint64_t> together(alone.size());
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < alone.size(); ++i) {
+        threads.emplace_back([&, i] {
+            MeshKernel mesh = parts[i].kernel();
+            for (int round = 0; round < 3; ++round) together[i] = hashOf(mesh);
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(together, alone);
+}
+
+}  // namespace
