@@ -54,7 +54,7 @@ TEST_P(EvaluateOrientOnShapes, AgreesWithThePlainVersionAtEveryBaseHeight) {
 TEST_P(EvaluateOrientOnShapes, AgreesWithThePlainVersionAtOtherOverhangAngles) {
     MeshKernel mesh = GetParam().part.kernel();
     const std::vector<UVector3<float>> directions = directionsFor(mesh);
-    for (const float angle : {0.0f, 30.0f, 90.0f, 135.0f}) {
+    for (const float angle : {0.0f, 60.0f, 135.0f}) {
         expectSameAsPlain(mesh, directions, {.overhangAngle = angle});
     }
 }
@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(Reference, EvaluateOrientOnShapes, testing::ValuesIn(re
                          [](const auto& shape) { return shape.param.name; });
 
 TEST(EvaluateOrient, AgreesWithThePlainVersionOnBiggerMeshesInEveryTriangleAtEveryPoint) {
-    const int size = testsAreSmall() ? 400 : 2000;
+    const int size = testsAreSmall() ? 400 : 1200;
     for (const Part& part :
          {makeSphere(20.0f, size), makeSoup(size, 15.0f, 77), makeWavySheet(size / 100, 30.0f)}) {
         MeshKernel mesh = part.kernel();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,9 @@
 struct NamedPart {
     std::string name;
     Part part;
+
+    /// For the test framework, which shows the parameters of tests.
+    friend void PrintTo(const NamedPart& shape, std::ostream* out) { *out << shape.name; }
 };
 
 /// CAD-like and random shapes, sound and defective ones, each of them of moderate size.

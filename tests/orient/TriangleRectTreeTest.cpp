@@ -156,7 +156,7 @@ TEST(TriangleRectTree, LeavesHoldAtMostEightTriangles) {
 }
 
 TEST(TriangleRectTree, LeavesHoldAtMostEightTrianglesWithEqualCentroids) {
-    for (const int n : {9, 100, 1000}) {
+    for (const int n : {9, 100, 10000}) {
         auto entries = randomEntries(n, 5.0f, 6);
         for (TriangleRect& entry : entries) entry.centroid = {3.0f, 4.0f};
         expectSmallLeaves(entries);

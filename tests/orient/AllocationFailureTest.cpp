@@ -1,0 +1,127 @@
+// Lets the n-th allocation of a call fail, on whichever thread it happens.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+#include "CadShapes.h"
+#include "CompareRecords.h"
+#include "OmpThreads.h"
+#include "Shapes.h"
+
+namespace {
+
+constexpr long kNever = 1L << 40;
+
+std::atomic<long> allocationsLeft = kNever;
+std::atomic<long> blocksHeld = 0;
+
+void* allocate(std::size_t size) {
+    if (allocationsLeft.fetch_sub(1) <= 0) throw std::bad_alloc();
+    void* block = std::malloc(size == 0 ? 1 : size);
+    if (block == nullptr) throw std::bad_alloc();
+    ++blocksHeld;
+    return block;
+}
+
+void release(void* block) {
+    if (block != nullptr) --blocksHeld;
+    std::free(block);
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+    return allocate(size);
+}
+void* operator new[](std::size_t size) {
+    return allocate(size);
+}
+void operator delete(void* block) noexcept {
+    release(block);
+}
+void operator delete[](void* block) noexcept {
+    release(block);
+}
+void operator delete(void* block, std::size_t) noexcept {
+    release(block);
+}
+void operator delete[](void* block, std::size_t) noexcept {
+    release(block);
+}
+
+namespace {
+
+/// What came of a call that was allowed so many allocations.
+struct Outcome {
+    bool isComplete = false;
+    bool ranOutOfMemory = false;
+    long leaked = 0;
+};
+
+Outcome callWith(MeshKernel& mesh, long allocations,
+                 std::vector<OptimizeOrient::OptOrientation>& list) {
+    Outcome outcome;
+    UVector3<float> axis;
+    float angle = 0.0f;
+    OptimizeOrient::seedRandom(1);
+    const std::size_t capacityBefore = list.capacity();
+    const long heldBefore = blocksHeld;
+    allocationsLeft = allocations;
+    try {
+        OrientOptimizer::calculateOrients(&mesh, {.supportAreaWeight = 1}, axis, angle, &list, {});
+        outcome.isComplete = true;
+    } catch (const std::bad_alloc&) {
+        outcome.ranOutOfMemory = true;
+    }
+    allocationsLeft = kNever;
+    // The caller's list may have got its one block.
+    const long forTheList = capacityBefore == 0 && list.capacity() != 0 ? 1 : 0;
+    outcome.leaked = blocksHeld - heldBefore - forTheList;
+    return outcome;
+}
+
+long allocationsOfAWholeCall(MeshKernel& mesh) {
+    std::vector<OptimizeOrient::OptOrientation> list;
+    callWith(mesh, kNever / 2, list);
+    UVector3<float> axis;
+    float angle = 0.0f;
+    allocationsLeft = kNever;
+    OrientOptimizer::calculateOrients(&mesh, {.supportAreaWeight = 1}, axis, angle, &list, {});
+    const long used = kNever - allocationsLeft;
+    allocationsLeft = kNever;
+    return used;
+}
+
+void expectCleanFailures(const Part& part, int threads) {
+    const OmpThreads setting(threads);
+    MeshKernel mesh = part.kernel();
+    const std::uint64_t expected = calculated(mesh, {.supportAreaWeight = 1}).hash();
+    const long all = allocationsOfAWholeCall(mesh);
+    ASSERT_GT(all, 30);
+    const long stride = std::max(1L, all / 50);
+    int failures = 0;
+    for (long allowed = 0; allowed < all; allowed += stride) {
+        std::vector<OptimizeOrient::OptOrientation> list;
+        const Outcome outcome = callWith(mesh, allowed, list);
+        ASSERT_TRUE(outcome.isComplete || outcome.ranOutOfMemory);
+        ASSERT_EQ(outcome.leaked, 0) << "after " << allowed << " allocations";
+        failures += outcome.ranOutOfMemory ? 1 : 0;
+    }
+    EXPECT_GT(failures, 20);
+    EXPECT_EQ(calculated(mesh, {.supportAreaWeight = 1}).hash(), expected);
+}
+
+TEST(AllocationFailure, LeavesTheCallAsBadAllocAndHoldsNoMemory) {
+    expectCleanFailures(makeColumnWithArm(), 1);
+    expectCleanFailures(makeSphere(5.0f, 300), 1);
+}
+
+TEST(AllocationFailure, OnAnyThreadLeavesTheCallOnTheCallingThread) {
+    expectCleanFailures(makeColumnWithArm(), 2);
+    expectCleanFailures(makeSphere(5.0f, 300), 3);
+}
+
+}  // namespace
