@@ -162,39 +162,46 @@ Part makeTable() {
     return part;
 }
 
+namespace {
+
+/// One of five kinds of pieces. Random numbers are drawn one per statement: the order of
+/// evaluation inside a call is the compiler's choice.
+Part makeRandomPiece(TestRandom& random) {
+    const int kind = random.below(5);
+    const float a = random.in(0.0f, 1.0f);
+    const float b = random.in(0.0f, 1.0f);
+    switch (kind) {
+        case 0:
+            return makeBox({0.0f, 0.0f, 0.0f}, {1.0f + 8.0f * a, 1.0f + 8.0f * b, 4.0f});
+        case 1:
+            return makeBracket(4.0f + 8.0f * a, 4.0f + 8.0f * b, 1.5f, 5.0f);
+        case 2:
+            return makeCylinder(1.0f + 3.0f * a, 2.0f + 10.0f * b, 32);
+        case 3:
+            return makeGear(6 + random.below(6), 3.0f + 4.0f * a, 2.0f);
+        default:
+            return makePlateWithHoles(2, 1, 5.0f, 1.0f, 16);
+    }
+}
+
+}  // namespace
+
 Part makeRandomAssembly(std::uint64_t seed) {
     TestRandom random(seed);
     Part part;
-    const int pieces = 3 + random.below(4);
-    for (int i = 0; i < pieces; ++i) {
-        Part piece;
-        switch (random.below(5)) {
-            case 0:
-                piece = makeBox({0.0f, 0.0f, 0.0f},
-                                {random.in(1.0f, 9.0f), random.in(1.0f, 9.0f), 4.0f});
-                break;
-            case 1:
-                piece = makeBracket(random.in(4.0f, 12.0f), random.in(4.0f, 12.0f), 1.5f, 5.0f);
-                break;
-            case 2:
-                piece = makeCylinder(random.in(1.0f, 4.0f), random.in(2.0f, 12.0f), 32);
-                break;
-            case 3:
-                piece = makeGear(6 + random.below(6), random.in(3.0f, 7.0f), 2.0f);
-                break;
-            default:
-                piece = makePlateWithHoles(2, 1, 5.0f, 1.0f, 16);
-                break;
-        }
+    for (int pieces = 3 + random.below(4); pieces > 0; --pieces) {
+        Part piece = makeRandomPiece(random);
         // Right angles and whole numbers bring out ties; the rest brings out rounding.
         if (random.below(2) == 0) {
-            const UVector3<float> axis(random.in(-1.0f, 1.0f), random.in(-1.0f, 1.0f), 0.5f);
-            piece = piece.placed(UMatrix4<float>::CreateRotateMatrix(random.in(0.0f, 3.0f), axis));
+            const float x = random.in(-1.0f, 1.0f);
+            const float y = random.in(-1.0f, 1.0f);
+            const float angleRad = random.in(0.0f, 3.0f);
+            piece = piece.placed(UMatrix4<float>::CreateRotateMatrix(angleRad, {x, y, 0.5f}));
         }
-        const auto whole = [&] { return static_cast<float>(random.below(8)); };
-        const float x = whole();
-        const float y = whole();
-        part.join(piece.moved(x, y, whole()));
+        const auto x = static_cast<float>(random.below(8));
+        const auto y = static_cast<float>(random.below(8));
+        const auto z = static_cast<float>(random.below(8));
+        part.join(piece.moved(x, y, z));
     }
     return part;
 }
