@@ -29,11 +29,10 @@ class UMatrix4 {
     /// any length; the zero axis gives the identity. Formed in double, each entry rounded once.
     static UMatrix4 CreateRotateMatrix(T angleRad, const UVector3<T>& axis) {
         UMatrix4 m;
-        const UVector3<double> raw(axis.x, axis.y, axis.z);
-        const UVector3<double> n = raw.GetNormal();
+        const UVector3<double> n = axis.template As<double>().GetNormal();
         if (n == UVector3<double>()) return m;
-        const double c = Tesk::cosine(angleRad);
-        const double s = Tesk::sine(angleRad);
+        const double c = Tesk::cosine(static_cast<double>(angleRad));
+        const double s = Tesk::sine(static_cast<double>(angleRad));
         const double rest = 1.0 - c;
         const double entries[3][3] = {
             {c + n.x * n.x * rest, n.x * n.y * rest + n.z * s, n.x * n.z * rest - n.y * s},

@@ -22,6 +22,12 @@ class UVector3 {
         return {y * b.z - z * b.y, z * b.x - x * b.z, x * b.y - y * b.x};
     }
 
+    /// The same vector in another precision.
+    template <class Other>
+    constexpr UVector3<Other> As() const {
+        return {static_cast<Other>(x), static_cast<Other>(y), static_cast<Other>(z)};
+    }
+
     /// The dot product, summed in the order x, y, z.
     constexpr T operator|(const UVector3& b) const { return x * b.x + y * b.y + z * b.z; }
     constexpr T Dot(const UVector3& b) const { return *this | b; }
@@ -51,9 +57,7 @@ class UVector3 {
 
  private:
     double lengthAsDouble() const {
-        const auto dx = static_cast<double>(x);
-        const auto dy = static_cast<double>(y);
-        const auto dz = static_cast<double>(z);
-        return std::sqrt(dx * dx + dy * dy + dz * dz);
+        const UVector3<double> wide = As<double>();
+        return std::sqrt(wide | wide);
     }
 };

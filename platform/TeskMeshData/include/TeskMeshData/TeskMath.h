@@ -16,8 +16,8 @@ class TeskMath {
     /// The angle between two vectors of any length, in [0, pi] rad; accurate near both ends, where
     /// an arc cosine would lose half the digits. 0 when one of them is zero.
     static T AngleBetween(const UVector3<T>& a, const UVector3<T>& b) {
-        const UVector3<double> u = UVector3<double>(a.x, a.y, a.z).GetNormal();
-        const UVector3<double> v = UVector3<double>(b.x, b.y, b.z).GetNormal();
+        const UVector3<double> u = a.template As<double>().GetNormal();
+        const UVector3<double> v = b.template As<double>().GetNormal();
         return static_cast<T>(Tesk::angleOf((u * v).GetLength(), u | v));
     }
 };
