@@ -3,14 +3,14 @@
 #include <cstddef>
 #include <type_traits>
 
-#include "OrientOptimizer.h"
+#include "HostMesh.h"
 
 namespace {
 
 using OptimizeOrient::Configure;
 using OptimizeOrient::OptOrientation;
 
-TEST(Records, ConfigureHasEightFieldsOfFourBytesInOrder) {
+TEST(RecordsContract, ConfigureHasItsSizeAndOrder) {
     EXPECT_EQ(sizeof(Configure), 32u);
     EXPECT_EQ(offsetof(Configure, overhangAngle), 0u);
     EXPECT_EQ(offsetof(Configure, supportAreaWeight), 4u);
@@ -23,7 +23,7 @@ TEST(Records, ConfigureHasEightFieldsOfFourBytesInOrder) {
     EXPECT_TRUE(std::is_trivially_copyable_v<Configure>);
 }
 
-TEST(Records, OptOrientationHasItsFieldsInOrder) {
+TEST(RecordsContract, OptOrientationHasItsSizeAndOrder) {
     EXPECT_EQ(sizeof(OptOrientation), 40u);
     EXPECT_EQ(offsetof(OptOrientation, axis), 0u);
     EXPECT_EQ(offsetof(OptOrientation, angle), 12u);
@@ -36,12 +36,27 @@ TEST(Records, OptOrientationHasItsFieldsInOrder) {
     EXPECT_TRUE(std::is_trivially_copyable_v<OptOrientation>);
 }
 
-TEST(Records, TheOptimizerHoldsNothingAndCanBeAssigned) {
-    EXPECT_TRUE(std::is_empty_v<OrientOptimizer>);
+TEST(RecordsContract, TheDefaultsServePrinting) {
+    const Configure config;
+    EXPECT_EQ(config.overhangAngle, 45.0f);
+    EXPECT_EQ(config.supportAreaWeight, 0);
+    EXPECT_EQ(config.supportVolumeWeight, 3);
+    EXPECT_EQ(config.heightWeight, 1);
+    EXPECT_EQ(config.boxVolumeWeight, 1);
+    EXPECT_EQ(config.computeSupport, 0);
+    EXPECT_EQ(config.baseHeight, 0.0f);
+}
+
+TEST(RecordsContract, AnOrientOptimizerCanBeCopiedAndAssigned) {
     OrientOptimizer a;
-    OrientOptimizer b;
+    OrientOptimizer b(a);
     EXPECT_EQ(&(a = b), &a);
     EXPECT_EQ(&(a = OrientOptimizer()), &a);
+    OrientOptimizer& same = a;
+    EXPECT_EQ(&(a = same), &a);
+    EXPECT_TRUE(std::is_nothrow_copy_assignable_v<OrientOptimizer>);
+    EXPECT_TRUE(std::is_nothrow_move_assignable_v<OrientOptimizer>);
+    EXPECT_TRUE(std::is_empty_v<OrientOptimizer>);
 }
 
 }  // namespace
