@@ -1,57 +1,88 @@
-# Sourced by the scripts: installs Debian packages that are missing, and only those.
+# Which Debian packages a job needs, and how the missing ones get there. Source it.
 
-build_packages=(g++ cmake ninja-build libmash-dev libassimp-dev libcli11-dev nlohmann-json3-dev
-    libfmt-dev)
-test_packages=(libgtest-dev libgmock-dev)
-bench_packages=(libcli11-dev libfmt-dev)
-check_packages=(clang clang-format clang-tidy libomp-dev libclang-rt-14-dev gcovr binutils patch)
-
-# install_packages <what for> <package>...
-install_packages() {
-    local purpose=$1
-    shift
-    local missing=()
-    local package
-    for package in "$@"; do
-        if [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
-            missing+=("$package")
-        fi
-    done
-    [ ${#missing[@]} -gt 0 ] || return 0
-
-    local as_root=()
-    if [ "$(id -u)" != 0 ]; then
-        if ! command -v sudo >/dev/null; then
-            echo "Missing $purpose: ${missing[*]}" >&2
-            echo "Run this script as root or install sudo, or install them by hand." >&2
-            return 1
-        fi
-        as_root=(sudo)
-    fi
-    echo "Installing what is missing $purpose: ${missing[*]}"
-    local log
-    log=$(mktemp)
-    if ! { "${as_root[@]}" apt-get update &&
-        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-            apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1 </dev/null; then
-        cat "$log" >&2
-        rm -f "$log"
-        echo "Could not install: ${missing[*]}" >&2
-        return 1
-    fi
-    rm -f "$log"
+# packages_for JOB: one a line, "package|what for".
+packages_for() {
+    case "$1" in
+        build)
+            cat <<'LIST'
+g++|the compiler
+cmake|the build system
+ninja-build|runs the build
+libmash-dev|the hash map of the orientation library
+libassimp-dev|tesk-orient reads and writes mesh files with it
+libminizip-dev|unpacks 3MF files
+libexpat1-dev|reads the XML in them
+libcli11-dev|tesk-orient's command line
+nlohmann-json3-dev|tesk-orient's JSON
+libfmt-dev|tesk-orient's tables
+LIST
+            ;;
+        test)
+            packages_for build
+            cat <<'LIST'
+libgtest-dev|the test framework
+libgmock-dev|its matchers
+LIST
+            ;;
+        checks)
+            packages_for test
+            cat <<'LIST'
+clang|the second compiler, and the sanitizer builds
+libomp-dev|its OpenMP, with the race detector's tool library
+libclang-rt-14-dev|its sanitizers
+llvm|names the functions in their reports
+clang-tidy|finds doubtful code
+clang-format-14|keeps the layout
+gcovr|reports coverage
+patch|puts mistakes into the code for the tests to find
+binutils|lists exported symbols
+LIST
+            ;;
+        *) fail "no package list is named '$1'" ;;
+    esac
 }
 
-# build_preset <preset> [cmake option]...: configures and builds; prints only what went wrong.
-build_preset() {
-    local preset=$1
-    shift
-    mkdir -p build
-    local log="build/$preset.log"
-    echo "Building ($preset) ..."
-    if ! { cmake --preset "$preset" "$@" && cmake --build --preset "$preset"; } >"$log" 2>&1 </dev/null; then
-        cat "$log" >&2
-        echo "The build failed; the whole log is in $log" >&2
-        return 1
+is_installed() {
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# as_root COMMAND...: as it is for root, through sudo for others.
+as_root() {
+    if [ "$(id -u)" = 0 ]; then
+        "$@"
+    else
+        sudo "$@"
     fi
+}
+
+# ensure_packages JOB: installs what is missing, and only that.
+ensure_packages() {
+    if ! command -v apt-get >/dev/null || ! command -v dpkg-query >/dev/null; then
+        say "No apt-get here: these Debian packages, or what they hold, must be there already:"
+        packages_for "$1" | sed 's/|/ - /; s/^/  /'
+        return 0
+    fi
+    local missing=() package reason
+    while IFS='|' read -r package reason; do
+        is_installed "$package" && continue
+        [ ${#missing[@]} -gt 0 ] || say "Missing here, to be installed with apt-get:"
+        printf '  %-20s %s\n' "$package" "$reason"
+        missing+=("$package")
+    done < <(packages_for "$1")
+    [ ${#missing[@]} -gt 0 ] || return 0
+
+    if [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null; then
+        fail "this needs root, and there is no sudo; as root: apt-get install ${missing[*]}"
+    fi
+    local log
+    log=$(mktemp)
+    local apt=(env DEBIAN_FRONTEND=noninteractive apt-get -y -q)
+    if ! as_root "${apt[@]}" update >"$log" 2>&1 </dev/null ||
+        ! as_root "${apt[@]}" install --no-install-recommends "${missing[@]}" >>"$log" 2>&1 </dev/null; then
+        tail -n 20 "$log" >&2
+        rm -f "$log"
+        fail "could not install: ${missing[*]}"
+    fi
+    rm -f "$log"
+    say "Installed ${#missing[@]} packages."
 }
