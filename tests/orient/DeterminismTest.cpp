@@ -31,9 +31,10 @@ void expectSameForAllThreadCounts(const Part& part) {
 }
 
 TEST(Determinism, ResultsAreTheSameForOneTwoThreeAndSixteenThreads) {
-    for (const NamedPart& shape : referenceShapes()) {
-        SCOPED_TRACE(shape.name);
-        expectSameForAllThreadCounts(shape.part);
+    const std::size_t stride = testsAreSmall() ? 5 : 1;
+    for (std::size_t i = 0; i < referenceShapes().size(); i += stride) {
+        SCOPED_TRACE(referenceShapes()[i].name);
+        expectSameForAllThreadCounts(referenceShapes()[i].part);
     }
 }
 
@@ -42,6 +43,7 @@ TEST(Determinism, ABigMeshGivesTheSameForAnyNumberOfThreads) {
 }
 
 TEST(Determinism, ASampleMeshGivesTheSameForAnyNumberOfThreads) {
+    if (testsAreSmall()) GTEST_SKIP() << "left to the quick builds";
     const auto files = sampleMeshes();
     if (files.empty()) GTEST_SKIP() << whyNoSampleMeshes();
     const std::optional<Part> part = readSampleMesh(files.front());

@@ -7,13 +7,12 @@
 #define TESK_TEST_SLOW_BUILD 1
 #endif
 #endif
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || \
-    (defined(__GNUC__) && !defined(__OPTIMIZE__))
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(NDEBUG)
 #define TESK_TEST_SLOW_BUILD 1
 #endif
 
 /// Whether the long comparisons take samples instead of everything: under sanitizers, in builds
-/// without optimisation, and where the environment variable TESK_TEST_SMALL is set.
+/// with assertions, and where the environment variable TESK_TEST_SMALL is set.
 inline bool testsAreSmall() {
 #if defined(TESK_TEST_SLOW_BUILD)
     return true;
