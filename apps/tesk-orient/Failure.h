@@ -1,0 +1,37 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace App {
+
+/// What the program returns to the shell; --help lists them.
+enum class ExitCode : int {
+    kSuccess = 0,
+    kInternal = 1,
+    kUsage = 2,
+    kInput = 3,
+    kOutput = 4,
+    kAborted = 130,
+};
+
+/// Ends the program with one line on standard error. what() is that line, without the program's
+/// name in front.
+class Failure : public std::runtime_error {
+ public:
+    Failure(ExitCode code, const std::string& text) : std::runtime_error(text), m_code(code) {}
+
+    ExitCode code() const { return m_code; }
+
+ private:
+    ExitCode m_code;
+};
+
+/// The part's file cannot be read or holds nothing to orient. Below MeshFile the text leaves out
+/// the file's name.
+class InputFailure : public Failure {
+ public:
+    explicit InputFailure(const std::string& text) : Failure(ExitCode::kInput, text) {}
+};
+
+}  // namespace App

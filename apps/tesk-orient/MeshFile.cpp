@@ -1,0 +1,131 @@
+#include "MeshFile.h"
+
+#include <fmt/format.h>
+
+#include <cctype>
+#include <cmath>
+#include <new>
+
+#include "Failure.h"
+#include "FileBytes.h"
+#include "FormatCheck.h"
+#include "LibraryReader.h"
+#include "ThreeMfFile.h"
+#include "Welding.h"
+
+namespace App {
+
+namespace {
+
+std::string extensionOf(const std::filesystem::path& path) {
+    std::string extension = displayName(path.extension());
+    for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return extension;
+}
+
+using Check = FileContent (*)(std::string&);
+
+struct LibraryFormat {
+    const char* extension;
+    const char* name;
+    Check check;
+};
+
+constexpr std::array<LibraryFormat, 4> kLibraryFormats = {{{".stl", "STL", checkStl},
+                                                           {".obj", "OBJ", checkObj},
+                                                           {".ply", "PLY", checkPly},
+                                                           {".off", "OFF", checkOff}}};
+
+void refuseNonFinite(const TriangleMesh& mesh, const char* when) {
+    for (std::size_t i = 0; i < mesh.positions.size(); ++i) {
+        const UPoint3<float>& p = mesh.positions[i];
+        if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z)) continue;
+        throw InputFailure(
+            fmt::format("vertex {} has a coordinate that is not finite{}: ({}, {}, {})", i + 1,
+                        when, p.x, p.y, p.z));
+    }
+}
+
+void scale(TriangleMesh& mesh, double factor) {
+    if (factor == 1.0) return;
+    for (UPoint3<float>& p : mesh.positions) {
+        for (int axis = 0; axis < 3; ++axis) {
+            p[axis] = static_cast<float>(static_cast<double>(p[axis]) * factor);
+        }
+    }
+    refuseNonFinite(mesh, " in millimetres");
+}
+
+LengthUnit unitInFile(const std::string& name, Warnings& warnings) {
+    if (const auto unit = unitNamed(name)) return *unit;
+    warnings.push_back({"unknown-unit", fmt::format("the file gives its unit as \"{}\", which 3MF "
+                                                    "does not know; millimetres are taken",
+                                                    name)});
+    return lengthUnits().front();
+}
+
+LoadedPart readThreeMfPart(const std::filesystem::path& path, std::optional<LengthUnit> unit) {
+    ThreeMfContent content = readThreeMf(readFileBytes(path));
+    LoadedPart part{.format = "3MF",
+                    .form = "",
+                    .unit = lengthUnits().front(),
+                    .unitFromFile = !unit,
+                    .mesh = std::move(content.mesh),
+                    .warnings = std::move(content.warnings)};
+    part.unit = unit ? *unit : unitInFile(content.unit, part.warnings);
+    if (content.items > 1) {
+        part.warnings.push_back(
+            {"several-items",
+             fmt::format("the file builds {} items; they are turned together, as one part",
+                         content.items),
+             static_cast<std::int64_t>(content.items)});
+    }
+    return part;
+}
+
+LoadedPart readLibraryPart(const std::filesystem::path& path, const LibraryFormat& format,
+                           std::optional<LengthUnit> unit) {
+    std::string bytes = readFileBytes(path);
+    FileContent content = format.check(bytes);
+    LoadedPart part{.format = format.name,
+                    .form = content.form,
+                    .unit = unit.value_or(lengthUnits().front()),
+                    .mesh = readWithLibrary(bytes, format.extension + 1, content),
+                    .warnings = {}};
+    part.warnings = std::move(content.warnings);
+    return part;
+}
+
+LoadedPart readAnyPart(const std::filesystem::path& path, std::optional<LengthUnit> unit) {
+    const std::string extension = extensionOf(path);
+    if (extension == ".3mf") return readThreeMfPart(path, unit);
+    for (const LibraryFormat& format : kLibraryFormats) {
+        if (extension == format.extension) return readLibraryPart(path, format, unit);
+    }
+    // A missing file or a folder is the plainer trouble.
+    readFileBytes(path);
+    throw InputFailure(
+        fmt::format("{} is not a known kind of mesh file; .stl, .obj, .ply, .off and "
+                    ".3mf are",
+                    extension.empty() ? "a name without extension" : extension));
+}
+
+}  // namespace
+
+LoadedPart readMeshFile(const std::filesystem::path& path, std::optional<LengthUnit> unit) {
+    try {
+        LoadedPart part = readAnyPart(path, unit);
+        refuseNonFinite(part.mesh, "");
+        part.mesh = weld(part.mesh);
+        scale(part.mesh, part.unit.millimetres);
+        return part;
+    } catch (const InputFailure& failure) {
+        throw InputFailure(displayName(path) + ": " + failure.what());
+    } catch (const std::bad_alloc&) {
+        throw InputFailure(displayName(path) + ": there is not enough memory to read it");
+    } catch (const std::length_error&) {
+        throw InputFailure(displayName(path) + ": there is not enough memory to read it");
+    }
+}
+
+}  // namespace App

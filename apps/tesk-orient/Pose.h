@@ -1,0 +1,21 @@
+#pragma once
+
+#include "OrientOptimizer.h"
+#include "TeskDataBasic/UMatrix4.h"
+#include "TriangleMesh.h"
+
+namespace App {
+
+/// The transform of a ranked orientation, for row vectors (p' = p · M): the turn about the centre
+/// of the part's box and, where `baseHeight` is above −1, the move of its lowest point to that
+/// height.
+UMatrix4<float> poseOf(const OptimizeOrient::OptOrientation& orientation, const TriangleMesh& mesh,
+                       float baseHeight);
+
+/// The direction of the part that the orientation turns up.
+UVector3<float> upOf(const OptimizeOrient::OptOrientation& orientation);
+
+/// Positions taken through m.
+TriangleMesh moved(TriangleMesh mesh, const UMatrix4<float>& m);
+
+}  // namespace App

@@ -1,0 +1,193 @@
+#include "ThreeMfModel.h"
+
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cmath>
+
+#include "Failure.h"
+#include "TextScanner.h"
+#include "XmlReader.h"
+
+namespace App {
+
+namespace {
+
+constexpr std::string_view kPathAttribute =
+    "http://schemas.microsoft.com/3dmanufacturing/production/2015/06|path";
+
+class ModelReader {
+ public:
+    explicit ModelReader(std::string path) : m_path(std::move(path)) {}
+
+    ThreeMfModel run(ZipReader& zip) {
+        XmlReader xml(m_path, {[this](const XmlElement& element) { start(element); },
+                               [this](std::string_view name) { end(name); }});
+        zip.read(m_path, [&](std::string_view piece) { xml.feed(piece); });
+        xml.finish();
+        return std::move(m_model);
+    }
+
+ private:
+    // Only elements of the root's own namespace count: extensions have vertices of their own.
+    void start(const XmlElement& element) {
+        if (m_space.empty()) {
+            if (element.localName() != "model") throw InputFailure("the root is not a 3MF model");
+            m_space = std::string(element.space()) + "|";
+            if (const auto unit = element.attribute("unit")) m_model.unit = std::string(*unit);
+            return;
+        }
+        if (element.space().size() + 1 != m_space.size() ||
+            m_space.compare(0, m_space.size() - 1, element.space()) != 0) {
+            return;
+        }
+        startOwn(element, element.localName());
+    }
+
+    void startOwn(const XmlElement& element, std::string_view name) {
+        if (name == "vertex") {
+            addVertex(element);
+        } else if (name == "triangle") {
+            addTriangle(element);
+        } else if (name == "object") {
+            startObject(element);
+        } else if (name == "component") {
+            object().components.push_back(placement(element));
+        } else if (name == "item") {
+            m_model.items.push_back(placement(element));
+        }
+    }
+
+    void end(std::string_view name) {
+        if (name == m_space + "object" || (m_space == "|" && name == "object")) m_object = nullptr;
+    }
+
+    void startObject(const XmlElement& element) {
+        const std::uint32_t id = wholeNumber(element, "id");
+        if (m_model.objects.count(id) != 0) {
+            throw InputFailure(fmt::format("a second object with the id {}", id));
+        }
+        m_object = &m_model.objects[id];
+        m_objectId = id;
+    }
+
+    ThreeMfObject& object() {
+        if (m_object == nullptr) throw InputFailure("mesh data outside of an object");
+        return *m_object;
+    }
+
+    void addVertex(const XmlElement& element) {
+        auto& vertices = object().vertices;
+        const UPoint3<double> p(real(element, "x"), real(element, "y"), real(element, "z"));
+        for (int axis = 0; axis < 3; ++axis) {
+            if (!std::isfinite(static_cast<float>(p[axis]))) {
+                throw InputFailure(
+                    fmt::format("vertex {} of object {} has a coordinate that is not finite",
+                                vertices.size() + 1, m_objectId));
+            }
+        }
+        vertices.push_back(p);
+    }
+
+    void addTriangle(const XmlElement& element) {
+        std::array<std::int32_t, 3> corners{};
+        const std::size_t count = object().vertices.size();
+        constexpr std::array<const char*, 3> kNames = {"v1", "v2", "v3"};
+        for (std::size_t k = 0; k < 3; ++k) {
+            const std::uint32_t index = wholeNumber(element, kNames[k]);
+            if (index >= count) {
+                throw InputFailure(fmt::format("triangle {} names vertex {}; object {} has {}",
+                                               object().triangles.size() + 1, index, m_objectId,
+                                               count));
+            }
+            corners[k] = static_cast<std::int32_t>(index);
+        }
+        object().triangles.push_back(corners);
+    }
+
+    ThreeMfPlacement placement(const XmlElement& element) const {
+        ThreeMfPlacement placed;
+        placed.objectId = wholeNumber(element, "objectid");
+        placed.path = std::string(element.attribute(kPathAttribute).value_or(m_path));
+        const auto transform = element.attribute("transform");
+        if (!transform) return placed;
+        TextScanner scanner(*transform);
+        for (double& cell : placed.transform.m) {
+            cell = number(scanner.next(), "transform");
+            if (!std::isfinite(cell)) throw InputFailure("a transform that is not finite");
+        }
+        if (!scanner.next().empty()) throw InputFailure("a transform of more than 12 numbers");
+        return placed;
+    }
+
+    static std::string_view required(const XmlElement& element, std::string_view name) {
+        const auto value = element.attribute(name);
+        if (!value) {
+            throw InputFailure(fmt::format("{} without {}", element.localName(), name));
+        }
+        const std::size_t first = value->find_first_not_of(" \t\r\n");
+        if (first == value->npos) return {};
+        return value->substr(first, value->find_last_not_of(" \t\r\n") - first + 1);
+    }
+
+    static double real(const XmlElement& element, std::string_view name) {
+        return number(required(element, name), name);
+    }
+
+    static double number(std::string_view text, std::string_view name) {
+        if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+        double value = 0.0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (error == std::errc::invalid_argument || end != text.data() + text.size()) {
+            throw InputFailure(fmt::format("{}: {} is not a number", name, quoted(text)));
+        }
+        return value;
+    }
+
+    static std::uint32_t wholeNumber(const XmlElement& element, std::string_view name) {
+        const std::string_view text = required(element, name);
+        std::uint32_t value = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (error != std::errc() || end != text.data() + text.size()) {
+            throw InputFailure(fmt::format("{}: {} is not a whole number", name, quoted(text)));
+        }
+        return value;
+    }
+
+    std::string m_path;
+    std::string m_space;  ///< of the root element, with '|' at its end
+    ThreeMfModel m_model;
+    ThreeMfObject* m_object = nullptr;
+    std::uint32_t m_objectId = 0;
+};
+
+}  // namespace
+
+UPoint3<double> ThreeMfTransform::apply(const UPoint3<double>& p) const {
+    return {p.x * m[0] + p.y * m[3] + p.z * m[6] + m[9],
+            p.x * m[1] + p.y * m[4] + p.z * m[7] + m[10],
+            p.x * m[2] + p.y * m[5] + p.z * m[8] + m[11]};
+}
+
+ThreeMfTransform ThreeMfTransform::then(const ThreeMfTransform& next) const {
+    ThreeMfTransform both;
+    for (std::size_t row = 0; row < 4; ++row) {
+        for (std::size_t col = 0; col < 3; ++col) {
+            double sum = row == 3 ? next.m[9 + col] : 0.0;
+            for (std::size_t k = 0; k < 3; ++k) sum += m[row * 3 + k] * next.m[k * 3 + col];
+            both.m[row * 3 + col] = sum;
+        }
+    }
+    return both;
+}
+
+double ThreeMfTransform::determinant() const {
+    return m[0] * (m[4] * m[8] - m[5] * m[7]) - m[1] * (m[3] * m[8] - m[5] * m[6]) +
+           m[2] * (m[3] * m[7] - m[4] * m[6]);
+}
+
+ThreeMfModel readThreeMfModel(ZipReader& zip, const std::string& path) {
+    return ModelReader(path).run(zip);
+}
+
+}  // namespace App

@@ -1,0 +1,41 @@
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <optional>
+
+#include "Failure.h"
+#include "Interrupt.h"
+#include "Options.h"
+#include "OrientCommand.h"
+#include "TeskDebug/Exception.h"
+
+namespace {
+
+int codeOf(App::ExitCode code) {
+    return static_cast<int>(code);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const App::Interrupt interrupt;
+    try {
+        if (const std::optional<App::Options> options = App::readOptions(argc, argv)) {
+            App::orient(*options);
+        }
+        return codeOf(App::ExitCode::kSuccess);
+    } catch (const App::Failure& failure) {
+        fmt::print(stderr, "tesk-orient: {}\n", failure.what());
+        return codeOf(failure.code());
+    } catch (const Tesk::AbortException&) {
+        App::Interrupt::report();
+        return codeOf(App::ExitCode::kAborted);
+    } catch (const std::bad_alloc&) {
+        fmt::print(stderr, "tesk-orient: out of memory\n");
+    } catch (const std::exception& error) {
+        fmt::print(stderr, "tesk-orient: internal error: {}\n", error.what());
+    }
+    return codeOf(App::ExitCode::kInternal);
+}
