@@ -104,7 +104,7 @@ std::optional<Options> readOptions(int argc, char** argv) {
     std::string output;
     std::string unit;
     CLI::App app(kDescription, "tesk-orient");
-    app.set_version_flag("--version", TESK_VERSION);
+    app.set_version_flag("--version", "tesk-orient " TESK_VERSION);
     app.footer(kFooter);
     app.require_subcommand(1);
     CLI::App* orient = app.add_subcommand("orient", "Rank the build orientations of a part");

@@ -29,6 +29,15 @@ void printWarnings(const Options& options, const Warnings& warnings) {
     }
 }
 
+void refuseWithoutArea(const Options& options, const TriangleMesh& mesh) {
+    const auto count = static_cast<std::int64_t>(mesh.triangles.size());
+    if (countDegenerate(mesh) < count) return;
+    throw InputFailure(
+        fmt::format("{}: has no surface: {}", displayName(options.part),
+                    count == 1 ? "its one triangle has no area"
+                               : fmt::format("none of its {} triangles has an area", count)));
+}
+
 void stopIfInterrupted() {
     if (Interrupt::isRequested()) throw Tesk::AbortException("Aborting...");
 }
@@ -64,6 +73,7 @@ void orient(const Options& options) {
     OrientResult result{readMeshFile(options.part, options.unit), {}};
     stopIfInterrupted();
     const TriangleMesh& mesh = result.part.mesh;
+    refuseWithoutArea(options, mesh);
     MeshKernel kernel(mesh.positions, mesh.triangles);
     kernel.UpdateTopo(/*rebuild=*/true, MeshKernel::kEdgeCounts);
     for (Warning& warning : checkMesh(mesh, kernel.topology(), result.part.unit)) {

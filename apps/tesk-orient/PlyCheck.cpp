@@ -79,7 +79,9 @@ class BinaryNumbers : public PlyNumbers {
         return take<double>();
     }
 
-    [[noreturn]] void fail(const std::string& trouble) const override { throw InputFailure(trouble); }
+    [[noreturn]] void fail(const std::string& trouble) const override {
+        throw InputFailure(trouble);
+    }
 
     void endInstance() override {}
 

@@ -13,8 +13,11 @@ namespace {
 using Json = nlohmann::ordered_json;
 using OptimizeOrient::OptOrientation;
 
+/// −0 becomes 0, which programs and people find easier to compare.
+float unsignedZero(float value) { return value + 0.0f; }
+
 Json vectorOf(const UVector3<float>& v) {
-    return {v.x, v.y, v.z};
+    return {unsignedZero(v.x), unsignedZero(v.y), unsignedZero(v.z)};
 }
 
 Json inputOf(const Options& options, const LoadedPart& part) {
@@ -50,7 +53,9 @@ Json settingsOf(const Options& options) {
 Json matrixOf(const UMatrix4<float>& m) {
     Json rows = Json::array();
     for (int row = 0; row < 4; ++row) {
-        rows.push_back({m.at(row, 0), m.at(row, 1), m.at(row, 2), m.at(row, 3)});
+        Json cells = Json::array();
+        for (int col = 0; col < 4; ++col) cells.push_back(unsignedZero(m.at(row, col)));
+        rows.push_back(cells);
     }
     return rows;
 }

@@ -1,0 +1,165 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+
+#include "MeshChecks.h"
+#include "MeshEncoding.h"
+#include "MeshFile.h"
+#include "RunProgram.h"
+#include "Shapes.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+class Program : public testing::Test {
+ protected:
+    Program() : m_example(m_folder.file("example.stl")) {
+        EXPECT_EQ(run(TESK_EXAMPLE_MAKER, {m_example}).code, 0);
+    }
+
+    json jsonOf(const std::vector<std::string>& more = {}) const {
+        std::vector<std::string> arguments = {"orient", m_example, "--json"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        const ProgramResult result = runTeskOrient(arguments);
+        EXPECT_EQ(result.code, 0) << result.error;
+        return json::parse(result.out);
+    }
+
+    TemporaryFolder m_folder;
+    std::string m_example;
+};
+
+TEST_F(Program, StandsTheExampleOnItsTopWhereItNeedsNoSupport) {
+    const json best = jsonOf()["orientations"][0];
+    EXPECT_NEAR(best["heightMm"].get<double>(), 40.0, 1e-3);
+    // The face on the plate overhangs by its rounding, on 40 square centimetres.
+    EXPECT_LT(best["supportVolumeMm3"].get<double>(), 1.0);
+    // The legs of the table point along −z before it is turned awkwardly.
+    const UVector3<float> legs = UVector3<float>(0, 0, -1);
+    const UMatrix4<float> awkward = UMatrix4<float>::CreateRotateMatrix(0.6f, {1.0f, 2.0f, 0.5f});
+    for (int axis = 0; axis < 3; ++axis) {
+        EXPECT_NEAR(best["up"][static_cast<std::size_t>(axis)].get<float>(),
+                    legs.z * awkward.at(2, axis), 1e-4f);
+    }
+}
+
+TEST_F(Program, TheExampleHasNoWarnings) {
+    EXPECT_TRUE(jsonOf()["input"]["warnings"].empty());
+}
+
+TEST_F(Program, PrintsTwelveRowsWithTheBestMarked) {
+    const ProgramResult result = runTeskOrient({"orient", m_example});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.out, HasSubstr("92 triangles, 48 vertices"));
+    EXPECT_THAT(result.out, HasSubstr("\n*   1 "));
+    EXPECT_THAT(result.out, HasSubstr("\n   12 "));
+    EXPECT_THAT(result.out, HasSubstr("Best: turn the part"));
+    EXPECT_EQ(result.error, "");
+}
+
+TEST_F(Program, GivesTheSameOutputAtEveryRunAndThreadCount) {
+    const ProgramResult one = runTeskOrient({"orient", m_example, "--json", "--threads", "1"});
+    const ProgramResult three = runTeskOrient({"orient", m_example, "--json", "--threads", "3"});
+    EXPECT_EQ(one.out, three.out);
+    EXPECT_NE(one.out, runTeskOrient({"orient", m_example, "--json", "--seed", "7"}).out);
+}
+
+TEST_F(Program, TheMatrixOfEveryRecordGivesItsHeightAndStandsThePartOnThePlate) {
+    const App::LoadedPart part = App::readMeshFile(m_example, std::nullopt);
+    for (const json& record : jsonOf()["orientations"]) {
+        UMatrix4<float> m;
+        for (int i = 0; i < 16; ++i) {
+            m.at(i / 4, i % 4) =
+                record["matrix"][static_cast<std::size_t>(i / 4)][static_cast<std::size_t>(i % 4)];
+        }
+        UBox3<float> box;
+        for (const UPoint3<float>& p : part.mesh.positions) box.Extend(p * m);
+        EXPECT_NEAR(box.MinZ(), 0.0f, 1e-4f);
+        EXPECT_NEAR(box.MaxZ(), record["heightMm"].get<float>(), 1e-3f);
+    }
+}
+
+TEST_F(Program, WritesThePartOfTheChosenRankInEveryFormat) {
+    const json records = jsonOf()["orientations"];
+    for (const char* rank : {"1", "3"}) {
+        const double height = records[static_cast<std::size_t>(std::stoi(rank) - 1)]["heightMm"];
+        for (const char* name : {"t.stl", "t.obj", "t.ply", "t.off", "t.3mf"}) {
+            const std::string file = m_folder.file(name);
+            ASSERT_EQ(runTeskOrient({"orient", m_example, "-o", file, "--rank", rank}).code, 0);
+            EXPECT_NEAR(App::sizeOf(App::readMeshFile(file, std::nullopt).mesh)[2], height, 1e-3);
+        }
+    }
+}
+
+TEST_F(Program, ScalesByTheUnit) {
+    EXPECT_NEAR(jsonOf({"--units", "inch"})["input"]["sizeMm"][0].get<double>(),
+                25.4 * jsonOf()["input"]["sizeMm"][0].get<double>(), 0.1);
+}
+
+TEST_F(Program, WarnsOfOpenEdgesWindingAndSize) {
+    const Part part = makeBox({0, 0, 0}, {0.5f, 0.4f, 0.3f}).withoutEvery(12);
+    App::TriangleMesh mesh{part.positions, part.triangles};
+    std::swap(mesh.triangles[3][0], mesh.triangles[3][1]);
+    const std::string file = m_folder.write("open.off", App::encoderFor(".off")(mesh));
+    const ProgramResult result = runTeskOrient({"orient", file});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.error, HasSubstr("3 open edges"));
+    EXPECT_THAT(result.error, HasSubstr("triangles face opposite ways across"));
+    EXPECT_THAT(result.error, HasSubstr("--units"));
+    EXPECT_EQ(runTeskOrient({"orient", file, "--quiet"}).error, "");
+}
+
+TEST_F(Program, SaysWhatIsWrongWithTheCommandLine) {
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{},
+                                               {"orient"},
+                                               {"orient", m_example, "--rank", "0"},
+                                               {"orient", m_example, "--rank", "13"},
+                                               {"orient", m_example, "--units", "parsec"},
+                                               {"orient", m_example, "--overhang-angle", "x"},
+                                               {"fold", m_example}}) {
+        const ProgramResult result = runTeskOrient(arguments);
+        EXPECT_EQ(result.code, 2);
+        EXPECT_THAT(result.error, HasSubstr("see tesk-orient --help"));
+    }
+}
+
+TEST_F(Program, HelpAndVersionSucceed) {
+    EXPECT_THAT(runTeskOrient({"--help"}).out, HasSubstr("Exit codes:"));
+    EXPECT_THAT(runTeskOrient({"orient", "--help"}).out, HasSubstr("--overhang-angle"));
+    EXPECT_THAT(runTeskOrient({"--version"}).out, HasSubstr("tesk-orient 0."));
+    EXPECT_EQ(runTeskOrient({"--help"}).code, 0);
+}
+
+TEST_F(Program, SaysBeforeTheWorkThatTheOutputCannotBeWritten) {
+    for (const std::string& output :
+         {std::string("/nowhere/at/all.stl"), m_folder.file("part.step"), m_folder.file("")}) {
+        // The part does not exist: its error would come first if it were read first.
+        const ProgramResult result =
+            runTeskOrient({"orient", m_folder.file("missing.stl"), "--output", output});
+        EXPECT_EQ(result.code, 4) << result.error;
+        EXPECT_THAT(result.error, HasSubstr(output));
+    }
+}
+
+TEST_F(Program, CtrlCEndsItWithinATenthOfASecondAndLeavesNoFile) {
+    const Part sphere = makeSphere(40.0f, 700'000);
+    const std::string big =
+        m_folder.write("big.stl", App::encoderFor(".stl")({sphere.positions, sphere.triangles}));
+    const std::size_t before = m_folder.countFiles();
+    for (const int delayMs : {20, 150, 400, 900}) {
+        const ProgramResult result =
+            runTeskOrient({"orient", big, "--output", m_folder.file("turned.stl")}, delayMs);
+        EXPECT_EQ(result.code, 130) << "after " << delayMs << " ms";
+        EXPECT_THAT(result.error, HasSubstr("tesk-orient: aborted\n"));
+        EXPECT_EQ(m_folder.countFiles(), before);
+        RecordProperty("latencyMs" + std::to_string(delayMs),
+                       static_cast<int>(std::lround(result.seconds * 1e3)));
+    }
+}
+
+}  // namespace

@@ -1,0 +1,94 @@
+#include "RunProgram.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <thread>
+
+extern char** environ;
+
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+pid_t start(const std::string& program, const std::vector<std::string>& arguments,
+            const std::string& out, const std::string& error) {
+    std::vector<char*> argv = {const_cast<char*>(program.c_str())};
+    for (const std::string& argument : arguments)
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    argv.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    constexpr int kCreate = O_WRONLY | O_CREAT | O_TRUNC;
+    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), kCreate, 0600);
+    posix_spawn_file_actions_addopen(&actions, 2, error.c_str(), kCreate, 0600);
+    pid_t child = 0;
+    const int failure =
+        posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    if (failure != 0) throw std::runtime_error("cannot start " + program);
+    return child;
+}
+
+}  // namespace
+
+ProgramResult run(const std::string& program, const std::vector<std::string>& arguments,
+                  int interruptAfterMs) {
+    const TemporaryFolder folder;
+    const pid_t child = start(program, arguments, folder.file("out"), folder.file("error"));
+    auto since = Clock::now();
+    if (interruptAfterMs >= 0) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(interruptAfterMs));
+        since = Clock::now();
+        kill(child, SIGINT);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ProgramResult result;
+    result.seconds = std::chrono::duration<double>(Clock::now() - since).count();
+    result.code = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    result.out = readAll(folder.file("out"));
+    result.error = readAll(folder.file("error"));
+    return result;
+}
+
+ProgramResult runTeskOrient(const std::vector<std::string>& arguments, int interruptAfterMs) {
+    return run(TESK_PROGRAM, arguments, interruptAfterMs);
+}
+
+TemporaryFolder::TemporaryFolder() {
+    static std::atomic<int> count = 0;
+    m_path = fs::temp_directory_path() /
+             ("tesk-orient-test-" + std::to_string(getpid()) + "-" + std::to_string(count++));
+    fs::create_directory(m_path);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+}
+
+std::string TemporaryFolder::write(const std::string& name, const std::string& bytes) const {
+    std::ofstream(m_path / name, std::ios::binary) << bytes;
+    return file(name);
+}
+
+std::size_t TemporaryFolder::countFiles() const {
+    return static_cast<std::size_t>(
+        std::distance(fs::directory_iterator(m_path), fs::directory_iterator()));
+}
+
+std::string readAll(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}

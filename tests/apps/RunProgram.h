@@ -1,0 +1,40 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// What a program left behind.
+struct ProgramResult {
+    int code = -1;
+    double seconds = 0.0;
+    std::string out;
+    std::string error;
+};
+
+/// Runs a program to its end. Where `interruptAfterMs` is not negative, it gets SIGINT that long
+/// after its start, and `seconds` counts from there.
+ProgramResult run(const std::string& program, const std::vector<std::string>& arguments,
+                  int interruptAfterMs = -1);
+
+/// tesk-orient.
+ProgramResult runTeskOrient(const std::vector<std::string>& arguments, int interruptAfterMs = -1);
+
+/// A folder for one test's files, removed at the end.
+class TemporaryFolder {
+ public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::string file(const std::string& name) const { return (m_path / name).string(); }
+    /// Writes a file and returns its path.
+    std::string write(const std::string& name, const std::string& bytes) const;
+    std::size_t countFiles() const;
+
+ private:
+    std::filesystem::path m_path;
+};
+
+std::string readAll(const std::filesystem::path& path);
