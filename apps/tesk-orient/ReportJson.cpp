@@ -14,7 +14,9 @@ using Json = nlohmann::ordered_json;
 using OptimizeOrient::OptOrientation;
 
 /// −0 becomes 0, which programs and people find easier to compare.
-float unsignedZero(float value) { return value + 0.0f; }
+float unsignedZero(float value) {
+    return value + 0.0f;
+}
 
 Json vectorOf(const UVector3<float>& v) {
     return {unsignedZero(v.x), unsignedZero(v.y), unsignedZero(v.z)};
