@@ -22,7 +22,8 @@ elseif(TESK_SANITIZE)
 endif()
 
 if(TESK_SANITIZE)
-    add_compile_options(${instrumentation} -O1 -g -fno-omit-frame-pointer)
+    # -g1: functions and lines, for the reports.
+    add_compile_options(${instrumentation} -O1 -g1 -fno-omit-frame-pointer)
     add_link_options(${instrumentation})
 endif()
 
