@@ -40,6 +40,19 @@ pid_t start(const std::string& program, const std::vector<std::string>& argument
     return child;
 }
 
+/// Waits until the process has come so far that it handles SIGINT itself: it blocks the signal for
+/// all threads but one.
+void waitUntilReady(pid_t child) {
+    const std::string status = "/proc/" + std::to_string(child) + "/status";
+    for (int i = 0; i < 10'000; ++i) {
+        const std::string text = readAll(status);
+        const std::size_t mask = text.find("SigBlk:");
+        if (mask == std::string::npos) return;
+        if ((std::stoull(text.substr(mask + 7), nullptr, 16) & (1u << (SIGINT - 1))) != 0) return;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
 }  // namespace
 
 ProgramResult run(const std::string& program, const std::vector<std::string>& arguments,
@@ -48,6 +61,7 @@ ProgramResult run(const std::string& program, const std::vector<std::string>& ar
     const pid_t child = start(program, arguments, folder.file("out"), folder.file("error"));
     auto since = Clock::now();
     if (interruptAfterMs >= 0) {
+        waitUntilReady(child);
         std::this_thread::sleep_for(std::chrono::milliseconds(interruptAfterMs));
         since = Clock::now();
         kill(child, SIGINT);

@@ -13,7 +13,7 @@ struct ProgramResult {
 };
 
 /// Runs a program to its end. Where `interruptAfterMs` is not negative, it gets SIGINT that long
-/// after its start, and `seconds` counts from there.
+/// after it has begun to handle it, and `seconds` counts from there.
 ProgramResult run(const std::string& program, const std::vector<std::string>& arguments,
                   int interruptAfterMs = -1);
 
