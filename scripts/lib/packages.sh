@@ -10,6 +10,7 @@ cmake|the build system
 ninja-build|runs the build
 libmash-dev|the hash map of the orientation library
 libassimp-dev|tesk-orient reads and writes mesh files with it
+zlib1g-dev|its compression
 libminizip-dev|unpacks 3MF files
 libexpat1-dev|reads the XML in them
 libcli11-dev|tesk-orient's command line
