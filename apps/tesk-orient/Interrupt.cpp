@@ -78,6 +78,10 @@ void Interrupt::report() {
     std::fputs("\ntesk-orient: aborted\n", stderr);
 }
 
+std::unique_lock<std::mutex> Interrupt::hold() {
+    return std::unique_lock(temporaryMutex);
+}
+
 void Interrupt::setTemporaryFile(const std::filesystem::path& file) {
     const std::lock_guard lock(temporaryMutex);
     temporaryFile = file;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <mutex>
 
 namespace App {
 
@@ -16,6 +17,10 @@ class Interrupt {
 
     /// Says "aborted" on standard error, once per process.
     static void report();
+
+    /// While this is held, the process does not end at once: for making the temporary file, so that
+    /// it is either not there yet or known to be removed.
+    static std::unique_lock<std::mutex> hold();
 
     /// A file to remove when the process has to end at once; an empty path for none.
     static void setTemporaryFile(const std::filesystem::path& file);

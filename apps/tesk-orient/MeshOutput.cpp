@@ -59,8 +59,12 @@ MeshOutput::MeshOutput(const fs::path& path) : m_path(path), m_temporary(tempora
         fail(path, "cannot be written: there is no folder " + displayName(folder));
     }
     Interrupt::setTemporaryFile(m_temporary);
-    const bool canWrite = openForWriting(m_temporary) != nullptr;
-    fs::remove(m_temporary, ignored);
+    bool canWrite = false;
+    {
+        const auto hold = Interrupt::hold();
+        canWrite = openForWriting(m_temporary) != nullptr;
+        fs::remove(m_temporary, ignored);
+    }
     if (!canWrite) fail(path, "cannot be written: no permission in folder " + displayName(folder));
 }
 
@@ -72,7 +76,11 @@ MeshOutput::~MeshOutput() {
 
 void MeshOutput::write(const TriangleMesh& mesh) {
     const std::string bytes = encoderFor(extensionOf(m_path))(mesh);
-    File file = openForWriting(m_temporary);
+    File file(nullptr, std::fclose);
+    {
+        const auto hold = Interrupt::hold();
+        file = openForWriting(m_temporary);
+    }
     const bool isWritten = file != nullptr &&
                            std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() &&
                            std::fflush(file.get()) == 0;
