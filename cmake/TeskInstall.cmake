@@ -5,11 +5,12 @@ include(CMakePackageConfigHelpers)
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/TeskSDKTriangleOrient)
 set(headerFolder ${CMAKE_INSTALL_INCLUDEDIR}/TeskSDK)
 
-install(TARGETS TeskDataBasic TeskDebug TeskMeshData TeskSDKTriangleOrient EXPORT TeskTargets)
+install(TARGETS TeskDataBasic TeskDebug TeskMeshData TeskSDKCommonTools TeskSDKTriangleOrient
+        EXPORT TeskTargets)
 install(EXPORT TeskTargets NAMESPACE Tesk:: DESTINATION ${packageFolder})
 
 install(DIRECTORY include/ DESTINATION ${headerFolder} FILES_MATCHING PATTERN "*.h")
-foreach(library IN ITEMS TeskDataBasic TeskDebug TeskMeshData)
+foreach(library IN ITEMS TeskDataBasic TeskDebug TeskMeshData TeskSDKCommonTools)
     install(DIRECTORY platform/${library}/include/ DESTINATION ${headerFolder}
             FILES_MATCHING PATTERN "*.h")
 endforeach()

@@ -71,7 +71,8 @@ TEST_F(Program, GivesTheSameOutputAtEveryRunAndThreadCount) {
 
 TEST_F(Program, TheMatrixOfEveryRecordGivesItsHeightAndStandsThePartOnThePlate) {
     const App::LoadedPart part = App::readMeshFile(m_example, std::nullopt);
-    for (const json& record : jsonOf()["orientations"]) {
+    const json report = jsonOf();
+    for (const json& record : report["orientations"]) {
         UMatrix4<float> m;
         for (int i = 0; i < 16; ++i) {
             m.at(i / 4, i % 4) =
