@@ -1,0 +1,44 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <vector>
+
+#include "FlatMesh.h"
+#include "OrientOptimizer.h"
+#include "RankOrients.h"
+#include "TeskDataBasic/UVector3.h"
+
+struct EvaluationBuffers;
+
+/// The parallel evaluation of all candidates. Only the calling thread reports progress; its abort
+/// request reaches the other threads through a flag that each reads before its next candidate.
+class CandidateLoop {
+ public:
+    /// Keeps references to everything but its own counters.
+    CandidateLoop(const FlatMesh& mesh, const std::vector<float>& areas,
+                  const std::vector<UVector3<float>>& candidates,
+                  const OptimizeOrient::Configure& config, const std::function<void(int)>& progress,
+                  ScoreLists& scores);
+
+    /// Fills the scores, one slot per candidate; none for none. Throws Tesk::AbortException after
+    /// an abort, and what an evaluation threw.
+    void run();
+
+ private:
+    bool needsSupport() const;
+    void evaluate(std::size_t i, EvaluationBuffers& buffers);
+    void report(int threads);
+
+    const FlatMesh& m_mesh;
+    const std::vector<float>& m_areas;
+    const std::vector<UVector3<float>>& m_candidates;
+    const OptimizeOrient::Configure& m_config;
+    const std::function<void(int)>& m_progress;
+    ScoreLists& m_scores;
+    std::atomic<bool> m_isAborted = false;
+    std::exception_ptr m_failure;
+    std::int32_t m_counter = 0;
+};
