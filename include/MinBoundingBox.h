@@ -18,8 +18,6 @@ struct OrientedBox3 {
 
 static_assert(sizeof(OrientedBox3) == 60);
 
-class MinBoundingBoxImpl;
-
 /// Smallest boxes around points, by several criteria. Every box holds all finite points to within
 /// the rounding of floats.
 ///

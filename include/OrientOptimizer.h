@@ -4,6 +4,7 @@
 #include <functional>
 #include <vector>
 
+#include "TeskDataBasic/UMatrix4.h"
 #include "TeskDataBasic/UVector3.h"
 #include "TeskMeshData/MeshKernel.h"
 #include "TeskSDKTriangleOrientExport.h"
@@ -61,7 +62,7 @@ TESK_ORIENT_API void seedRandom(std::uint32_t seed);
 
 }  // namespace OptimizeOrient
 
-/// Chooses build orientations. Holds no data; every call stands alone.
+/// Chooses build orientations and placements. Holds no data; every call stands alone.
 class TESK_ORIENT_API OrientOptimizer {
  public:
     OrientOptimizer() = default;
@@ -96,4 +97,21 @@ class TESK_ORIENT_API OrientOptimizer {
                                  UVector3<float>& axis, float& angle,
                                  std::vector<OptimizeOrient::OptOrientation>* orientations,
                                  std::function<void(int)> progress);
+
+    /// Lays a placed mesh flat in its box of least volume: longest side along X, middle side along
+    /// Y, shortest along Z.
+    ///
+    /// @param mesh      not null; only read. Every vertex in its list takes part, those marked as
+    ///                  deleted too.
+    /// @param matrix    receives the rotation about the centre of the mesh's box, to be applied
+    ///                  after the mesh's current matrix, which it does not include. Always rigid;
+    ///                  the identity for a mesh without finite vertices.
+    /// @param progress  empty, or called on the calling thread with whole percentages that only
+    ///                  grow, up to about 40. It ends the computation by throwing
+    ///                  Tesk::AbortException.
+    ///
+    /// Throws Tesk::AbortException("Aborting...") after an abort, and std::bad_alloc; `matrix` is
+    /// untouched then.
+    static void calculateOrients_minBoundingBox(MeshKernel* mesh, UMatrix4<float>& matrix,
+                                                std::function<void(int)> progress);
 };

@@ -16,6 +16,14 @@ class UPoint3 {
 
     constexpr UVector3<T> operator-(const UPoint3& b) const { return {x - b.x, y - b.y, z - b.z}; }
     constexpr UPoint3 operator+(const UVector3<T>& v) const { return {x + v.x, y + v.y, z + v.z}; }
+    constexpr UPoint3 operator-(const UVector3<T>& v) const { return {x - v.x, y - v.y, z - v.z}; }
+
+    /// Sums and quotients of coordinates, for means.
+    constexpr UPoint3& operator+=(const UPoint3& b) { return *this = {x + b.x, y + b.y, z + b.z}; }
+    constexpr UPoint3 operator/(T s) const { return {x / s, y / s, z / s}; }
+
+    /// The dot product of the position vector with v, summed in the order x, y, z.
+    constexpr T Dot(const UVector3<T>& v) const { return x * v.x + y * v.y + z * v.z; }
 
     /// The point taken through an affine matrix: each coordinate is
     /// ((x·m0 + y·m1) + z·m2) + m3 in this order; the matrix's fourth column is not read.

@@ -17,10 +17,19 @@ class UVector3 {
     constexpr UVector3 operator-(const UVector3& b) const { return {x - b.x, y - b.y, z - b.z}; }
     constexpr UVector3 operator*(T s) const { return {x * s, y * s, z * s}; }
 
+    /// Divided component by component.
+    constexpr UVector3 operator/(T s) const { return {x / s, y / s, z / s}; }
+
+    constexpr UVector3& operator+=(const UVector3& b) { return *this = *this + b; }
+    constexpr UVector3& operator-=(const UVector3& b) { return *this = *this - b; }
+    constexpr UVector3& operator*=(T s) { return *this = *this * s; }
+    constexpr UVector3& operator/=(T s) { return *this = *this / s; }
+
     /// The vector product.
     constexpr UVector3 operator*(const UVector3& b) const {
         return {y * b.z - z * b.y, z * b.x - x * b.z, x * b.y - y * b.x};
     }
+    constexpr UVector3 Cross(const UVector3& b) const { return *this * b; }
 
     /// The same vector in another precision.
     template <class Other>
@@ -34,6 +43,9 @@ class UVector3 {
 
     /// The Euclidean length, formed in double: the squares of floats neither overflow nor vanish.
     T GetLength() const { return static_cast<T>(lengthAsDouble()); }
+
+    /// Whether all components are zero exactly.
+    constexpr bool IsZeroLength() const { return x == 0 && y == 0 && z == 0; }
 
     /// This vector divided by its length; the zero vector stays zero. Formed in double, each
     /// component rounded once.

@@ -1,0 +1,116 @@
+#include "BaseAreaSearch.h"
+
+#include "BaseAreaScores.h"
+#include "FaceWorkers.h"
+#include "LowDimensionBox.h"
+#include "SearchHull.h"
+#include "Silhouette.h"
+
+namespace {
+
+/// The working memory of one thread, and the best box of its directions.
+struct DirectionWorker {
+    DirectionWorker(const MinBoundingBoxImpl& impl, const SearchHull& hull)
+        : silhouette(impl, hull.normals()) {
+        visited.reserve(hull.hull().getVertices().size());
+    }
+
+    Silhouette silhouette;
+    std::vector<bool> visited;
+    BoxCandidate best;
+};
+
+float keyOf(const MinBoundingBoxImpl& impl, const BoxCandidate& box) {
+    return impl.baseAreaMode ? box.score : box.height;
+}
+
+/// Whether a candidate takes the best one's place; of equal keys the earlier one stays.
+bool isBetter(const MinBoundingBoxImpl& impl, const BoxCandidate& box, const BoxCandidate& best) {
+    const float key = keyOf(impl, box);
+    return key == key && (best.volume == impl.unset || keyOf(impl, best) > key);
+}
+
+void searchDirection(const MinBoundingBoxImpl& impl, const Vector& direction,
+                     DirectionWorker& worker) {
+    const Outline& outline = worker.silhouette.along(direction);
+    if (outline.size() < 3) return;
+    const auto makeBox = impl.baseAreaMode ? leastBaseBox : lowestBox;
+    BoxCandidate box = makeBox(impl, direction, outline, worker.visited);
+    if (!isBetter(impl, box, worker.best)) return;
+    const FrameState state = secure(impl, box);
+    if (state == FrameState::kDropped) return;
+    if (state == FrameState::kRetaken) {
+        measureAgain(impl, box);
+        if (!isBetter(impl, box, worker.best)) return;
+    }
+    worker.best = box;
+}
+
+/// Clears the mode when the search ends, however it does.
+class ModeScope {
+ public:
+    ModeScope(MinBoundingBoxImpl& impl, bool isBaseArea) : m_impl(impl) {
+        impl.baseAreaMode = isBaseArea;
+        impl.heightMode = !isBaseArea;
+    }
+
+    ~ModeScope() {
+        m_impl.baseAreaMode = false;
+        m_impl.heightMode = false;
+    }
+
+    ModeScope(const ModeScope&) = delete;
+    ModeScope& operator=(const ModeScope&) = delete;
+
+ private:
+    MinBoundingBoxImpl& m_impl;
+};
+
+OrientedBox3 search(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points,
+                    bool isBaseArea) {
+    const ModeScope mode(impl, isBaseArea);
+    impl.caliperFlag = true;
+    impl.pointCount = n;
+    const SearchHull hull(impl, n, points);
+    impl.progress = std::make_unique<ProgressRecord>(0, hull.faceCount(), impl.callback);
+    if (!hull.hasFaces()) return lowDimensionBox(impl);
+    BoxCandidate best;
+    searchDirections(impl, hull, best);
+    return best.volume == impl.unset ? noBox() : toOrientedBox(impl, best);
+}
+
+}  // namespace
+
+void searchDirections(MinBoundingBoxImpl& impl, const SearchHull& hull, BoxCandidate& best) {
+    const std::vector<FaceRange> ranges = splitFaces(hull.faceCount(), impl.threadCount);
+    std::vector<DirectionWorker> workers;
+    workers.reserve(ranges.size());
+    for (std::size_t t = 0; t < ranges.size(); ++t) workers.emplace_back(impl, hull);
+    const auto merge = [&](std::size_t t) {
+        if (workers[t].best.volume != impl.unset && isBetter(impl, workers[t].best, best)) {
+            best = workers[t].best;
+        }
+    };
+    if (ranges.size() == 1) {
+        for (const Vector& normal : hull.normals()) {
+            if (impl.callback) impl.progress->step();
+            searchDirection(impl, normal, workers[0]);
+        }
+        merge(0);
+        return;
+    }
+    const auto work = [&](std::size_t t) {
+        for (int face = ranges[t].first; face < ranges[t].last; ++face) {
+            searchDirection(impl, hull.normals()[static_cast<std::size_t>(face)], workers[t]);
+        }
+    };
+    runWorkers(ranges.size(), work, merge, [] {});
+}
+
+OrientedBox3 searchLeastBaseArea(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points) {
+    return search(impl, n, points, /*isBaseArea=*/true);
+}
+
+OrientedBox3 searchLeastHeight(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points) {
+    return search(impl, n, points, /*isBaseArea=*/false);
+}

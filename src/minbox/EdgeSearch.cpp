@@ -1,0 +1,193 @@
+#include "EdgeSearch.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "ClassWidths.h"
+#include "DirectionIndex.h"
+#include "EdgeDirections.h"
+#include "OrthogonalTriples.h"
+
+namespace {
+
+/// The edges at a right angle to a class that have a further edge at a right angle to themselves,
+/// and those further edges.
+struct EdgePlane {
+    EdgePlane(const EdgeDirections& directions, const DirectionIndex& index, int pole) {
+        const OrthogonalPlane plane(directions, index, pole);
+        for (std::size_t place = 0; place < plane.classes().size(); ++place) {
+            std::vector<int> further;
+            plane.forEachPartner(place, [&](int other) {
+                const auto others = directions.edges(other);
+                further.insert(further.end(), others.begin(), others.end());
+            });
+            if (further.empty()) continue;
+            std::sort(further.begin(), further.end());
+            const int direction = plane.classes()[place];
+            const auto members = directions.edges(direction);
+            edges.insert(edges.end(), members.begin(), members.end());
+            partners.emplace(direction, std::move(further));
+        }
+        std::sort(edges.begin(), edges.end());
+    }
+
+    std::vector<int> edges;                              ///< ascending
+    std::unordered_map<int, std::vector<int>> partners;  ///< by class, ascending
+};
+
+/// One pass over the triples whose first edge is of some classes.
+///
+/// What follows a found pair (j, k) depends on the pair alone, not on the first edge that led to
+/// it: the vector product of the two has taken that edge's place. So a first edge is done as soon
+/// as it leads to a pair that an earlier one led to.
+class TriplePass {
+ public:
+    TriplePass(const MinBoundingBoxImpl& impl, const EdgeDirections& directions,
+               const DirectionIndex& index, ClassWidths& widths, const std::atomic<bool>& isAborted)
+        : m_impl(impl),
+          m_directions(directions),
+          m_index(index),
+          m_widths(widths),
+          m_isAborted(isAborted),
+          m_origin(hullPoint(impl, impl.hullTriangles->front()[0])),
+          m_ranges(static_cast<std::size_t>(directions.edgeCount())),
+          m_hasRange(static_cast<std::size_t>(directions.edgeCount()), false) {}
+
+    VolumeCandidate run(const std::vector<bool>& isPole) {
+        m_best = VolumeCandidate();
+        m_seen.clear();
+        for (int i = 0; i < m_directions.edgeCount() && !m_isAborted; ++i) {
+            const int pole = m_directions.classOf(i);
+            if (isPole[static_cast<std::size_t>(pole)]) followFirst(i, pole);
+        }
+        return m_best;
+    }
+
+ private:
+    const EdgePlane& planeOf(int pole) {
+        std::unique_ptr<EdgePlane>& plane = m_planes[pole];
+        if (!plane) plane = std::make_unique<EdgePlane>(m_directions, m_index, pole);
+        return *plane;
+    }
+
+    /// All pairs j < k beyond the first edge, up to one that was seen before.
+    void followFirst(int first, int pole) {
+        const EdgePlane& plane = planeOf(pole);
+        Vector third = m_directions.vector(first);
+        auto j = std::upper_bound(plane.edges.begin(), plane.edges.end(), first);
+        for (; j != plane.edges.end() && !m_isAborted; ++j) {
+            const Vector& second = m_directions.vector(*j);
+            if ((second | third) != m_impl.zero) continue;
+            const std::vector<int>& partners = plane.partners.at(m_directions.classOf(*j));
+            auto k = std::upper_bound(partners.begin(), partners.end(), *j);
+            for (; k != partners.end(); ++k) {
+                const Vector& last = m_directions.vector(*k);
+                if ((last | second) != m_impl.zero || (last | third) != m_impl.zero) continue;
+                const std::uint64_t pair =
+                    static_cast<std::uint64_t>(*j) << 32 | static_cast<std::uint64_t>(*k);
+                if (!m_seen.insert(pair).second) return;
+                third = last * second;
+                if (canBeBetter(pole, *j, *k)) consider(*j, *k, third);
+            }
+        }
+    }
+
+    /// Makes the box along edges k and j the best where its volume is less. Turns the third axis
+    /// round where the three are left-handed.
+    void consider(int j, int k, Vector& third) {
+        VolumeCandidate box = boxAlong(j, k, third);
+        if (!isBetter(box)) return;
+        const FrameState state = secure(m_impl, box);
+        if (state == FrameState::kDropped) return;
+        if (state == FrameState::kRetaken) {
+            box.volume = volumeAlong(box);
+            if (!isBetter(box)) return;
+        }
+        if ((box.axes[0] | (box.axes[1] * box.axes[2])) < m_impl.zero) {
+            third = {-third.x, -third.y, -third.z};
+            box.axes[2] = third;
+        }
+        m_best = box;
+    }
+
+    bool canBeBetter(int pole, int j, int k) {
+        if (m_best.volume == m_impl.unset) return true;
+        return m_widths.volumeBound(pole, m_directions.classOf(j), m_directions.classOf(k)) <=
+               m_best.volume;
+    }
+
+    bool isBetter(const VolumeCandidate& box) const {
+        return box.volume == box.volume &&
+               (m_best.volume == m_impl.unset || m_best.volume > box.volume);
+    }
+
+    VolumeCandidate boxAlong(int j, int k, const Vector& third) {
+        VolumeCandidate box;
+        box.origin = m_origin;
+        box.axes = {m_directions.vector(k), m_directions.vector(j), third};
+        box.squaredLengths[0] = box.axes[0] | box.axes[0];
+        box.squaredLengths[1] = box.axes[1] | box.axes[1];
+        box.squaredLengths[2] = box.squaredLengths[0] * box.squaredLengths[1];
+        box.ranges = {rangeAlongEdge(k), rangeAlongEdge(j), rangeAlong(m_impl, m_origin, third)};
+        box.volume = volumeAlong(box);
+        return box;
+    }
+
+    /// The third axis is as long as the product of the others.
+    static double volumeAlong(const BoxFrame& box) {
+        return (box.ranges[0].length() / box.squaredLengths[0]) *
+               (box.ranges[1].length() / box.squaredLengths[1]) * box.ranges[2].length();
+    }
+
+    const Range& rangeAlongEdge(int edge) {
+        const auto e = static_cast<std::size_t>(edge);
+        if (!m_hasRange[e]) {
+            m_ranges[e] = rangeAlong(m_impl, m_origin, m_directions.vector(edge));
+            m_hasRange[e] = true;
+        }
+        return m_ranges[e];
+    }
+
+    const MinBoundingBoxImpl& m_impl;
+    const EdgeDirections& m_directions;
+    const DirectionIndex& m_index;
+    ClassWidths& m_widths;
+    const std::atomic<bool>& m_isAborted;
+    Vector m_origin;
+    std::vector<Range> m_ranges;  ///< along each edge, where m_hasRange says so
+    std::vector<bool> m_hasRange;
+    std::unordered_map<int, std::unique_ptr<EdgePlane>> m_planes;
+    std::unordered_set<std::uint64_t> m_seen;
+    VolumeCandidate m_best;
+};
+
+}  // namespace
+
+void searchEdges(const MinBoundingBoxImpl& impl, const std::atomic<bool>& isAborted,
+                 VolumeCandidate& best) {
+    const EdgeDirections directions(impl);
+    const DirectionIndex index(directions.units());
+    ClassWidths widths(impl, directions);
+    const std::vector<ClassTriple> triples = findTriples(directions, widths, index, isAborted);
+    TriplePass pass(impl, directions, index, widths, isAborted);
+    std::vector<bool> isPole(directions.units().size(), false);
+    // Only triples whose bound the best box does not undercut can hold a better one: take those of
+    // low bound, at least twice as many each time, until the rest cannot.
+    std::size_t taken = 0;
+    while (taken < triples.size() && !isAborted) {
+        std::size_t count = std::max<std::size_t>(2 * taken, 1);
+        const double limit = best.volume == impl.unset
+                                 ? triples[std::min(count, triples.size()) - 1].volumeBound
+                                 : best.volume;
+        count = taken;
+        while (count < triples.size() && triples[count].volumeBound <= limit) ++count;
+        if (count == taken) break;
+        for (; taken < count; ++taken) {
+            for (const int c : triples[taken].classes) isPole[static_cast<std::size_t>(c)] = true;
+        }
+        best = pass.run(isPole);
+    }
+}

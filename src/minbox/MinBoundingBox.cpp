@@ -1,0 +1,58 @@
+#include "MinBoundingBox.h"
+
+#include <atomic>
+#include <utility>
+
+#include "AxisSearch.h"
+#include "BaseAreaSearch.h"
+#include "MinBoundingBoxImpl.h"
+#include "PrincipalAxes.h"
+#include "VolumeSearch.h"
+
+struct MinBoundingBox::Cell {
+    explicit Cell(unsigned int threadCount) : impl(threadCount) {}
+
+    MinBoundingBoxImpl impl;
+    std::atomic<int> owners = 1;
+};
+
+MinBoundingBox::MinBoundingBox(unsigned int threadCount) : m_cell(new Cell(threadCount)) {}
+
+MinBoundingBox::MinBoundingBox(const MinBoundingBox& other) : m_cell(other.m_cell) {
+    ++m_cell->owners;
+}
+
+MinBoundingBox::~MinBoundingBox() {
+    if (--m_cell->owners == 0) delete m_cell;
+}
+
+MinBoundingBox& MinBoundingBox::operator=(const MinBoundingBox& other) {
+    MinBoundingBox shared(other);
+    std::swap(m_cell, shared.m_cell);
+    return *this;
+}
+
+void MinBoundingBox::setCallBackFunction(std::function<void(int)> callback) {
+    m_cell->impl.callback = std::move(callback);
+}
+
+OrientedBox3 MinBoundingBox::operator()(int n, const UPoint3<float>* points) {
+    return searchLeastVolume(m_cell->impl, n, points);
+}
+
+OrientedBox3 MinBoundingBox::minBaseAreaAndHeightBox(int n, const UPoint3<float>* points) {
+    return searchLeastHeight(m_cell->impl, n, points);
+}
+
+OrientedBox3 MinBoundingBox::minBaseAreaBox(int n, const UPoint3<float>* points) {
+    return searchLeastBaseArea(m_cell->impl, n, points);
+}
+
+OrientedBox3 MinBoundingBox::minBaseAreaBoxAroundAxis(int n, const UPoint3<float>* points,
+                                                      UVector3<float> axis) {
+    return searchAroundAxis(m_cell->impl, n, points, axis);
+}
+
+OrientedBox3 MinBoundingBox::generateOBB(const UPoint3<float>* points, int n) {
+    return principalAxesBox(points, n);
+}

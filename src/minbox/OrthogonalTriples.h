@@ -1,0 +1,56 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <vector>
+
+#include "ClassWidths.h"
+#include "DirectionIndex.h"
+#include "EdgeDirections.h"
+
+/// Three mutually orthogonal classes of edges, and a bound below the volume, as computed, of any
+/// box along them.
+struct ClassTriple {
+    std::array<int, 3> classes;
+    double volumeBound;
+};
+
+/// The classes at a right angle to one, in turn about it; and which of them are at a right angle to
+/// each other.
+class OrthogonalPlane {
+ public:
+    OrthogonalPlane(const EdgeDirections& directions, const DirectionIndex& index, int pole);
+
+    const std::vector<int>& classes() const { return m_classes; }
+
+    /// Calls visit(b) for each class of the plane at a right angle to class classes()[place].
+    template <class Visit>
+    void forEachPartner(std::size_t place, Visit visit) const;
+
+ private:
+    const EdgeDirections& m_directions;
+    std::vector<int> m_classes;    ///< by ascending angle
+    std::vector<double> m_angles;  ///< 0 .. pi
+};
+
+/// All triples, by ascending bound. May end early once `isAborted` is set.
+std::vector<ClassTriple> findTriples(const EdgeDirections& directions, ClassWidths& widths,
+                                     const DirectionIndex& index,
+                                     const std::atomic<bool>& isAborted);
+
+template <class Visit>
+void OrthogonalPlane::forEachPartner(std::size_t place, Visit visit) const {
+    constexpr double kPi = 3.141592653589793;
+    constexpr double kTolerance = 1e-8;
+    // A quarter turn further; the end of the half circle meets its beginning.
+    double angle = m_angles[place] + kPi / 2;
+    if (angle > kPi) angle -= kPi;
+    for (const double around : {angle - kPi, angle, angle + kPi}) {
+        auto it = std::lower_bound(m_angles.begin(), m_angles.end(), around - kTolerance);
+        for (; it != m_angles.end() && *it <= around + kTolerance; ++it) {
+            const int other = m_classes[static_cast<std::size_t>(it - m_angles.begin())];
+            if (m_directions.areOrthogonal(m_classes[place], other)) visit(other);
+        }
+    }
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+/// The progress of one search: counts steps and tells the callback each whole percentage once.
+class ProgressRecord {
+ public:
+    /// @param first     added to every percentage
+    /// @param total     the number of steps that make 100 %
+    /// @param callback  may be empty
+    ProgressRecord(std::int32_t first, std::int32_t total, std::function<void(int)> callback);
+
+    /// Takes one step, and reports where the percentage has grown. Callable from any thread; the
+    /// callback runs on that thread, one call at a time. Passes on what the callback throws.
+    void step();
+
+    bool isOwnedByThisThread() const { return std::this_thread::get_id() == m_ownerThread; }
+
+ private:
+    std::int32_t m_first;
+    std::int32_t m_total;
+    std::atomic<std::int32_t> m_lastReported = 0;
+    std::atomic<std::int32_t> m_counter = 0;
+    std::function<void(int)> m_callback;
+    std::thread::id m_ownerThread;
+    std::mutex m_mutex;
+};
