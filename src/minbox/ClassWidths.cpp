@@ -10,9 +10,11 @@ namespace {
 
 constexpr double kUnknown = -1.0;
 
-/// A box's third axis may be off its class by the tolerance, across the whole hull; rounding is far
-/// below that.
-constexpr double kRelativeSlack = 4.0 * DirectionIndex::kTolerance;
+/// Of the hull's size: what rounding can take from a width.
+constexpr double kRounding = 1e-13;
+/// Where classes are not orthogonal exactly, the third axis of a box, which is orthogonal to the
+/// others, may be off its class by this, across the whole hull.
+constexpr double kOblique = 4.0 * DirectionIndex::kTolerance;
 
 }  // namespace
 
@@ -23,15 +25,23 @@ ClassWidths::ClassWidths(const MinBoundingBoxImpl& impl, const EdgeDirections& d
         const Vector d = hullPoint(impl, i) - hullPoint(impl, 0);
         largest = std::max(largest, d | d);
     }
-    m_slack = kRelativeSlack * std::sqrt(largest);
+    m_size = 2.0 * std::sqrt(largest);
 }
 
-double ClassWidths::boundOf(int direction) {
+double ClassWidths::volumeBound(int a, int b, int c) {
+    const bool isExact = m_directions.areOrthogonal(a, b) && m_directions.areOrthogonal(b, c) &&
+                         m_directions.areOrthogonal(c, a);
+    const double slack = (isExact ? kRounding : kOblique) * m_size;
+    double volume = 1.0;
+    for (const int direction : {a, b, c}) volume *= std::max(widthOf(direction) - slack, 0.0);
+    return volume;
+}
+
+double ClassWidths::widthOf(int direction) {
     double& width = m_widths[static_cast<std::size_t>(direction)];
     if (width == kUnknown) {
         const Vector& unit = m_directions.units()[static_cast<std::size_t>(direction)];
-        const Range range = rangeAlong(m_impl, hullPoint(m_impl, 0), unit);
-        width = std::max(range.length() - m_slack, 0.0);
+        width = rangeAlong(m_impl, hullPoint(m_impl, 0), unit).length();
     }
     return width;
 }

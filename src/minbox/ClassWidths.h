@@ -12,13 +12,13 @@ class ClassWidths {
     ClassWidths(const MinBoundingBoxImpl& impl, const EdgeDirections& directions);
 
     /// Below the volume, as the search computes it, of any box along three classes.
-    double volumeBound(int a, int b, int c) { return boundOf(a) * boundOf(b) * boundOf(c); }
+    double volumeBound(int a, int b, int c);
 
  private:
-    double boundOf(int direction);
+    double widthOf(int direction);
 
     const MinBoundingBoxImpl& m_impl;
     const EdgeDirections& m_directions;
     std::vector<double> m_widths;
-    double m_slack = 0.0;
+    double m_size = 0.0;  ///< of the hull, at most
 };
