@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "BaseAreaScores.h"
-#include "CaliperRect.h"
+#include "Calipers.h"
 #include "LowDimensionBox.h"
 #include "SearchHull.h"
 #include "TeskSDKCommonTools/ConvexHull2.h"
@@ -80,8 +80,9 @@ OrientedBox3 searchAroundAxis(MinBoundingBoxImpl& impl, int n, const UPoint3<flo
     const Vector direction = axis.As<double>();
     const Outline shadow = shadowOf(impl, plane);
     if (shadow.size() < 3) return thinBox(impl, direction, shadow);
-    std::vector<bool> visited;
-    BoxCandidate box = lowestBox(impl, direction, shadow, visited);
+    Calipers calipers(impl);
+    calipers.set(direction, shadow);
+    BoxCandidate box = lowestBox(impl, direction, calipers);
     const FrameState state = secure(impl, box);
     if (state == FrameState::kDropped) return noBox();
     if (state == FrameState::kRetaken) measureAgain(impl, box);

@@ -19,23 +19,11 @@ std::array<float, 3> sideAreas(double range0, double range1, double range2,
     return {side0 * side1, side1 * side2, side0 * side2};
 }
 
-/// The box over a rectangle; its volume and area are not set yet.
 BoxCandidate boxOver(const MinBoundingBoxImpl& impl, const CaliperRect& rect,
-                     const Vector& direction, const Outline& outline) {
-    const auto support = [&](CaliperRect::Side side) {
-        const int position = rect.support[side];
-        return hullPoint(impl, outline[static_cast<std::size_t>(position)]);
-    };
+                     const Calipers& calipers, const Vector& direction) {
     BoxCandidate box;
-    box.origin = support(CaliperRect::kBase);
-    box.axes = {rect.axes[0], rect.axes[1], direction};
+    layOver(impl, rect, calipers, direction, box);
     box.direction = direction;
-    box.squaredLengths = {rect.squaredLengths[0], rect.squaredLengths[1], direction | direction};
-    box.ranges[0] = {(support(CaliperRect::kLeft) - box.origin) | box.axes[0],
-                     (support(CaliperRect::kRight) - box.origin) | box.axes[0]};
-    box.ranges[1] = {impl.zero, (support(CaliperRect::kTop) - box.origin) | box.axes[1]};
-    box.ranges[2] = rangeAlong(impl, box.origin, direction);
-    box.volume = volumeOf(box);
     box.area = rect.area;
     return box;
 }
@@ -60,26 +48,25 @@ void scoreSides(const MinBoundingBoxImpl& impl, BoxCandidate& box) {
 }  // namespace
 
 BoxCandidate lowestBox(const MinBoundingBoxImpl& impl, const Vector& direction,
-                       const Outline& outline, std::vector<bool>& visited) {
-    const CaliperRect rect = minRect(impl, direction, outline, visited);
-    BoxCandidate box = boxOver(impl, rect, direction, outline);
+                       Calipers& calipers) {
+    BoxCandidate box = boxOver(impl, calipers.minRect(), calipers, direction);
     box.height = heightOf(box);
     return box;
 }
 
 BoxCandidate leastBaseBox(const MinBoundingBoxImpl& impl, const Vector& direction,
-                          const Outline& outline, std::vector<bool>& visited) {
+                          Calipers& calipers) {
     const double squaredLength = direction | direction;
     double height = 0.0;
     CaliperRect best;
     best.score = impl.unsetF;
     bool isFirst = true;
-    forEachRect(impl, direction, outline, visited, [&](CaliperRect& rect) {
+    calipers.forEachRect([&](CaliperRect& rect) {
         if (isFirst) {
-            const int base = outline[static_cast<std::size_t>(rect.support[CaliperRect::kBase])];
-            height = rangeAlong(impl, hullPoint(impl, base), direction).length();
+            const Vector& base = calipers.point(rect.support[CaliperRect::kBase]);
+            height = rangeAlong(impl, base, direction).length();
         }
-        const auto [width, depth] = sideRanges(impl, outline, rect);
+        const auto [width, depth] = calipers.sideRanges(rect);
         rect.score = impl.unsetF;
         for (const float area :
              sideAreas(width, depth, height,
@@ -89,7 +76,7 @@ BoxCandidate leastBaseBox(const MinBoundingBoxImpl& impl, const Vector& directio
         if (isFirst || best.score > rect.score) best = rect;
         isFirst = false;
     });
-    BoxCandidate box = boxOver(impl, best, direction, outline);
+    BoxCandidate box = boxOver(impl, best, calipers, direction);
     box.score = best.score;
     scoreSides(impl, box);
     return box;

@@ -11,12 +11,12 @@ namespace {
 /// The working memory of one thread, and the best box of its directions.
 struct DirectionWorker {
     DirectionWorker(const MinBoundingBoxImpl& impl, const SearchHull& hull)
-        : silhouette(impl, hull.normals()) {
-        visited.reserve(hull.hull().getVertices().size());
+        : silhouette(impl, hull.normals()), calipers(impl) {
+        calipers.reserve(hull.hull().getVertices().size());
     }
 
     Silhouette silhouette;
-    std::vector<bool> visited;
+    Calipers calipers;
     BoxCandidate best;
 };
 
@@ -34,8 +34,9 @@ void searchDirection(const MinBoundingBoxImpl& impl, const Vector& direction,
                      DirectionWorker& worker) {
     const Outline& outline = worker.silhouette.along(direction);
     if (outline.size() < 3) return;
+    worker.calipers.set(direction, outline);
     const auto makeBox = impl.baseAreaMode ? leastBaseBox : lowestBox;
-    BoxCandidate box = makeBox(impl, direction, outline, worker.visited);
+    BoxCandidate box = makeBox(impl, direction, worker.calipers);
     if (!isBetter(impl, box, worker.best)) return;
     const FrameState state = secure(impl, box);
     if (state == FrameState::kDropped) return;

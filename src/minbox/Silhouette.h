@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "BoxCandidate.h"
-#include "CaliperRect.h"
+#include "Calipers.h"
 #include "MinBoundingBoxImpl.h"
 
 /// Finds the outline of the hull seen along a direction: the edges between triangles that face away

@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "CaliperRect.h"
+#include "Calipers.h"
 #include "EdgeSearch.h"
 #include "FaceWorkers.h"
 #include "LowDimensionBox.h"
@@ -18,31 +18,21 @@ const char* const kAborting = "Aborting...";
 /// The working memory of one thread, and the best box of its faces.
 struct FaceWorker {
     FaceWorker(const MinBoundingBoxImpl& impl, const SearchHull& hull)
-        : silhouette(impl, hull.normals()) {
-        visited.reserve(hull.hull().getVertices().size());
+        : silhouette(impl, hull.normals()), calipers(impl) {
+        calipers.reserve(hull.hull().getVertices().size());
     }
 
     Silhouette silhouette;
-    std::vector<bool> visited;
+    Calipers calipers;
     VolumeCandidate best;
 };
 
 VolumeCandidate faceBox(const MinBoundingBoxImpl& impl, const Vector& normal,
-                        const Outline& outline, std::vector<bool>& visited) {
-    const CaliperRect rect = minRect(impl, normal, outline, visited);
-    const auto support = [&](CaliperRect::Side side) {
-        const int position = rect.support[side];
-        return hullPoint(impl, outline[static_cast<std::size_t>(position)]);
-    };
+                        const Outline& outline, Calipers& calipers) {
+    calipers.set(normal, outline);
+    const CaliperRect rect = calipers.minRect();
     VolumeCandidate box;
-    box.origin = support(CaliperRect::kBase);
-    box.axes = {rect.axes[0], rect.axes[1], normal};
-    box.squaredLengths = {rect.squaredLengths[0], rect.squaredLengths[1], normal | normal};
-    box.ranges[0] = {(support(CaliperRect::kLeft) - box.origin) | box.axes[0],
-                     (support(CaliperRect::kRight) - box.origin) | box.axes[0]};
-    box.ranges[1] = {impl.zero, (support(CaliperRect::kTop) - box.origin) | box.axes[1]};
-    box.ranges[2] = rangeAlong(impl, box.origin, normal);
-    box.volume = volumeOf(box);
+    layOver(impl, rect, calipers, normal, box);
     return box;
 }
 
@@ -55,7 +45,7 @@ bool isBetter(const MinBoundingBoxImpl& impl, const VolumeCandidate& box,
 void searchFace(const MinBoundingBoxImpl& impl, const Vector& normal, FaceWorker& worker) {
     const Outline& outline = worker.silhouette.along(normal);
     if (outline.size() < 3) return;
-    VolumeCandidate box = faceBox(impl, normal, outline, worker.visited);
+    VolumeCandidate box = faceBox(impl, normal, outline, worker.calipers);
     if (!isBetter(impl, box, worker.best)) return;
     const FrameState state = secure(impl, box);
     if (state == FrameState::kDropped) return;

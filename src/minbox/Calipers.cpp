@@ -1,0 +1,175 @@
+#include "Calipers.h"
+
+#include <utility>
+
+void removeCollinear(const MinBoundingBoxImpl& impl, const Vector& direction, Outline& outline) {
+    if (outline.size() > 1 && outline.back() == outline.front()) outline.pop_back();
+    const std::size_t size = outline.size();
+    if (size == 0) return;
+    // Kept vertices move down behind the place that is being read; the first is still needed last.
+    const Vector first = hullPoint(impl, outline[0]);
+    Vector current = first;
+    Vector before = first - hullPoint(impl, outline[size - 1]);
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < size; ++i) {
+        const Vector following = i + 1 < size ? hullPoint(impl, outline[i + 1]) : first;
+        const Vector after = following - current;
+        const double turn = before | (after * direction);
+        if (turn != impl.zero) outline[kept++] = outline[i];
+        before = after;
+        current = following;
+    }
+    outline.resize(kept);
+    if (!outline.empty() && outline.back() == outline.front()) outline.pop_back();
+}
+
+std::array<int, 4> sortAngles(const SideAngles& entries, int count) {
+    std::array<int, 4> order = {0, 1, 2, 3};
+    const auto sortPair = [&](std::size_t i, std::size_t j) {
+        const auto sinSq = [&](std::size_t k) {
+            return entries[static_cast<std::size_t>(order[k])].sinSq;
+        };
+        if (sinSq(i) > sinSq(j)) std::swap(order[i], order[j]);
+    };
+    if (count == 2) {
+        sortPair(0, 1);
+    } else if (count == 3) {
+        sortPair(0, 1);
+        sortPair(0, 2);
+        sortPair(1, 2);
+    } else if (count == 4) {
+        sortPair(0, 1);
+        sortPair(2, 3);
+        sortPair(0, 2);
+        sortPair(1, 3);
+        sortPair(1, 2);
+    }
+    return order;
+}
+
+void Calipers::reserve(std::size_t size) {
+    m_points.reserve(size);
+    m_edges.reserve(size);
+    m_visited.reserve(size);
+}
+
+void Calipers::set(const Vector& direction, const Outline& outline) {
+    m_points.clear();
+    for (const int vertex : outline) m_points.push_back(hullPoint(m_impl, vertex));
+    m_edges.clear();
+    for (std::size_t i = 0; i < m_points.size(); ++i) {
+        const Vector edge = m_points[i] - m_points[i == 0 ? m_points.size() - 1 : i - 1];
+        const Vector inward = direction * edge;
+        const Vector along = inward * direction;
+        m_edges.push_back({along, inward, along | along, inward | inward});
+    }
+}
+
+void Calipers::alignTo(int end, CaliperRect& rect) const {
+    const Edge& edge = m_edges[static_cast<std::size_t>(end)];
+    rect.axes = {edge.along, edge.inward};
+    rect.squaredLengths = {edge.alongSquared, edge.inwardSquared};
+}
+
+CaliperRect Calipers::edgeRect(int end) const {
+    struct Projection {
+        double x;
+        double y;
+    };
+    CaliperRect rect;
+    alignTo(end, rect);
+    rect.support = {end, end, end, end};
+    rect.score = m_impl.unsetF;
+    Projection right{m_impl.zero, m_impl.zero};
+    Projection top = right;
+    Projection left = right;
+    for (int j = 0; j < size(); ++j) {
+        const Vector d = point(j) - point(end);
+        const Projection v{rect.axes[0] | d, rect.axes[1] | d};
+        if (v.x > right.x || (v.x == right.x && v.y > right.y)) {
+            rect.support[CaliperRect::kRight] = j;
+            right = v;
+        }
+        if (v.y > top.y || (v.y == top.y && v.x < top.x)) {
+            rect.support[CaliperRect::kTop] = j;
+            top = v;
+        }
+        if (v.x < left.x || (v.x == left.x && v.y < left.y)) {
+            rect.support[CaliperRect::kLeft] = j;
+            left = v;
+        }
+    }
+    rect.area = (right.x - left.x) * top.y / rect.squaredLengths[1];
+    return rect;
+}
+
+bool Calipers::angles(const CaliperRect& rect, SideAngles& entries, int& count) const {
+    count = 0;
+    for (std::size_t i = 0; i < 4; ++i) {
+        const std::size_t side = (i + 3) % 4;
+        const int support = rect.support[side];
+        if (support == rect.support[i]) continue;
+        // Top and left run against the axes, which does not change the square.
+        const std::size_t axis = side & 1;
+        const Edge& edge = m_edges[static_cast<std::size_t>(next(support))];
+        const Vector sine = rect.axes[axis] * edge.along;
+        entries[static_cast<std::size_t>(count++)] = {
+            (sine | sine) / (rect.squaredLengths[axis] * edge.alongSquared),
+            static_cast<int>(side)};
+    }
+    return count > 0;
+}
+
+bool Calipers::updateSupport(const SideAngles& entries, int count, const std::array<int, 4>& order,
+                             CaliperRect& rect) {
+    const auto entry = [&](int k) {
+        return entries[static_cast<std::size_t>(order[static_cast<std::size_t>(k)])];
+    };
+    const SideAngle least = entry(0);
+    for (int k = 0; k < count && entry(k).sinSq == least.sinSq; ++k) {
+        int& support = rect.support[static_cast<std::size_t>(entry(k).side)];
+        support = next(support);
+    }
+    const auto bottom =
+        static_cast<std::size_t>(rect.support[static_cast<std::size_t>(least.side)]);
+    if (m_visited[bottom]) return false;
+    m_visited[bottom] = true;
+    // The side that became flush is the new bottom.
+    const std::array<int, 4> old = rect.support;
+    for (std::size_t k = 0; k < 4; ++k) {
+        rect.support[k] = old[(static_cast<std::size_t>(least.side) + k) % 4];
+    }
+    alignTo(rect.support[CaliperRect::kBase], rect);
+    const auto [width, height] = sideRanges(rect);
+    rect.area = width * height / rect.squaredLengths[1];
+    return true;
+}
+
+std::array<double, 2> Calipers::sideRanges(const CaliperRect& rect) const {
+    const auto support = [&](CaliperRect::Side side) { return point(rect.support[side]); };
+    return {rect.axes[0] | (support(CaliperRect::kRight) - support(CaliperRect::kLeft)),
+            rect.axes[1] | (support(CaliperRect::kTop) - support(CaliperRect::kBase))};
+}
+
+CaliperRect Calipers::minRect() {
+    CaliperRect best;
+    bool isFirst = true;
+    forEachRect([&](const CaliperRect& rect) {
+        if (isFirst || best.area > rect.area) best = rect;
+        isFirst = false;
+    });
+    return best;
+}
+
+void layOver(const MinBoundingBoxImpl& impl, const CaliperRect& rect, const Calipers& calipers,
+             const Vector& direction, BoxFrame& frame) {
+    const auto support = [&](CaliperRect::Side side) { return calipers.point(rect.support[side]); };
+    frame.origin = support(CaliperRect::kBase);
+    frame.axes = {rect.axes[0], rect.axes[1], direction};
+    frame.squaredLengths = {rect.squaredLengths[0], rect.squaredLengths[1], direction | direction};
+    frame.ranges[0] = {(support(CaliperRect::kLeft) - frame.origin) | frame.axes[0],
+                       (support(CaliperRect::kRight) - frame.origin) | frame.axes[0]};
+    frame.ranges[1] = {impl.zero, (support(CaliperRect::kTop) - frame.origin) | frame.axes[1]};
+    frame.ranges[2] = rangeAlong(impl, frame.origin, direction);
+    frame.volume = volumeOf(frame);
+}
