@@ -1,6 +1,7 @@
 #include "BoxPlacement.h"
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <map>
 #include <utility>
@@ -61,6 +62,22 @@ bool isBox(const OrientedBox3& box) {
     return !(box.axis[0] == box.axis[1]);
 }
 
+bool isFinite(const UPoint3<float>& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
+
+/// The centre of the mesh's box; where an infinite vertex leaves it none, that of the box of the
+/// finite ones.
+UPoint3<float> centerOf(MeshKernel& mesh, const std::vector<UPoint3<float>>& points) {
+    const UPoint3<float> center = mesh.GetBox().Center();
+    if (isFinite(center)) return center;
+    UBox3<float> box;
+    for (const UPoint3<float>& p : points) {
+        if (isFinite(p)) box.Extend(p);
+    }
+    return box.Center();
+}
+
 }  // namespace
 
 void placeByMinBox(MeshKernel* mesh, UMatrix4<float>& matrix,
@@ -75,7 +92,7 @@ void placeByMinBox(MeshKernel* mesh, UMatrix4<float>& matrix,
         rotation = layFlat ? rotationOnto(box.axis[large], box.axis[middle], box.axis[small])
                            : rotationOnto(box.axis[small], box.axis[middle], box.axis[large]);
     }
-    const UPoint3<float> center = mesh->GetBox().Center();
+    const UPoint3<float> center = centerOf(*mesh, points);
     const UPoint3<float> origin;
     const auto toOrigin = UMatrix4<float>::CreateTransfMatrix(origin - center);
     const auto back = UMatrix4<float>::CreateTransfMatrix(center - origin);
