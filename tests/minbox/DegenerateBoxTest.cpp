@@ -96,7 +96,14 @@ TEST_P(DegenerateBox, EveryHullSearchGivesTheStatedBox) {
             SCOPED_TRACE(operation.name);
             MinBoundingBox calculator(threads);
             const OrientedBox3 box = operation.run(calculator, tested.points);
-            expectSizes(tested, box, 2.0f);
+            const bool isFlat = !tested.sizes.empty() && tested.sizes[2] == 0.0f;
+            if (operation.name == "baseArea" && isFlat) {
+                // Every flat box has a side without area: all are equally good.
+                expectFrame(box);
+                EXPECT_NEAR(sizesOf(box, 2.0f)[2], 0.0f, 1e-6f * tested.sizes[0]);
+            } else {
+                expectSizes(tested, box, 2.0f);
+            }
             if (!tested.sizes.empty()) {
                 EXPECT_LE(farthestOutside(box, tested.points),
                           1e-6 * static_cast<double>(tested.sizes[0]));
