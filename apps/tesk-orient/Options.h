@@ -3,28 +3,48 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <variant>
 
 #include "LengthUnit.h"
 #include "OrientOptimizer.h"
+#include "TeskDataBasic/UVector3.h"
 
 namespace App {
 
-/// What the command line asks for.
-struct Options {
+/// What every command takes.
+struct CommonOptions {
     std::filesystem::path part;
     std::filesystem::path output;  ///< empty: write none
-    OptimizeOrient::Configure config;
     std::optional<LengthUnit> unit;
     int threads = 0;  ///< 0: as many as the machine has
-    std::uint32_t seed = 1;
-    int rank = 1;
     bool isJson = false;
     bool isQuiet = false;
+};
+
+struct OrientOptions : CommonOptions {
+    OptimizeOrient::Configure config;
+    std::uint32_t seed = 1;
+    int rank = 1;
     bool isVerbose = false;
 };
 
+/// What a smallest box is smallest in.
+enum class Criterion { kVolume, kBaseArea, kBaseHeight, kAroundAxis, kPrincipal };
+
+/// As the option --criterion takes it, and as reports print it.
+const char* nameOf(Criterion criterion);
+
+struct BoxOptions : CommonOptions {
+    Criterion criterion = Criterion::kVolume;
+    UVector3<float> axis;  ///< of kAroundAxis
+};
+
+struct LayFlatOptions : CommonOptions {};
+
+using Command = std::variant<OrientOptions, BoxOptions, LayFlatOptions>;
+
 /// Reads the command line. Empty after --help or --version, which it prints. Throws Failure with
 /// ExitCode::kUsage.
-std::optional<Options> readOptions(int argc, char** argv);
+std::optional<Command> readCommand(int argc, char** argv);
 
 }  // namespace App

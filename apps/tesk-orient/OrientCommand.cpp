@@ -3,33 +3,23 @@
 #include <fmt/format.h>
 #include <omp.h>
 
-#include <cstdio>
 #include <optional>
 
+#include "CommandSupport.h"
 #include "Failure.h"
 #include "FileBytes.h"
-#include "Interrupt.h"
 #include "MeshChecks.h"
 #include "MeshOutput.h"
+#include "OrientReport.h"
 #include "Pose.h"
 #include "ProgressBar.h"
-#include "Report.h"
-#include "TeskDebug/Exception.h"
 #include "TeskDebug/StopWatchLog.h"
 
 namespace App {
 
 namespace {
 
-void printWarnings(const Options& options, const Warnings& warnings) {
-    if (options.isQuiet) return;
-    for (const Warning& warning : warnings) {
-        fmt::print(stderr, "tesk-orient: warning: {}: {}\n", displayName(options.part),
-                   warning.text);
-    }
-}
-
-void refuseWithoutArea(const Options& options, const TriangleMesh& mesh) {
+void refuseWithoutArea(const OrientOptions& options, const TriangleMesh& mesh) {
     const auto count = static_cast<std::int64_t>(mesh.triangles.size());
     if (countDegenerate(mesh) < count) return;
     throw InputFailure(
@@ -38,11 +28,7 @@ void refuseWithoutArea(const Options& options, const TriangleMesh& mesh) {
                                : fmt::format("none of its {} triangles has an area", count)));
 }
 
-void stopIfInterrupted() {
-    if (Interrupt::isRequested()) throw Tesk::AbortException("Aborting...");
-}
-
-std::vector<OptimizeOrient::OptOrientation> rank(MeshKernel& mesh, const Options& options) {
+std::vector<OptimizeOrient::OptOrientation> rank(MeshKernel& mesh, const OrientOptions& options) {
     ProgressBar bar(!options.isQuiet);
     if (options.threads > 0) omp_set_num_threads(options.threads);
     OptimizeOrient::seedRandom(options.seed);
@@ -50,10 +36,7 @@ std::vector<OptimizeOrient::OptOrientation> rank(MeshKernel& mesh, const Options
     float angle = 0.0f;
     std::vector<OptimizeOrient::OptOrientation> orientations;
     OrientOptimizer::calculateOrients(&mesh, options.config, axis, angle, &orientations,
-                                      [&](int percent) {
-                                          stopIfInterrupted();
-                                          bar.show(percent);
-                                      });
+                                      progressOn(bar));
     return orientations;
 }
 
@@ -65,34 +48,24 @@ void logStages() {
 
 }  // namespace
 
-void orient(const Options& options) {
+void run(const OrientOptions& options) {
     std::optional<MeshOutput> output;
     if (!options.output.empty()) output.emplace(options.output);
     if (options.isVerbose) logStages();
 
-    OrientResult result{readMeshFile(options.part, options.unit), {}};
-    stopIfInterrupted();
+    OrientResult result{loadPart(options), {}};
     const TriangleMesh& mesh = result.part.mesh;
     refuseWithoutArea(options, mesh);
+    printWarnings(options, result.part);
     MeshKernel kernel(mesh.positions, mesh.triangles);
-    kernel.UpdateTopo(/*rebuild=*/true, MeshKernel::kEdgeCounts);
-    for (Warning& warning : checkMesh(mesh, kernel.topology(), result.part.unit)) {
-        result.part.warnings.push_back(std::move(warning));
-    }
-    printWarnings(options, result.part.warnings);
-
     result.orientations = rank(kernel, options);
     if (output) {
         const auto chosen = static_cast<std::size_t>(options.rank - 1);
         output->write(
             moved(mesh, poseOf(result.orientations[chosen], mesh, options.config.baseHeight)));
     }
-    const std::string report =
-        options.isJson ? reportJson(options, result) : reportTable(options, result);
-    if (std::fputs(report.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
-        throw Failure(ExitCode::kOutput, "cannot write to standard output");
-    }
-    if (output && !options.isJson) fmt::print("Written: {}\n", displayName(options.output));
+    printReport(options,
+                options.isJson ? reportJson(options, result) : reportTable(options, result));
 }
 
 }  // namespace App

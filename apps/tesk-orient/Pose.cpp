@@ -25,9 +25,12 @@ Matrix poseOf(const OptimizeOrient::OptOrientation& orientation, const TriangleM
     const UPoint3<float> k = boxOf(mesh, Matrix()).Center();
     const Matrix turn = Matrix::CreateTransfMatrix({-k.x, -k.y, -k.z}) * turnOf(orientation) *
                         Matrix::CreateTransfMatrix({k.x, k.y, k.z});
-    if (!(baseHeight > -1.0f)) return turn;
-    const float lift = baseHeight - boxOf(mesh, turn).MinZ();
-    return turn * Matrix::CreateTransfMatrix({0.0f, 0.0f, lift});
+    return baseHeight > -1.0f ? setDown(mesh, turn, baseHeight) : turn;
+}
+
+Matrix setDown(const TriangleMesh& mesh, const Matrix& m, float height) {
+    const float lift = height - boxOf(mesh, m).MinZ();
+    return m * Matrix::CreateTransfMatrix({0.0f, 0.0f, lift});
 }
 
 UVector3<float> upOf(const OptimizeOrient::OptOrientation& orientation) {

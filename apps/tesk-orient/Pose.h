@@ -12,6 +12,9 @@ namespace App {
 UMatrix4<float> poseOf(const OptimizeOrient::OptOrientation& orientation, const TriangleMesh& mesh,
                        float baseHeight);
 
+/// A transform followed by the move that brings the part's lowest point to a height.
+UMatrix4<float> setDown(const TriangleMesh& mesh, const UMatrix4<float>& m, float height);
+
 /// The direction of the part that the orientation turns up.
 UVector3<float> upOf(const OptimizeOrient::OptOrientation& orientation);
 

@@ -4,9 +4,12 @@
 #include <exception>
 #include <new>
 #include <optional>
+#include <variant>
 
+#include "BoxCommand.h"
 #include "Failure.h"
 #include "Interrupt.h"
+#include "LayFlatCommand.h"
 #include "Options.h"
 #include "OrientCommand.h"
 #include "TeskDebug/Exception.h"
@@ -22,8 +25,8 @@ int codeOf(App::ExitCode code) {
 int main(int argc, char** argv) {
     const App::Interrupt interrupt;
     try {
-        if (const std::optional<App::Options> options = App::readOptions(argc, argv)) {
-            App::orient(*options);
+        if (const std::optional<App::Command> command = App::readCommand(argc, argv)) {
+            std::visit([](const auto& options) { App::run(options); }, *command);
         }
         return codeOf(App::ExitCode::kSuccess);
     } catch (const App::Failure& failure) {

@@ -16,9 +16,9 @@ struct OrientResult {
 };
 
 /// A table for people, and what to do.
-std::string reportTable(const Options& options, const OrientResult& result);
+std::string reportTable(const OrientOptions& options, const OrientResult& result);
 
 /// The same for programs: one JSON object, whose "schema" names its version.
-std::string reportJson(const Options& options, const OrientResult& result);
+std::string reportJson(const OrientOptions& options, const OrientResult& result);
 
 }  // namespace App

@@ -1,0 +1,73 @@
+#include "BoxCommand.h"
+
+#include <fmt/format.h>
+
+#include <optional>
+
+#include "BoxReport.h"
+#include "CommandSupport.h"
+#include "Failure.h"
+#include "MeshOutput.h"
+#include "MinBoundingBox.h"
+
+namespace App {
+
+namespace {
+
+/// Where the search for the least volume stops reporting, as only faces count as steps.
+constexpr int kVolumeEnd = 40;
+
+OrientedBox3 search(const BoxOptions& options, const std::vector<UPoint3<float>>& points) {
+    const int count = static_cast<int>(points.size());
+    ProgressBar bar(!options.isQuiet);
+    MinBoundingBox calculator(threadCountOf(options));
+    const bool isVolume = options.criterion == Criterion::kVolume;
+    calculator.setCallBackFunction(progressOn(bar, isVolume ? kVolumeEnd : 100));
+    switch (options.criterion) {
+        case Criterion::kVolume:
+            return calculator(count, points.data());
+        case Criterion::kBaseArea:
+            return calculator.minBaseAreaBox(count, points.data());
+        case Criterion::kBaseHeight:
+            return calculator.minBaseAreaAndHeightBox(count, points.data());
+        case Criterion::kAroundAxis:
+            return calculator.minBaseAreaBoxAroundAxis(count, points.data(), options.axis);
+        case Criterion::kPrincipal:
+            break;
+    }
+    return MinBoundingBox::generateOBB(points.data(), count);
+}
+
+/// The axis as the library wants it: along Z it takes (0, 0, 1) only.
+UVector3<float> usableAxis(const UVector3<float>& axis) {
+    return axis.x == 0.0f && axis.y == 0.0f ? UVector3<float>(0, 0, 1) : axis;
+}
+
+PartBox boxOf(BoxOptions options, const TriangleMesh& mesh) {
+    options.axis = usableAxis(options.axis);
+    const OrientedBox3 found = search(options, usedPositions(mesh));
+    // The principal-axes box comes with full lengths.
+    const float half = options.criterion == Criterion::kPrincipal ? 0.5f : 1.0f;
+    PartBox box{found.center, {found.axis[0], found.axis[1], found.axis[2]}, {}};
+    for (int i = 0; i < 3; ++i) {
+        box.halfExtents[static_cast<std::size_t>(i)] = found.extent[i] * half;
+    }
+    return box;
+}
+
+}  // namespace
+
+void run(const BoxOptions& options) {
+    std::optional<MeshOutput> output;
+    if (!options.output.empty()) output.emplace(options.output);
+    BoxResult result{loadPart(options), {}, {}};
+    printWarnings(options, result.part);
+    result.box = boxOf(options, result.part.mesh);
+    result.partVolume = enclosedVolume(result.part.mesh);
+    stopIfInterrupted();
+    if (output) output->write(meshOf(result.box));
+    printReport(options,
+                options.isJson ? boxReportJson(options, result) : boxReportTable(options, result));
+}
+
+}  // namespace App

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "MeshFile.h"
+#include "Options.h"
+#include "PartBox.h"
+
+namespace App {
+
+/// What a search for a box found.
+struct BoxResult {
+    LoadedPart part;
+    PartBox box;
+    std::optional<double> partVolume;  ///< mm³, of a closed mesh
+};
+
+/// A table for people.
+std::string boxReportTable(const BoxOptions& options, const BoxResult& result);
+
+/// The same for programs: one JSON object, whose "schema" names its version.
+std::string boxReportJson(const BoxOptions& options, const BoxResult& result);
+
+}  // namespace App

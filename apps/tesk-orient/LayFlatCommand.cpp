@@ -1,0 +1,41 @@
+#include "LayFlatCommand.h"
+
+#include <optional>
+
+#include "CommandSupport.h"
+#include "LayFlatReport.h"
+#include "MeshOutput.h"
+#include "OrientOptimizer.h"
+#include "Pose.h"
+
+namespace App {
+
+namespace {
+
+/// Where the search stops reporting, as only faces count as steps.
+constexpr int kEnd = 40;
+
+UMatrix4<float> layFlat(const LayFlatOptions& options, const TriangleMesh& mesh) {
+    ProgressBar bar(!options.isQuiet);
+    MeshKernel kernel(mesh.positions, mesh.triangles);
+    UMatrix4<float> matrix;
+    OrientOptimizer::calculateOrients_minBoundingBox(&kernel, matrix, progressOn(bar, kEnd));
+    return setDown(mesh, matrix, 0.0f);
+}
+
+}  // namespace
+
+void run(const LayFlatOptions& options) {
+    std::optional<MeshOutput> output;
+    if (!options.output.empty()) output.emplace(options.output);
+    LayFlatResult result{loadPart(options), {}, {}};
+    printWarnings(options, result.part);
+    result.matrix = layFlat(options, result.part.mesh);
+    result.placed = moved(result.part.mesh, result.matrix);
+    stopIfInterrupted();
+    if (output) output->write(result.placed);
+    printReport(options, options.isJson ? layFlatReportJson(options, result)
+                                        : layFlatReportTable(options, result));
+}
+
+}  // namespace App

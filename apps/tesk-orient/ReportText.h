@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "MeshFile.h"
+#include "Options.h"
+#include "TeskDataBasic/UVector3.h"
+
+namespace App {
+
+/// A direction for people, to three places; −0 is 0.
+std::string textOf(const UVector3<float>& direction);
+
+double degreesOf(float angleRad);
+
+/// The first line of a report: what was read, and how large it is.
+std::string headingOf(const CommonOptions& options, const LoadedPart& part);
+
+}  // namespace App

@@ -1,0 +1,192 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+#include "MeshChecks.h"
+#include "MeshEncoding.h"
+#include "MeshFile.h"
+#include "RunProgram.h"
+#include "Shapes.h"
+#include "TeskDataBasic/UMatrix4.h"
+
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+/// The commands that look for boxes, on a box of 40 × 30 × 20 mm that is turned.
+class BoxProgram : public testing::Test {
+ protected:
+    BoxProgram() : m_mesh(turnedBox()), m_part(m_folder.write("part.off", encoded(m_mesh))) {}
+
+    static App::TriangleMesh turnedBox() {
+        Part box = makeBox({0, 0, 0}, {40, 30, 20});
+        const auto turn = UMatrix4<float>::CreateRotateMatrix(0.8f, {1, 2, 3});
+        for (UPoint3<float>& p : box.positions) p = p * turn;
+        return {box.positions, box.triangles};
+    }
+
+    static std::string encoded(const App::TriangleMesh& mesh) {
+        return App::encoderFor(".off")(mesh);
+    }
+
+    json jsonOf(std::vector<std::string> arguments) const {
+        arguments.push_back("--json");
+        const ProgramResult result = runTeskOrient(arguments);
+        EXPECT_EQ(result.code, 0) << result.error;
+        return json::parse(result.out);
+    }
+
+    static std::vector<double> sorted(const json& values) {
+        auto sizes = values.get<std::vector<double>>();
+        std::sort(sizes.begin(), sizes.end());
+        return sizes;
+    }
+
+    TemporaryFolder m_folder;
+    App::TriangleMesh m_mesh;
+    std::string m_part;
+};
+
+TEST_F(BoxProgram, EveryHullCriterionFindsTheBox) {
+    for (const char* criterion : {"volume", "base-area", "base-height", "principal"}) {
+        const json report = jsonOf({"box", m_part, "--criterion", criterion});
+        EXPECT_EQ(report["schema"], "tesk-orient/box/1");
+        EXPECT_EQ(report["settings"]["criterion"], criterion);
+        const std::vector<double> sizes = sorted(report["box"]["sizeMm"]);
+        const std::vector<double> halves = sorted(report["box"]["halfExtentsMm"]);
+        for (std::size_t i = 0; i < 3; ++i) {
+            EXPECT_NEAR(sizes[i], 20.0 + 10.0 * static_cast<double>(i), 1e-3) << criterion;
+            EXPECT_NEAR(halves[i], sizes[i] / 2.0, 1e-6);
+        }
+        EXPECT_NEAR(report["box"]["volumeMm3"].get<double>(), 24000.0, 1.0);
+        EXPECT_NEAR(report["box"]["partVolumeMm3"].get<double>(), 24000.0, 1.0);
+    }
+}
+
+TEST_F(BoxProgram, AroundAnAxisTheThirdAxisIsThatOne) {
+    const json report = jsonOf({"box", m_part, "--criterion", "around-axis", "--axis", "0.5,0,-1"});
+    EXPECT_NEAR(report["box"]["axes"][2][0].get<double>(), 0.5 / std::sqrt(1.25), 1e-6);
+    EXPECT_NEAR(report["settings"]["axis"][2].get<double>(), -1.0, 0.0);
+    EXPECT_EQ(runTeskOrient({"box", m_part, "--criterion", "around-axis", "--axis", "0,0,-2"}).code,
+              0);
+}
+
+TEST_F(BoxProgram, TheTableTellsFullFromHalfLengths) {
+    const ProgramResult result = runTeskOrient({"box", m_part});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.out, HasSubstr("Full length   Half-length"));
+    EXPECT_THAT(result.out, HasSubstr("40.000        20.000"));
+    EXPECT_THAT(result.out, HasSubstr("fill 100.0 %"));
+    EXPECT_EQ(result.error, "");
+}
+
+TEST_F(BoxProgram, WritesTheBoxAsAClosedMeshFacingOutward) {
+    for (const char* criterion : {"volume", "base-area", "base-height", "principal"}) {
+        const std::string file = m_folder.file("box.ply");
+        ASSERT_EQ(runTeskOrient({"box", m_part, "--criterion", criterion, "-o", file}).code, 0);
+        const App::LoadedPart box = App::readMeshFile(file, std::nullopt);
+        EXPECT_EQ(box.mesh.triangles.size(), 12u);
+        EXPECT_NEAR(App::signedVolumeSixfold(box.mesh) / 6.0, 24000.0, 1.0) << criterion;
+        MeshKernel kernel(box.mesh.positions, box.mesh.triangles);
+        kernel.UpdateTopo(true, MeshKernel::kEdgeCounts);
+        EXPECT_EQ(kernel.topology().openEdges, 0);
+        EXPECT_EQ(kernel.topology().inconsistentEdges, 0);
+    }
+}
+
+TEST_F(BoxProgram, AnOpenMeshHasABoxButNoVolume) {
+    App::TriangleMesh open = m_mesh;
+    open.triangles.pop_back();
+    const std::string file = m_folder.write("open.off", encoded(open));
+    const ProgramResult result = runTeskOrient({"box", file});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.error, HasSubstr("open edges"));
+    EXPECT_THAT(result.out, Not(HasSubstr("fill")));
+    EXPECT_TRUE(jsonOf({"box", file})["box"]["partVolumeMm3"].is_null());
+}
+
+TEST_F(BoxProgram, PointsThatNoTriangleUsesDoNotCount) {
+    App::TriangleMesh more = m_mesh;
+    more.positions.emplace_back(500.0f, 0.0f, 0.0f);
+    const std::string file = m_folder.write("more.off", encoded(more));
+    EXPECT_NEAR(jsonOf({"box", file})["box"]["volumeMm3"].get<double>(), 24000.0, 1.0);
+}
+
+TEST_F(BoxProgram, GivesTheSameForAnyThreadCount) {
+    const std::string one = runTeskOrient({"box", m_part, "--json", "--threads", "1"}).out;
+    EXPECT_EQ(one, runTeskOrient({"box", m_part, "--json", "--threads", "5"}).out);
+}
+
+TEST_F(BoxProgram, SaysWhatIsWrongWithTheCommandLine) {
+    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+             {"box"},
+             {"box", m_part, "--criterion", "beauty"},
+             {"box", m_part, "--criterion", "around-axis"},
+             {"box", m_part, "--criterion", "around-axis", "--axis", "1,2"},
+             {"box", m_part, "--criterion", "around-axis", "--axis", "0,0,0"},
+             {"box", m_part, "--criterion", "around-axis", "--axis", "nan,0,0"},
+             {"box", m_part, "--axis", "1,2,3"},
+             {"box", m_part, "--rank", "2"},
+             {"lay-flat"},
+             {"lay-flat", m_part, "--axis", "1,2,3"}}) {
+        const ProgramResult result = runTeskOrient(arguments);
+        EXPECT_EQ(result.code, 2) << arguments.back();
+        EXPECT_THAT(result.error, HasSubstr("see tesk-orient --help"));
+        EXPECT_EQ(std::count(result.error.begin(), result.error.end(), '\n'), 1) << result.error;
+    }
+}
+
+TEST_F(BoxProgram, BadFilesEndInOneLine) {
+    const std::string empty = m_folder.write("empty.stl", "");
+    for (const char* command : {"box", "lay-flat"}) {
+        const ProgramResult result = runTeskOrient({command, empty});
+        EXPECT_EQ(result.code, 3);
+        EXPECT_THAT(result.error, HasSubstr("empty.stl: "));
+        EXPECT_EQ(runTeskOrient({command, m_part, "-o", "/nowhere/at/all.stl"}).code, 4);
+    }
+}
+
+TEST_F(BoxProgram, LaysThePartFlatOnThePlate) {
+    const std::string file = m_folder.file("flat.stl");
+    const json report = jsonOf({"lay-flat", m_part, "--output", file});
+    EXPECT_EQ(report["schema"], "tesk-orient/lay-flat/1");
+    const App::TriangleMesh flat = App::readMeshFile(file, std::nullopt).mesh;
+    const auto size = App::sizeOf(flat);
+    EXPECT_NEAR(size[0], 40.0, 1e-3);
+    EXPECT_NEAR(size[1], 30.0, 1e-3);
+    EXPECT_NEAR(size[2], 20.0, 1e-3);
+    UMatrix4<float> m;
+    for (int i = 0; i < 16; ++i) {
+        m.at(i / 4, i % 4) =
+            report["matrix"][static_cast<std::size_t>(i / 4)][static_cast<std::size_t>(i % 4)];
+    }
+    float lowest = 1e30f;
+    for (const UPoint3<float>& p : m_mesh.positions) lowest = std::min(lowest, (p * m).z);
+    EXPECT_NEAR(lowest, 0.0f, 1e-5f);
+    EXPECT_THAT(runTeskOrient({"lay-flat", m_part}).out, HasSubstr("40.0 × 30.0 × 20.0 mm"));
+}
+
+TEST_F(BoxProgram, CtrlCEndsEveryCommandAndLeavesNoFile) {
+    const Part sphere = makeSphere(40.0f, 120'000);
+    const std::string big =
+        m_folder.write("big.stl", App::encoderFor(".stl")({sphere.positions, sphere.triangles}));
+    const std::size_t before = m_folder.countFiles();
+    const std::string output = m_folder.file("out.stl");
+    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+             {"box", big, "-o", output},
+             {"box", big, "--criterion", "base-area", "-o", output},
+             {"box", big, "--criterion", "base-height", "--threads", "1", "-o", output},
+             {"lay-flat", big, "-o", output}}) {
+        const ProgramResult result = runTeskOrient(arguments, 700);
+        EXPECT_EQ(result.code, 130) << arguments[0];
+        EXPECT_THAT(result.error, HasSubstr("tesk-orient: aborted\n"));
+        EXPECT_EQ(m_folder.countFiles(), before);
+    }
+}
+
+}  // namespace
