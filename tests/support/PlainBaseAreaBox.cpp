@@ -64,8 +64,19 @@ PlainRect leastScored(const PlainHull& hull, const UVector3<double>& d,
     return best;
 }
 
-PlainBoxRecord baseAreaBox(const PlainHull& hull, const UVector3<double>& d,
-                           const std::vector<int>& outline) {
+}  // namespace
+
+PlainBoxRecord plainLowestBox(const PlainHull& hull, const UVector3<double>& d,
+                              const std::vector<int>& outline) {
+    const PlainRect rect = plainMinRect(hull.points, d, outline);
+    PlainBoxRecord record = plainBoxOver(hull, rect, d, outline);
+    record.area = rect.area;
+    record.height = heightOf(record);
+    return record;
+}
+
+PlainBoxRecord plainLeastSideBox(const PlainHull& hull, const UVector3<double>& d,
+                                 const std::vector<int>& outline) {
     const PlainRect rect = leastScored(hull, d, outline);
     PlainBoxRecord record = plainBoxOver(hull, rect, d, outline);
     record.area = rect.area;
@@ -81,8 +92,6 @@ PlainBoxRecord baseAreaBox(const PlainHull& hull, const UVector3<double>& d,
     return record;
 }
 
-}  // namespace
-
 PlainBoxRecord plainLeastHeight(const PlainHull& hull, int threadCount) {
     const auto remeasure = [](PlainBoxRecord& record) {
         record.volume = plainVolume(record);
@@ -90,11 +99,7 @@ PlainBoxRecord plainLeastHeight(const PlainHull& hull, int threadCount) {
         record.height = heightOf(record);
     };
     const auto offer = [&](int face, const std::vector<int>& outline, PlainBoxRecord& best) {
-        const UVector3<double>& d = hull.normals[face];
-        const PlainRect rect = plainMinRect(hull.points, d, outline);
-        PlainBoxRecord record = plainBoxOver(hull, rect, d, outline);
-        record.area = rect.area;
-        record.height = heightOf(record);
+        const PlainBoxRecord record = plainLowestBox(hull, hull.normals[face], outline);
         plainOffer(hull, record, heightKey, remeasure, best);
     };
     return plainBestOfFaces(hull, threadCount, hull.pointCount, heightKey, offer);
@@ -108,8 +113,8 @@ PlainBoxRecord plainLeastBaseArea(const PlainHull& hull, int threadCount) {
         record.faceFlag = record.score == faceAreas(record)[0] ? 0.0f : 1.0f;
     };
     const auto offer = [&](int face, const std::vector<int>& outline, PlainBoxRecord& best) {
-        const UVector3<double>& d = hull.normals[face];
-        plainOffer(hull, baseAreaBox(hull, d, outline), scoreKey, remeasure, best);
+        const PlainBoxRecord record = plainLeastSideBox(hull, hull.normals[face], outline);
+        plainOffer(hull, record, scoreKey, remeasure, best);
     };
     return plainBestOfFaces(hull, threadCount, hull.pointCount, scoreKey, offer);
 }
