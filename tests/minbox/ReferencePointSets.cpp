@@ -5,7 +5,7 @@
 #include "CadShapes.h"
 #include "SampleMeshes.h"
 #include "Shapes.h"
-#include "TestSize.h"
+#include "TeskSDKCommonTools/ConvexHull3.h"
 
 namespace {
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -58,6 +60,18 @@ std::array<float, 3> sizeOf(const UBox3<float>& box) {
     return {box.MaxX() - box.MinX(), box.MaxY() - box.MinY(), box.MaxZ() - box.MinZ()};
 }
 
+/// A quarter turn about a coordinate axis, without rounding.
+Matrix rightAngleTurn(int axis) {
+    Matrix turn;
+    const int i = (axis + 1) % 3;
+    const int j = (axis + 2) % 3;
+    turn.at(i, i) = 0.0f;
+    turn.at(j, j) = 0.0f;
+    turn.at(i, j) = 1.0f;
+    turn.at(j, i) = -1.0f;
+    return turn;
+}
+
 TEST(BoxPlacement, APartThatLiesFlatStaysExactlyWhereItIs) {
     MeshKernel mesh =
         meshOf(transformed(boxCorners(4, 3, 2), Matrix::CreateTransfMatrix({7, 8, 9})));
@@ -68,6 +82,61 @@ TEST(BoxPlacement, APartThatLiesFlatStaysExactlyWhereItIs) {
         transformed(boxCorners(4, 3, 2), Matrix::CreateTransfMatrix({7, 8, 9})), matrix);
     EXPECT_EQ(sizeOf(boxOf(placed)), (std::array{4.0f, 3.0f, 2.0f}));
     EXPECT_EQ(boxOf(placed).Center(), UPoint3<float>(9, 9.5f, 10));
+}
+
+/// The box's axes from the longest side to the shortest; of equal sides the later counts as longer.
+std::array<UVector3<float>, 3> axesFromLongToShort(const OrientedBox3& box) {
+    std::array<int, 3> order = {2, 1, 0};
+    std::stable_sort(order.begin(), order.end(),
+                     [&](int a, int b) { return box.extent[a] > box.extent[b]; });
+    return {box.axis[order[0]], box.axis[order[1]], box.axis[order[2]]};
+}
+
+OrientedBox3 leastBox(const Points& points) {
+    MinBoundingBox calculator;
+    return calculator(static_cast<int>(points.size()), points.data());
+}
+
+TEST(BoxPlacement, WhereTheAxesAgreeExactlyTheMatrixIsExactlyTheIdentity) {
+    // Parts in many positions: some have their box's axes along X, Y and Z, the right way round.
+    TestRandom random(12);
+    int aligned = 0;
+    for (int i = 0; i < 400; ++i) {
+        Points points = wedgeCorners();
+        for (int turns = random.below(5); turns >= 0; --turns) {
+            points = transformed(points, rightAngleTurn(random.below(3)));
+        }
+        for (UPoint3<float>& p : points) p = {p.x * 4.0f, p.y * 2.0f, p.z + 5.0f};
+        const auto [l, m, s] = axesFromLongToShort(leastBox(points));
+        const bool isAligned = l == UVector3<float>(1, 0, 0) && m == UVector3<float>(0, 1, 0) &&
+                               s == UVector3<float>(0, 0, 1);
+        if (!isAligned) continue;
+        ++aligned;
+        MeshKernel mesh = meshOf(points);
+        const Matrix matrix = placementOf(mesh);
+        for (int k = 0; k < 16; ++k) {
+            EXPECT_EQ(matrix.at(k / 4, k % 4), k % 5 == 0 ? 1.0f : 0.0f);
+        }
+    }
+    EXPECT_GT(aligned, 0);
+}
+
+TEST(BoxPlacement, OnlyTheLongestSidesAxisIsEverReversed) {
+    int reversed = 0;
+    for (const NamedPoints& set : comparisonPoints()) {
+        const auto [l, m, s] = axesFromLongToShort(leastBox(set.points));
+        MeshKernel mesh = meshOf(set.points);
+        const Matrix matrix = placementOf(mesh);
+        const auto column = [&](int k) {
+            return UVector3<float>(matrix.at(0, k), matrix.at(1, k), matrix.at(2, k));
+        };
+        EXPECT_EQ(column(1), m) << set.name;
+        EXPECT_EQ(column(2), s) << set.name;
+        if (column(0) == l) continue;
+        EXPECT_EQ(column(0), UVector3<float>(0, 0, 0) - l) << set.name;
+        ++reversed;
+    }
+    EXPECT_GT(reversed, 0);
 }
 
 TEST(BoxPlacement, LaysAnyTurnedBoxFlatWithItsCentreFixed) {
