@@ -82,7 +82,9 @@ OrientedBox3 searchAroundAxis(MinBoundingBoxImpl& impl, int n, const UPoint3<flo
     if (shadow.size() < 3) return thinBox(impl, direction, shadow);
     Calipers calipers(impl);
     calipers.set(direction, shadow);
-    BoxCandidate box = lowestBox(impl, direction, calipers);
+    BoxCandidate box = lowestBox(
+        impl, direction, calipers,
+        [&](const Vector& origin, const Vector& along) { return rangeAlong(impl, origin, along); });
     const FrameState state = secure(impl, box);
     if (state == FrameState::kDropped) return noBox();
     if (state == FrameState::kRetaken) measureAgain(impl, box);

@@ -20,9 +20,11 @@ std::array<float, 3> sideAreas(double range0, double range1, double range2,
 }
 
 BoxCandidate boxOver(const MinBoundingBoxImpl& impl, const CaliperRect& rect,
-                     const Calipers& calipers, const Vector& direction) {
+                     const Calipers& calipers, const Vector& direction,
+                     const RangeAlong& rangeAlong) {
     BoxCandidate box;
-    layOver(impl, rect, calipers, direction, box);
+    const Vector& base = calipers.point(rect.support[CaliperRect::kBase]);
+    layOver(impl, rect, calipers, direction, rangeAlong(base, direction), box);
     box.direction = direction;
     box.area = rect.area;
     return box;
@@ -47,15 +49,15 @@ void scoreSides(const MinBoundingBoxImpl& impl, BoxCandidate& box) {
 
 }  // namespace
 
-BoxCandidate lowestBox(const MinBoundingBoxImpl& impl, const Vector& direction,
-                       Calipers& calipers) {
-    BoxCandidate box = boxOver(impl, calipers.minRect(), calipers, direction);
+BoxCandidate lowestBox(const MinBoundingBoxImpl& impl, const Vector& direction, Calipers& calipers,
+                       const RangeAlong& rangeAlong) {
+    BoxCandidate box = boxOver(impl, calipers.minRect(), calipers, direction, rangeAlong);
     box.height = heightOf(box);
     return box;
 }
 
 BoxCandidate leastBaseBox(const MinBoundingBoxImpl& impl, const Vector& direction,
-                          Calipers& calipers) {
+                          Calipers& calipers, const RangeAlong& rangeAlong) {
     const double squaredLength = direction | direction;
     double height = 0.0;
     CaliperRect best;
@@ -64,7 +66,7 @@ BoxCandidate leastBaseBox(const MinBoundingBoxImpl& impl, const Vector& directio
     calipers.forEachRect([&](CaliperRect& rect) {
         if (isFirst) {
             const Vector& base = calipers.point(rect.support[CaliperRect::kBase]);
-            height = rangeAlong(impl, base, direction).length();
+            height = rangeAlong(base, direction).length();
         }
         const auto [width, depth] = calipers.sideRanges(rect);
         rect.score = impl.unsetF;
@@ -76,7 +78,7 @@ BoxCandidate leastBaseBox(const MinBoundingBoxImpl& impl, const Vector& directio
         if (isFirst || best.score > rect.score) best = rect;
         isFirst = false;
     });
-    BoxCandidate box = boxOver(impl, best, calipers, direction);
+    BoxCandidate box = boxOver(impl, best, calipers, direction, rangeAlong);
     box.score = best.score;
     scoreSides(impl, box);
     return box;

@@ -2,6 +2,7 @@
 
 #include "BaseAreaScores.h"
 #include "FaceWorkers.h"
+#include "HeightFinder.h"
 #include "LowDimensionBox.h"
 #include "SearchHull.h"
 #include "Silhouette.h"
@@ -11,12 +12,15 @@ namespace {
 /// The working memory of one thread, and the best box of its directions.
 struct DirectionWorker {
     DirectionWorker(const MinBoundingBoxImpl& impl, const SearchHull& hull)
-        : silhouette(impl, hull.normals()), calipers(impl) {
+        : silhouette(impl, hull.normals(), hull.links()),
+          calipers(impl),
+          heights(impl, hull.links()) {
         calipers.reserve(hull.hull().getVertices().size());
     }
 
     Silhouette silhouette;
     Calipers calipers;
+    HeightFinder heights;
     BoxCandidate best;
 };
 
@@ -30,13 +34,17 @@ bool isBetter(const MinBoundingBoxImpl& impl, const BoxCandidate& box, const Box
     return key == key && (best.volume == impl.unset || keyOf(impl, best) > key);
 }
 
-void searchDirection(const MinBoundingBoxImpl& impl, const Vector& direction,
+void searchDirection(const MinBoundingBoxImpl& impl, const SearchHull& hull, int face,
                      DirectionWorker& worker) {
-    const Outline& outline = worker.silhouette.along(direction);
+    const Vector& direction = hull.normals()[static_cast<std::size_t>(face)];
+    const Outline& outline = worker.silhouette.along(face);
     if (outline.size() < 3) return;
     worker.calipers.set(direction, outline);
     const auto makeBox = impl.baseAreaMode ? leastBaseBox : lowestBox;
-    BoxCandidate box = makeBox(impl, direction, worker.calipers);
+    BoxCandidate box =
+        makeBox(impl, direction, worker.calipers, [&](const Vector& origin, const Vector& along) {
+            return worker.heights.rangeAlong(origin, along);
+        });
     if (!isBetter(impl, box, worker.best)) return;
     const FrameState state = secure(impl, box);
     if (state == FrameState::kDropped) return;
@@ -93,16 +101,16 @@ void searchDirections(MinBoundingBoxImpl& impl, const SearchHull& hull, BoxCandi
         }
     };
     if (ranges.size() == 1) {
-        for (const Vector& normal : hull.normals()) {
+        for (int face = 0; face < hull.faceCount(); ++face) {
             if (impl.callback) impl.progress->step();
-            searchDirection(impl, normal, workers[0]);
+            searchDirection(impl, hull, face, workers[0]);
         }
         merge(0);
         return;
     }
     const auto work = [&](std::size_t t) {
         for (int face = ranges[t].first; face < ranges[t].last; ++face) {
-            searchDirection(impl, hull.normals()[static_cast<std::size_t>(face)], workers[t]);
+            searchDirection(impl, hull, face, workers[t]);
         }
     };
     runWorkers(ranges.size(), work, merge, [] {});

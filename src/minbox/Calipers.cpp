@@ -162,7 +162,7 @@ CaliperRect Calipers::minRect() {
 }
 
 void layOver(const MinBoundingBoxImpl& impl, const CaliperRect& rect, const Calipers& calipers,
-             const Vector& direction, BoxFrame& frame) {
+             const Vector& direction, const Range& height, BoxFrame& frame) {
     const auto support = [&](CaliperRect::Side side) { return calipers.point(rect.support[side]); };
     frame.origin = support(CaliperRect::kBase);
     frame.axes = {rect.axes[0], rect.axes[1], direction};
@@ -170,6 +170,6 @@ void layOver(const MinBoundingBoxImpl& impl, const CaliperRect& rect, const Cali
     frame.ranges[0] = {(support(CaliperRect::kLeft) - frame.origin) | frame.axes[0],
                        (support(CaliperRect::kRight) - frame.origin) | frame.axes[0]};
     frame.ranges[1] = {impl.zero, (support(CaliperRect::kTop) - frame.origin) | frame.axes[1]};
-    frame.ranges[2] = rangeAlong(impl, frame.origin, direction);
+    frame.ranges[2] = height;
     frame.volume = volumeOf(frame);
 }

@@ -102,8 +102,10 @@ class Calipers {
 
 /// Lays a frame over a rectangle, with the direction that the calipers look along as its third
 /// axis, and measures its volume.
+///
+/// @param height  of the hull along the direction, from the rectangle's base vertex
 void layOver(const MinBoundingBoxImpl& impl, const CaliperRect& rect, const Calipers& calipers,
-             const Vector& direction, BoxFrame& frame);
+             const Vector& direction, const Range& height, BoxFrame& frame);
 
 template <class Visit>
 void Calipers::forEachRect(Visit visit) {

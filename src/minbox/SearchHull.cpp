@@ -47,6 +47,7 @@ SearchHull::SearchHull(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* po
     impl.hullTriangles = &m_hull.getTriangles();
     impl.hullEdges = &m_hull.getHullEdges();
     formNormals();
+    m_links.emplace(impl, m_normals);
 }
 
 SearchHull::~SearchHull() {

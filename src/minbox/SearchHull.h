@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "BoxCandidate.h"
+#include "HullLinks.h"
 #include "MinBoundingBoxImpl.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
 
@@ -21,8 +23,12 @@ class SearchHull {
     /// Whether the hull is at least a polygon; a point or a segment has no faces to search.
     bool hasFaces() const { return faceCount() > 0; }
 
-    /// One normal per triangle, (p2 − p0) × (p1 − p0), not normalised: it points inwards.
+    /// One normal per triangle, (p2 − p0) × (p1 − p0), not normalised: it points inwards. Exact, as
+    /// the hull's grid leaves its products whole numbers below 2^53 times a power of two.
     const std::vector<Vector>& normals() const { return m_normals; }
+
+    /// How the triangles hang together.
+    const HullLinks& links() const { return *m_links; }
 
  private:
     void formNormals();
@@ -30,4 +36,5 @@ class SearchHull {
     MinBoundingBoxImpl& m_impl;
     gte::ConvexHull3 m_hull;
     std::vector<Vector> m_normals;
+    std::optional<HullLinks> m_links;
 };

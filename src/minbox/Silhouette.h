@@ -1,30 +1,60 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "BoxCandidate.h"
 #include "Calipers.h"
+#include "HullLinks.h"
 #include "MinBoundingBoxImpl.h"
 
-/// Finds the outline of the hull seen along a direction: the edges between triangles that face away
-/// from it and those that do not. Holds working memory; one per thread.
+/// Finds the outline of the hull seen along a face normal: the edges between triangles that face
+/// away from it and those that do not. Holds working memory; one per thread.
+///
+/// The outline is what a scan over all edges gives: linked in the order of the edge list, started
+/// where the last link was made. Mostly it is found by a walk from triangle to triangle instead.
+/// The walk is trusted where no triangle beside it is seen so nearly edge-on that rounding could
+/// have turned its sign: an exactly convex hull has one closed outline, and any triangle whose sign
+/// rounding has turned would be joined to it by triangles just as near. Otherwise the scan decides.
 class Silhouette {
  public:
-    /// Keeps references to both.
-    Silhouette(const MinBoundingBoxImpl& impl, const std::vector<Vector>& normals);
+    /// Keeps references to all.
+    Silhouette(const MinBoundingBoxImpl& impl, const std::vector<Vector>& normals,
+               const HullLinks& links);
 
-    /// The outline's vertices, counter-clockwise about the direction, without those in line with
-    /// their neighbours; empty where no edge lies on it. Valid until the next call.
-    Outline& along(const Vector& direction);
+    /// The outline's vertices, counter-clockwise about the face's normal, without those in line
+    /// with their neighbours; empty where no edge lies on it. Valid until the next call.
+    const Outline& along(int face);
 
  private:
-    void findDots(const Vector& direction);
+    /// A side of a triangle that faces away, with a triangle across that does not.
+    struct Crossing {
+        int away;
+        std::size_t side;
+
+        bool operator==(const Crossing&) const = default;
+    };
+
+    double dot(int triangle) const {
+        return m_normals[static_cast<std::size_t>(triangle)] | m_direction;
+    }
+    bool isClear(int triangle, double dotOfTriangle) const;
+
+    bool walkAround();
+    std::optional<Crossing> findCrossing() const;
+    std::optional<Crossing> following(Crossing crossing) const;
+
+    void scanEdges();
     int linkEdges();
-    void walk(int start);
 
     const MinBoundingBoxImpl& m_impl;
     const std::vector<Vector>& m_normals;
-    std::vector<double> m_dots;  ///< of each triangle's normal with the direction
-    std::vector<int> m_next;     ///< the vertex after each vertex of the outline
+    const HullLinks& m_links;
+    Vector m_direction;
+    double m_directionLength = 0.0;
+    Crossing m_last{0, 0};       ///< where to look for a crossing first
+    std::vector<double> m_dots;  ///< of each triangle's normal with the direction, for the scan
+    std::vector<int> m_next;     ///< the vertex after each vertex of the outline, for the scan
+    std::vector<int> m_walked;   ///< the outline as the walk meets it
     Outline m_outline;
 };

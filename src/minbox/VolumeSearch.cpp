@@ -7,6 +7,7 @@
 #include "Calipers.h"
 #include "EdgeSearch.h"
 #include "FaceWorkers.h"
+#include "HeightFinder.h"
 #include "LowDimensionBox.h"
 #include "Silhouette.h"
 #include "TeskDebug/Exception.h"
@@ -18,21 +19,25 @@ const char* const kAborting = "Aborting...";
 /// The working memory of one thread, and the best box of its faces.
 struct FaceWorker {
     FaceWorker(const MinBoundingBoxImpl& impl, const SearchHull& hull)
-        : silhouette(impl, hull.normals()), calipers(impl) {
+        : silhouette(impl, hull.normals(), hull.links()),
+          calipers(impl),
+          heights(impl, hull.links()) {
         calipers.reserve(hull.hull().getVertices().size());
     }
 
     Silhouette silhouette;
     Calipers calipers;
+    HeightFinder heights;
     VolumeCandidate best;
 };
 
 VolumeCandidate faceBox(const MinBoundingBoxImpl& impl, const Vector& normal,
-                        const Outline& outline, Calipers& calipers) {
-    calipers.set(normal, outline);
-    const CaliperRect rect = calipers.minRect();
+                        const Outline& outline, FaceWorker& worker) {
+    worker.calipers.set(normal, outline);
+    const CaliperRect rect = worker.calipers.minRect();
+    const Vector& base = worker.calipers.point(rect.support[CaliperRect::kBase]);
     VolumeCandidate box;
-    layOver(impl, rect, calipers, normal, box);
+    layOver(impl, rect, worker.calipers, normal, worker.heights.rangeAlong(base, normal), box);
     return box;
 }
 
@@ -42,10 +47,12 @@ bool isBetter(const MinBoundingBoxImpl& impl, const VolumeCandidate& box,
     return box.volume == box.volume && (best.volume == impl.unset || best.volume > box.volume);
 }
 
-void searchFace(const MinBoundingBoxImpl& impl, const Vector& normal, FaceWorker& worker) {
-    const Outline& outline = worker.silhouette.along(normal);
+void searchFace(const MinBoundingBoxImpl& impl, const SearchHull& hull, int face,
+                FaceWorker& worker) {
+    const Vector& normal = hull.normals()[static_cast<std::size_t>(face)];
+    const Outline& outline = worker.silhouette.along(face);
     if (outline.size() < 3) return;
-    VolumeCandidate box = faceBox(impl, normal, outline, worker.calipers);
+    VolumeCandidate box = faceBox(impl, normal, outline, worker);
     if (!isBetter(impl, box, worker.best)) return;
     const FrameState state = secure(impl, box);
     if (state == FrameState::kDropped) return;
@@ -57,9 +64,9 @@ void searchFace(const MinBoundingBoxImpl& impl, const Vector& normal, FaceWorker
 }
 
 void searchOnThisThread(MinBoundingBoxImpl& impl, const SearchHull& hull, FaceWorker& worker) {
-    for (const Vector& normal : hull.normals()) {
+    for (int face = 0; face < hull.faceCount(); ++face) {
         if (impl.callback && impl.progress->isOwnedByThisThread()) impl.progress->step();
-        searchFace(impl, normal, worker);
+        searchFace(impl, hull, face, worker);
     }
 }
 
@@ -69,7 +76,7 @@ void searchRange(MinBoundingBoxImpl& impl, const SearchHull& hull, const FaceRan
     try {
         for (int face = range.first; face < range.last && !isAborted; ++face) {
             impl.progress->step();
-            searchFace(impl, hull.normals()[static_cast<std::size_t>(face)], worker);
+            searchFace(impl, hull, face, worker);
         }
     } catch (const Tesk::AbortException&) {
         isAborted = true;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "BoxTestSupport.h"
+#include "HeightFinder.h"
 #include "PlainBoxes.h"
 #include "SearchHull.h"
 
@@ -11,7 +12,9 @@ namespace {
 /// The outlines along all face normals of a hull.
 struct Outlines {
     explicit Outlines(const Points& points)
-        : impl(1), hull(impl, countOf(points), points.data()), silhouette(impl, hull.normals()) {}
+        : impl(1),
+          hull(impl, countOf(points), points.data()),
+          silhouette(impl, hull.normals(), hull.links()) {}
 
     UVector3<double> point(int vertex) const { return hullPoint(impl, vertex); }
 
@@ -24,8 +27,9 @@ TEST(Silhouette, TrianglesSeenEdgeOnCountAsFacingTheDirection) {
     // Along a side of a box four sides are seen edge-on: the outline is the corners of the side
     // that faces away, in its order.
     Outlines box(boxCorners(2, 3, 4));
-    for (const Vector& normal : box.hull.normals()) {
-        const Outline& outline = box.silhouette.along(normal);
+    for (int face = 0; face < box.hull.faceCount(); ++face) {
+        const Vector& normal = box.hull.normals()[static_cast<std::size_t>(face)];
+        const Outline& outline = box.silhouette.along(face);
         ASSERT_EQ(outline.size(), 4u);
         const double height = box.point(outline[0]) | normal;
         for (const int vertex : outline) {
@@ -40,8 +44,9 @@ TEST(Silhouette, TrianglesSeenEdgeOnCountAsFacingTheDirection) {
 TEST(Silhouette, RunsCounterClockwiseAboutTheDirection) {
     for (const NamedPoints& set : comparisonPoints()) {
         Outlines outlines(set.points);
-        for (const Vector& normal : outlines.hull.normals()) {
-            const Outline& outline = outlines.silhouette.along(normal);
+        for (int face = 0; face < outlines.hull.faceCount(); ++face) {
+            const Vector& normal = outlines.hull.normals()[static_cast<std::size_t>(face)];
+            const Outline& outline = outlines.silhouette.along(face);
             for (std::size_t i = 0; i < outline.size(); ++i) {
                 const auto p = [&](std::size_t k) {
                     return outlines.point(outline[k % outline.size()]);
@@ -60,10 +65,11 @@ TEST(Silhouette, OfEveryFaceIsThatOfTheScanOverAllEdges) {
     for (const NamedPoints& set : sets) {
         Outlines outlines(set.points);
         const Plain::Hull plain(outlines.hull.hull());
-        for (const Vector& normal : outlines.hull.normals()) {
+        for (int face = 0; face < outlines.hull.faceCount(); ++face) {
+            const Vector& normal = outlines.hull.normals()[static_cast<std::size_t>(face)];
             std::vector<int> expected = Plain::outlineAlong(plain, normal);
             Plain::removeCollinear(plain, normal, expected);
-            ASSERT_EQ(outlines.silhouette.along(normal), expected) << set.name;
+            ASSERT_EQ(outlines.silhouette.along(face), expected) << set.name;
         }
     }
 }
@@ -72,10 +78,26 @@ TEST(Silhouette, OfOneHullDoesNotDependOnTheDirectionBefore) {
     TestRandom random(42);
     const Points points = pointsOnSphere(300, random);
     Outlines used(points);
-    for (const Vector& normal : used.hull.normals()) {
-        const Outline before = used.silhouette.along(normal);
-        Silhouette fresh(used.impl, used.hull.normals());
-        ASSERT_EQ(fresh.along(normal), before);
+    for (int face = used.hull.faceCount() - 1; face >= 0; --face) {
+        const Outline before = used.silhouette.along(face);
+        Silhouette fresh(used.impl, used.hull.normals(), used.hull.links());
+        ASSERT_EQ(fresh.along(face), before);
+    }
+}
+
+TEST(HeightFinder, FindsTheRangeThatAScanFinds) {
+    TestRandom random(43);
+    std::vector<NamedPoints> sets = comparisonPoints();
+    for (int i = 0; i < 200; ++i) sets.push_back({"Noisy", noisyPart(random)});
+    for (const NamedPoints& set : sets) {
+        Outlines outlines(set.points);
+        HeightFinder heights(outlines.impl, outlines.hull.links());
+        for (int face = 0; face < outlines.hull.faceCount(); ++face) {
+            const Vector& normal = outlines.hull.normals()[static_cast<std::size_t>(face)];
+            const Vector origin = outlines.point(random.below(hullVertexCount(outlines.impl)));
+            ASSERT_EQ(heights.rangeAlong(origin, normal), rangeAlong(outlines.impl, origin, normal))
+                << set.name;
+        }
     }
 }
 
