@@ -9,52 +9,53 @@
 
 namespace {
 
-class BaseAreaReference : public testing::TestWithParam<NamedPoints> {
- protected:
-    BaseAreaReference()
-        : m_points(GetParam().points),
-          m_plain(gte::ConvexHull3(m_points.data(), countOf(m_points), 3), countOf(m_points)) {}
+BoxCandidate shipped(const Points& points, int threads, bool isHeightMode) {
+    MinBoundingBoxImpl impl(static_cast<std::uint32_t>(threads));
+    impl.heightMode = isHeightMode;
+    impl.baseAreaMode = !isHeightMode;
+    impl.pointCount = countOf(points);
+    const SearchHull searched(impl, countOf(points), points.data());
+    impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
+    BoxCandidate best;
+    searchDirections(impl, searched, best);
+    return best;
+}
 
-    BoxCandidate shipped(int threads, bool isHeightMode) const {
-        MinBoundingBoxImpl impl(static_cast<std::uint32_t>(threads));
-        impl.heightMode = isHeightMode;
-        impl.baseAreaMode = !isHeightMode;
-        impl.pointCount = countOf(m_points);
-        const SearchHull searched(impl, countOf(m_points), m_points.data());
-        impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
-        BoxCandidate best;
-        searchDirections(impl, searched, best);
-        return best;
-    }
-
-    Points m_points;
-    PlainHull m_plain;
-};
-
-TEST_P(BaseAreaReference, TheLowestBoxAgreesForEveryThreadCount) {
+void compare(const Points& points, const PlainHull& hull) {
+    const bool withRecords = isInUsualUnit(points);
     for (const int threads : kThreadCounts) {
         SCOPED_TRACE(threads);
-        const PlainBoxRecord plain = plainLeastHeight(m_plain, threads);
-        EXPECT_TRUE(agree(plain, shipped(threads, /*isHeightMode=*/true)));
         MinBoundingBox calculator(static_cast<unsigned int>(threads));
-        EXPECT_TRUE(agree(plainOrientedBox(plain),
-                          calculator.minBaseAreaAndHeightBox(countOf(m_points), m_points.data())));
+        const PlainBoxRecord low = plainLeastHeight(hull, threads);
+        const PlainBoxRecord small = plainLeastBaseArea(hull, threads);
+        if (withRecords) {
+            EXPECT_TRUE(agree(low, shipped(points, threads, /*isHeightMode=*/true)));
+            EXPECT_TRUE(agree(small, shipped(points, threads, /*isHeightMode=*/false)));
+        }
+        EXPECT_TRUE(agree(plainOrientedBox(low),
+                          calculator.minBaseAreaAndHeightBox(countOf(points), points.data())));
+        EXPECT_TRUE(agree(plainOrientedBox(small),
+                          calculator.minBaseAreaBox(countOf(points), points.data())));
     }
 }
 
-TEST_P(BaseAreaReference, TheLeastBaseAgreesForEveryThreadCount) {
-    for (const int threads : kThreadCounts) {
-        SCOPED_TRACE(threads);
-        const PlainBoxRecord plain = plainLeastBaseArea(m_plain, threads);
-        EXPECT_TRUE(agree(plain, shipped(threads, /*isHeightMode=*/false)));
-        MinBoundingBox calculator(static_cast<unsigned int>(threads));
-        EXPECT_TRUE(agree(plainOrientedBox(plain),
-                          calculator.minBaseAreaBox(countOf(m_points), m_points.data())));
-    }
+class BaseAreaReference : public OnReferenceSets {};
+
+TEST_P(BaseAreaReference, TheLowestBoxAndTheLeastBaseAgreeForEveryThreadCount) {
+    compare(m_points, PlainHull(gte::ConvexHull3(m_points.data(), count(), 3), count()));
 }
 
 INSTANTIATE_TEST_SUITE_P(Reference, BaseAreaReference,
-                         testing::ValuesIn(referenceSolidsAndMeshes(testsAreSmall() ? 300 : 2000)),
-                         nameOfPoints);
+                         testing::ValuesIn(referenceShapesAndMeshes()), nameOfSet);
+
+TEST(BaseAreaReferenceRandom, TheLowestBoxAndTheLeastBaseAgree) {
+    TestRandom random(22);
+    for (int i = 0; i < (testsAreSmall() ? 40 : 600) && !testing::Test::HasFailure(); ++i) {
+        SCOPED_TRACE(i);
+        const Points points = randomSolid(random);
+        const gte::ConvexHull3 hull(points.data(), countOf(points), 3);
+        if (!hull.getTriangles().empty()) compare(points, PlainHull(hull, countOf(points)));
+    }
+}
 
 }  // namespace

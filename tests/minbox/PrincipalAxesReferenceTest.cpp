@@ -3,18 +3,37 @@
 #include "CompareBoxes.h"
 #include "PlainPrincipalBox.h"
 #include "ReferencePointSets.h"
+#include "TestSize.h"
 
 namespace {
 
-class PrincipalAxesReference : public testing::TestWithParam<NamedPoints> {};
-
-TEST_P(PrincipalAxesReference, TheBoxAgrees) {
-    const Points& points = GetParam().points;
+void compare(const Points& points) {
     EXPECT_TRUE(agree(plainPrincipalBox(points),
                       MinBoundingBox::generateOBB(points.data(), countOf(points))));
 }
 
-INSTANTIATE_TEST_SUITE_P(Reference, PrincipalAxesReference,
-                         testing::ValuesIn(referenceSolidsAndMeshes(2000)), nameOfPoints);
+TEST(PrincipalAxesReference, TheBoxAgreesOnEveryShapeAndSampleMesh) {
+    for (const ReferenceSet& set : referenceShapesAndMeshes()) {
+        SCOPED_TRACE(set.name);
+        const Points points = set.load();
+        if (!points.empty()) compare(points);
+    }
+}
+
+TEST(PrincipalAxesReference, TheBoxAgreesOnRandomSolids) {
+    TestRandom random(24);
+    for (int i = 0; i < (testsAreSmall() ? 500 : 20000) && !testing::Test::HasFailure(); ++i) {
+        SCOPED_TRACE(i);
+        compare(randomSolid(random));
+    }
+}
+
+TEST(PrincipalAxesReference, TheBoxAgreesOnSmallSets) {
+    TestRandom random(25);
+    for (int i = 0; i < (testsAreSmall() ? 500 : 20000) && !testing::Test::HasFailure(); ++i) {
+        SCOPED_TRACE(i);
+        compare(pointsOnGrid(1 + random.below(6), 1 + random.below(4), random));
+    }
+}
 
 }  // namespace

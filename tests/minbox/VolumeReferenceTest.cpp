@@ -13,56 +13,71 @@
 namespace {
 
 /// The plain edge search is cubic where many edges are orthogonal.
-bool isEdgeSearchQuick(const PlainHull& hull) {
+bool isPlainEdgeSearchQuick(const PlainHull& hull) {
     return hull.edges.size() <= (testsAreSmall() ? 300u : 1000u);
 }
 
-class VolumeReference : public testing::TestWithParam<NamedPoints> {
- protected:
-    VolumeReference()
-        : m_points(GetParam().points),
-          m_hull(m_points.data(), countOf(m_points), 3),
-          m_plain(m_hull, countOf(m_points)) {}
-
-    Points m_points;
-    gte::ConvexHull3 m_hull;
-    PlainHull m_plain;
-};
-
-TEST_P(VolumeReference, TheFaceSearchAgreesForEveryThreadCount) {
-    for (const int threads : kThreadCounts) {
-        SCOPED_TRACE(threads);
-        MinBoundingBoxImpl impl(static_cast<std::uint32_t>(threads));
-        const SearchHull searched(impl, countOf(m_points), m_points.data());
-        impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
-        std::atomic<bool> isAborted = false;
-        VolumeCandidate shipped;
-        searchFaces(impl, searched, isAborted, shipped);
-        EXPECT_TRUE(agree(plainFaceSearch(m_plain, threads), shipped));
-    }
+VolumeCandidate shippedFaces(const Points& points, int threads) {
+    MinBoundingBoxImpl impl(static_cast<std::uint32_t>(threads));
+    const SearchHull searched(impl, countOf(points), points.data());
+    impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
+    std::atomic<bool> isAborted = false;
+    VolumeCandidate best;
+    searchFaces(impl, searched, isAborted, best);
+    return best;
 }
 
-TEST_P(VolumeReference, TheEdgeSearchAgrees) {
-    if (!isEdgeSearchQuick(m_plain)) GTEST_SKIP() << "too many edges for three nested loops";
+VolumeCandidate shippedEdges(const Points& points) {
     MinBoundingBoxImpl impl(1);
-    const SearchHull searched(impl, countOf(m_points), m_points.data());
-    VolumeCandidate shipped;
-    searchEdges(impl, false, shipped);
-    EXPECT_TRUE(agree(plainEdgeSearch(m_plain), shipped));
+    const SearchHull searched(impl, countOf(points), points.data());
+    VolumeCandidate best;
+    searchEdges(impl, false, best);
+    return best;
 }
 
-TEST_P(VolumeReference, TheBoxAgreesForEveryThreadCount) {
-    if (!isEdgeSearchQuick(m_plain)) GTEST_SKIP() << "too many edges for three nested loops";
+void compareFaces(const Points& points, const PlainHull& hull) {
+    if (!isInUsualUnit(points)) return;
     for (const int threads : kThreadCounts) {
         SCOPED_TRACE(threads);
-        const PlainBoxRecord plain = plainLeastVolume(m_plain, threads);
-        MinBoundingBox calculator(static_cast<unsigned int>(threads));
-        EXPECT_TRUE(agree(plainOrientedBox(plain), calculator(countOf(m_points), m_points.data())));
+        EXPECT_TRUE(agree(plainFaceSearch(hull, threads), shippedFaces(points, threads)));
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Reference, VolumeReference,
-                         testing::ValuesIn(referenceSolidsAndMeshes(testsAreSmall() ? 300 : 2000)),
-                         nameOfPoints);
+void compareEdgesAndBoxes(const Points& points, const PlainHull& hull) {
+    const PlainBoxRecord edges = plainEdgeSearch(hull);
+    if (isInUsualUnit(points)) {
+        EXPECT_TRUE(agree(edges, shippedEdges(points)));
+    }
+    for (const int threads : kThreadCounts) {
+        SCOPED_TRACE(threads);
+        const PlainBoxRecord best = plainLeastVolume(plainFaceSearch(hull, threads), edges);
+        MinBoundingBox calculator(static_cast<unsigned int>(threads));
+        EXPECT_TRUE(agree(plainOrientedBox(best), calculator(countOf(points), points.data())));
+    }
+}
+
+class VolumeReference : public OnReferenceSets {};
+
+TEST_P(VolumeReference, FacesEdgesAndTheBoxAgreeForEveryThreadCount) {
+    const PlainHull hull(gte::ConvexHull3(m_points.data(), count(), 3), count());
+    compareFaces(m_points, hull);
+    if (isPlainEdgeSearchQuick(hull)) compareEdgesAndBoxes(m_points, hull);
+}
+
+INSTANTIATE_TEST_SUITE_P(Reference, VolumeReference, testing::ValuesIn(referenceShapesAndMeshes()),
+                         nameOfSet);
+
+TEST(VolumeReferenceRandom, FacesEdgesAndTheBoxAgree) {
+    TestRandom random(21);
+    for (int i = 0; i < (testsAreSmall() ? 40 : 600) && !testing::Test::HasFailure(); ++i) {
+        SCOPED_TRACE(i);
+        const Points points = randomSolid(random);
+        const gte::ConvexHull3 hull(points.data(), countOf(points), 3);
+        if (hull.getTriangles().empty()) continue;
+        const PlainHull plain(hull, countOf(points));
+        compareFaces(points, plain);
+        compareEdgesAndBoxes(points, plain);
+    }
+}
 
 }  // namespace

@@ -91,7 +91,7 @@ void sweepUntilStill(UMatrix4<float>& a, UMatrix4<float>& v) {
             a.at(0, 0) * a.at(0, 0) + a.at(1, 1) * a.at(1, 1) + a.at(2, 2) * a.at(2, 2);
         if (!std::isfinite(sum)) return;
         if (wide(std::fabs(sum)) < kTolerance) return;
-        if (wide(std::fabs(1.0f - previous / sum)) < kTolerance) return;
+        if (std::fabs(1.0 - wide(previous) / wide(sum)) < kTolerance) return;
         previous = sum;
     }
 }

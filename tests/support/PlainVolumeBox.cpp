@@ -73,9 +73,7 @@ PlainBoxRecord plainEdgeSearch(const PlainHull& hull) {
     return best;
 }
 
-PlainBoxRecord plainLeastVolume(const PlainHull& hull, int threadCount) {
-    const PlainBoxRecord face = plainFaceSearch(hull, threadCount);
-    const PlainBoxRecord edge = plainEdgeSearch(hull);
+PlainBoxRecord plainLeastVolume(const PlainBoxRecord& face, const PlainBoxRecord& edge) {
     if (edge.volume != -1.0 && (face.volume == -1.0 || face.volume > edge.volume)) return edge;
     return face;
 }

@@ -9,5 +9,5 @@ PlainBoxRecord plainFaceSearch(const PlainHull& hull, int threadCount);
 /// the edges; unset where there are no such edges.
 PlainBoxRecord plainEdgeSearch(const PlainHull& hull);
 
-/// Both; the face box where the volumes are equal.
-PlainBoxRecord plainLeastVolume(const PlainHull& hull, int threadCount);
+/// The better one of what both found; the face box where the volumes are equal.
+PlainBoxRecord plainLeastVolume(const PlainBoxRecord& face, const PlainBoxRecord& edge);
