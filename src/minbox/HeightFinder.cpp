@@ -30,9 +30,10 @@ HeightFinder::HeightFinder(const MinBoundingBoxImpl& impl, const HullLinks& link
 Range HeightFinder::rangeAlong(const Vector& origin, const Vector& direction) {
     m_lowest = climb(m_lowest, origin, direction, -1.0);
     m_highest = climb(m_highest, origin, direction, 1.0);
+    const double low = -farthest(m_lowest, origin, direction, -1.0);
+    const double high = farthest(m_highest, origin, direction, 1.0);
     // The range holds 0, as the origin is one of the vertices.
-    return {-std::max(farthest(m_lowest, origin, direction, -1.0), m_impl.zero),
-            std::max(farthest(m_highest, origin, direction, 1.0), m_impl.zero)};
+    return {low < m_impl.zero ? low : m_impl.zero, high > m_impl.zero ? high : m_impl.zero};
 }
 
 int HeightFinder::climb(int vertex, const Vector& origin, const Vector& direction,

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "BoxTestSupport.h"
+#include "CompareBoxes.h"
 #include "HeightFinder.h"
-#include "PlainBoxes.h"
+#include "PlainCaliper.h"
+#include "PlainOutline.h"
 #include "SearchHull.h"
 
 namespace {
@@ -64,11 +66,13 @@ TEST(Silhouette, OfEveryFaceIsThatOfTheScanOverAllEdges) {
     for (int i = 0; i < 60; ++i) sets.push_back({"Noisy", noisyPart(random)});
     for (const NamedPoints& set : sets) {
         Outlines outlines(set.points);
-        const Plain::Hull plain(outlines.hull.hull());
+        const PlainHull plain(outlines.hull.hull(), countOf(set.points));
+        std::vector<int> next(plain.points.size(), 0);
         for (int face = 0; face < outlines.hull.faceCount(); ++face) {
-            const Vector& normal = outlines.hull.normals()[static_cast<std::size_t>(face)];
-            std::vector<int> expected = Plain::outlineAlong(plain, normal);
-            Plain::removeCollinear(plain, normal, expected);
+            std::vector<int> expected =
+                plainOutline(plain, face, next, static_cast<int>(plain.points.size()));
+            plainRemoveCollinear(plain.points, plain.normals[static_cast<std::size_t>(face)],
+                                 expected);
             ASSERT_EQ(outlines.silhouette.along(face), expected) << set.name;
         }
     }
