@@ -1,0 +1,163 @@
+// Times the hull and the searches for boxes against the plain versions, one thread each and in
+// turn, and the least-volume box on one and two threads; prints ratios and result hashes, and fails
+// where two results differ in a bit.
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+#include "BoxShapes.h"
+#include "FloatBits.h"
+#include "MinBoundingBox.h"
+#include "PairedTimer.h"
+#include "PlainBaseAreaBox.h"
+#include "PlainVolumeBox.h"
+#include "TeskSDKCommonTools/ConvexHull3.h"
+
+namespace {
+
+struct Options {
+    int runs = 3;
+    std::size_t maxPlainEdges = 3000;  ///< the plain edge search is cubic
+};
+
+int countOf(const Points& points) {
+    return static_cast<int>(points.size());
+}
+
+std::uint64_t hashOf(const OrientedBox3& box) {
+    BitHash hash;
+    for (const auto& v : {box.center, box.axis[0], box.axis[1], box.axis[2], box.extent}) {
+        for (int i = 0; i < 3; ++i) hash.add(v[i]);
+    }
+    return hash.value();
+}
+
+OrientedBox3 leastVolume(const Points& points, unsigned int threads) {
+    MinBoundingBox calculator(threads);
+    return calculator(countOf(points), points.data());
+}
+
+PlainHull plainHullOf(const Points& points) {
+    return PlainHull(gte::ConvexHull3(points.data(), countOf(points), 3), countOf(points));
+}
+
+struct Search {
+    const char* name;
+    std::function<OrientedBox3(const Points&)> plain;
+    std::function<OrientedBox3(const Points&)> shipped;
+    bool isCubic;
+};
+
+std::vector<Search> searches() {
+    return {{"volume",
+             [](const Points& points) {
+                 const PlainHull hull = plainHullOf(points);
+                 return plainOrientedBox(
+                     plainLeastVolume(plainFaceSearch(hull, 1), plainEdgeSearch(hull)));
+             },
+             [](const Points& points) { return leastVolume(points, 1); }, true},
+            {"base area",
+             [](const Points& points) {
+                 return plainOrientedBox(plainLeastBaseArea(plainHullOf(points), 1));
+             },
+             [](const Points& points) {
+                 MinBoundingBox calculator;
+                 return calculator.minBaseAreaBox(countOf(points), points.data());
+             },
+             false},
+            {"height",
+             [](const Points& points) {
+                 return plainOrientedBox(plainLeastHeight(plainHullOf(points), 1));
+             },
+             [](const Points& points) {
+                 MinBoundingBox calculator;
+                 return calculator.minBaseAreaAndHeightBox(countOf(points), points.data());
+             },
+             false}};
+}
+
+/// Prints one line per search; false where results differ.
+bool benchPoints(const NamedPoints& set, const Options& options) {
+    const Points& points = set.points;
+    double hullSeconds = 0.0;
+    std::size_t vertices = 0;
+    std::size_t edges = 0;
+    const PairedTimes threads = timeInTurn(
+        options.runs, [&] { leastVolume(points, 1); }, [&] { leastVolume(points, 2); });
+    hullSeconds = timeInTurn(
+                      options.runs, [] {},
+                      [&] {
+                          const gte::ConvexHull3 hull(points.data(), countOf(points), 3);
+                          vertices = hull.getVertices().size();
+                          edges = hull.getHullEdges().size();
+                      })
+                      .shippedSeconds;
+    fmt::print(
+        "{:<20} {:>8} points, hull of {:>6} vertices {:>9.2f} ms; volume on 2 threads "
+        "{:.2f} times faster\n",
+        set.name, points.size(), vertices, hullSeconds * 1e3, threads.ratio);
+    bool isSame = true;
+    for (const Search& search : searches()) {
+        if (search.isCubic && edges > options.maxPlainEdges) {
+            OrientedBox3 box;
+            const PairedTimes times = timeInTurn(
+                options.runs, [] {}, [&] { box = search.shipped(points); });
+            fmt::print("    {:<10} {:>12} {:>12.2f} {:>8}  {:016x}\n", search.name, "cubic",
+                       times.shippedSeconds * 1e3, "", hashOf(box));
+            continue;
+        }
+        OrientedBox3 plain;
+        OrientedBox3 shipped;
+        const PairedTimes times = timeInTurn(
+            options.runs, [&] { plain = search.plain(points); },
+            [&] { shipped = search.shipped(points); });
+        const bool agrees = hashOf(plain) == hashOf(shipped);
+        fmt::print("    {:<10} {:>12.2f} {:>12.2f} {:>8.1f}  {:016x}{}\n", search.name,
+                   times.baselineSeconds * 1e3, times.shippedSeconds * 1e3, times.ratio,
+                   hashOf(shipped), agrees ? "" : "  DIFFERS from the plain version");
+        isSame = isSame && agrees;
+    }
+    std::fflush(stdout);
+    return isSame;
+}
+
+std::vector<NamedPoints> benchPointSets(std::size_t maxPoints) {
+    TestRandom random(1);
+    const UMatrix4<float> turn = UMatrix4<float>::CreateRotateMatrix(0.7f, {1, 2, 3});
+    std::vector<NamedPoints> sets = {
+        {"box", boxCorners(2, 3, 4)},
+        {"bracket", bracketCorners(random)},
+        {"rounded box", roundedBox(30, 20, 10, 2, 4)},
+        {"cylinder 200", prismCorners(200, 3)},
+        {"ball 1k", pointsInBall(1000, random)},
+        {"sphere 1k", pointsOnSphere(1000, random)},
+        {"rounded box fine", roundedBox(30, 20, 10, 2, 24)},
+        {"cylinder 2000", prismCorners(2000, 3)},
+        {"cylinder 2000 turned", transformed(prismCorners(2000, 3), turn)},
+        {"sphere 10k", pointsOnSphere(10'000, random)},
+        {"cube cloud 1M", pointsInCube(1'000'000, random)}};
+    std::erase_if(sets, [&](const NamedPoints& set) { return set.points.size() > maxPoints; });
+    return sets;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    Options options;
+    std::size_t maxPoints = 2'000'000;
+    CLI::App app("Times convex hulls and smallest boxes");
+    app.add_option("--runs", options.runs, "Runs of each")->check(CLI::Range(1, 1000));
+    app.add_option("--max-points", maxPoints, "Leave out bigger sets");
+    CLI11_PARSE(app, argc, argv);
+    fmt::print(
+        "Searches for boxes, hull included, one thread: the plain version and the shipped "
+        "one in turn.\nMedians of {}.\n\n    {:<10} {:>12} {:>12} {:>8}  {}\n\n",
+        options.runs, "search", "plain ms", "shipped ms", "ratio", "result hash");
+    bool isSame = true;
+    for (const NamedPoints& set : benchPointSets(maxPoints)) {
+        isSame = benchPoints(set, options) && isSame;
+    }
+    return isSame ? 0 : 1;
+}
