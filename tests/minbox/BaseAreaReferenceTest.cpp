@@ -49,10 +49,16 @@ void compare(const Points& points, const PlainHull& hull) {
     }
 }
 
+/// The walk along an outline that rounding has broken ends after as many vertices as the hull has,
+/// however many points there are inside it.
+PlainHull plainHullOf(const gte::ConvexHull3& hull) {
+    return {hull, static_cast<int>(hull.getVertices().size())};
+}
+
 class BaseAreaReference : public OnReferenceSets {};
 
 TEST_P(BaseAreaReference, TheLowestBoxAndTheLeastBaseAgreeForEveryThreadCount) {
-    compare(m_points, PlainHull(gte::ConvexHull3(m_points.data(), count(), 3), count()));
+    compare(m_points, plainHullOf(gte::ConvexHull3(m_points.data(), count(), 3)));
 }
 
 INSTANTIATE_TEST_SUITE_P(Reference, BaseAreaReference,
@@ -60,11 +66,11 @@ INSTANTIATE_TEST_SUITE_P(Reference, BaseAreaReference,
 
 TEST(BaseAreaReferenceRandom, TheLowestBoxAndTheLeastBaseAgree) {
     TestRandom random(22);
-    for (int i = 0; i < (testsAreSmall() ? 40 : 600) && !testing::Test::HasFailure(); ++i) {
+    for (int i = 0; i < (testsAreSmall() ? 40 : 300) && !testing::Test::HasFailure(); ++i) {
         SCOPED_TRACE(i);
         const Points points = randomSolid(random);
         const gte::ConvexHull3 hull(points.data(), countOf(points), 3);
-        if (!hull.getTriangles().empty()) compare(points, PlainHull(hull, countOf(points)));
+        if (!hull.getTriangles().empty()) compare(points, plainHullOf(hull));
     }
 }
 

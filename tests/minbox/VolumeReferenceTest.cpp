@@ -69,7 +69,7 @@ INSTANTIATE_TEST_SUITE_P(Reference, VolumeReference, testing::ValuesIn(reference
 
 TEST(VolumeReferenceRandom, FacesEdgesAndTheBoxAgree) {
     TestRandom random(21);
-    for (int i = 0; i < (testsAreSmall() ? 40 : 600) && !testing::Test::HasFailure(); ++i) {
+    for (int i = 0; i < (testsAreSmall() ? 40 : 300) && !testing::Test::HasFailure(); ++i) {
         SCOPED_TRACE(i);
         const Points points = randomSolid(random);
         const gte::ConvexHull3 hull(points.data(), countOf(points), 3);
