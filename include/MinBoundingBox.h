@@ -26,8 +26,8 @@ static_assert(sizeof(OrientedBox3) == 60);
 /// point (n below 1 and a null pointer included) there is no box: center (0, 0, 0), all axes and
 /// the extent (1, 1, 1).
 ///
-/// The result depends on the set of points only, not on their order or the thread count
-/// (generateOBB() sums in the given order).
+/// The result depends neither on the order of the points nor on the thread count (but
+/// generateOBB() sums in the given order).
 ///
 /// Progress: operator(), minBaseAreaBox() and minBaseAreaAndHeightBox() report whole percentages
 /// that only grow; see there. The callback ends the computation by throwing Tesk::AbortException;

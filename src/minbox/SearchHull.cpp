@@ -42,6 +42,8 @@ SearchHull::SearchHull(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* po
         }
     }
     impl.computePoints = std::move(coordinates);
+    // No walk over the hull ends before it has met all vertices.
+    impl.pointCount = std::max(impl.pointCount, static_cast<std::int32_t>(vertices.size()));
     impl.points = points;
     impl.hullVertices = &vertices;
     impl.hullTriangles = &m_hull.getTriangles();

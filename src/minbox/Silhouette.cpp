@@ -128,11 +128,13 @@ void Silhouette::scanEdges() {
     for (std::size_t j = 0; j < m_dots.size(); ++j) m_dots[j] = m_normals[j] | m_direction;
     const int start = linkEdges();
     if (start == kNone) return;
+    // Where rounding has broken the outline, the walk may never come back.
+    const auto limit = static_cast<std::size_t>(m_impl.pointCount);
     int vertex = start;
     do {
         m_outline.push_back(vertex);
         vertex = m_next[static_cast<std::size_t>(vertex)];
-    } while (vertex != start && m_outline.size() < m_next.size());
+    } while (vertex != start && m_outline.size() < limit);
 }
 
 /// Links the outline's vertices in the order of the triangles that face away. Returns where the

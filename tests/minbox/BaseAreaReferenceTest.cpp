@@ -49,16 +49,10 @@ void compare(const Points& points, const PlainHull& hull) {
     }
 }
 
-/// The walk along an outline that rounding has broken ends after as many vertices as the hull has,
-/// however many points there are inside it.
-PlainHull plainHullOf(const gte::ConvexHull3& hull) {
-    return {hull, static_cast<int>(hull.getVertices().size())};
-}
-
 class BaseAreaReference : public OnReferenceSets {};
 
 TEST_P(BaseAreaReference, TheLowestBoxAndTheLeastBaseAgreeForEveryThreadCount) {
-    compare(m_points, plainHullOf(gte::ConvexHull3(m_points.data(), count(), 3)));
+    compare(m_points, PlainHull(gte::ConvexHull3(m_points.data(), count(), 3), count()));
 }
 
 INSTANTIATE_TEST_SUITE_P(Reference, BaseAreaReference,
@@ -70,7 +64,7 @@ TEST(BaseAreaReferenceRandom, TheLowestBoxAndTheLeastBaseAgree) {
         SCOPED_TRACE(i);
         const Points points = randomSolid(random);
         const gte::ConvexHull3 hull(points.data(), countOf(points), 3);
-        if (!hull.getTriangles().empty()) compare(points, plainHullOf(hull));
+        if (!hull.getTriangles().empty()) compare(points, PlainHull(hull, countOf(points)));
     }
 }
 
