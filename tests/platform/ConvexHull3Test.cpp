@@ -171,6 +171,21 @@ TEST(ConvexHull3, OfALineIsItsTwoEnds) {
     EXPECT_TRUE(hull.getHullEdges().empty());
 }
 
+TEST(ConvexHull3, OfALineAlongAnyAxisIsItsTwoEndsWhicheverPointComesFirst) {
+    const UVector3<float> directions[] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 1, -1}, {0, -2, 1}};
+    for (const UVector3<float>& d : directions) {
+        Points points;
+        for (const float t : {0.0f, 3.0f, -2.0f, 1.0f}) {
+            points.emplace_back(d.x * t - 8, d.y * t - 8, d.z * t - 8);
+        }
+        const gte::ConvexHull3 hull = hullOf(points);
+        EXPECT_EQ(faultOf(hull, points), "");
+        ASSERT_EQ(hull.getVertices().size(), 2u);
+        EXPECT_EQ((hull.getVertices()[1] - hull.getVertices()[0]).GetLength(),
+                  5.0f * d.GetLength());
+    }
+}
+
 TEST(ConvexHull3, OfOnePointIsThePoint) {
     const gte::ConvexHull3 hull = hullOf({{1, -2, 3}, {1, -2, 3}});
     EXPECT_EQ(hull.getDimension(), 0);

@@ -205,6 +205,11 @@ std::string faultOf(const gte::ConvexHull3& hull, const Points& points) {
     if (hull.getDimension() < 2) {
         if (!hull.getTriangles().empty() || !hull.getHullEdges().empty()) return "it has faces";
         const int count = hull.getDimension() + 1;
+        // On a line the ends are the lowest and the highest of the points.
+        if (count > 0 && (subject.vertices.front() != *subject.points.begin() ||
+                          subject.vertices.back() != *subject.points.rbegin())) {
+            return "an end is not a vertex";
+        }
         return static_cast<int>(hull.getVertices().size()) == count ? faultOfVertices(subject)
                                                                     : "wrong number of vertices";
     }
