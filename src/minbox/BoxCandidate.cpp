@@ -91,7 +91,8 @@ OrientedBox3 toOrientedBox(MinBoundingBoxImpl& impl, const BoxFrame& frame) {
         center = center + frame.axes[i] * ((range.min + range.max) * impl.half / squaredLength);
         const double halfLength = range.length() * impl.half;
         const float extent = std::sqrt(static_cast<float>(halfLength * halfLength / squaredLength));
-        box.extent[static_cast<int>(i)] = extent * static_cast<float>(impl.unitLength);
+        box.extent[static_cast<int>(i)] =
+            static_cast<float>(static_cast<double>(extent) * impl.unitLength);
         const Vector& axis = frame.axes[i];
         const double largest = std::max({std::fabs(axis.x), std::fabs(axis.y), std::fabs(axis.z)});
         box.axis[i] = (axis * (impl.one / largest)).As<float>().GetNormal();

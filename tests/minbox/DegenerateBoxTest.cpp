@@ -53,6 +53,7 @@ std::vector<Case> cases() {
             {"AllNan", {{kNan, kNan, kNan}, {kNan, 0, 0}}, {}, false},
             {"VerySmall", scaledBox(1e-30f), {3e-30f, 2e-30f, 1e-30f}},
             {"VeryLarge", scaledBox(1e30f), {3e30f, 2e30f, 1e30f}},
+            {"NearTheEndOfFloats", {{0, 0, 0}, {3, 4, 0}, {2, 3, -2e38f}}, {2e38f, 0, 0}},
             {"FarAway", moved(scaledBox(1), 1e6f), {3, 2, 1}},
             {"Thin", boxCorners(3, 2, 1e-6f), {3, 2, 1e-6f}}};
 }
