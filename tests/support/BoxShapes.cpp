@@ -3,6 +3,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "TeskDataBasic/Transcendental.h"
 #include "TestSize.h"
 
 namespace {
@@ -69,8 +70,8 @@ Points prismCorners(int sides, float height) {
     for (int i = 0; i < sides; ++i) {
         const double angle = 2.0 * kPi * i / sides;
         for (const float z : {0.0f, height}) {
-            points.emplace_back(static_cast<float>(std::cos(angle)),
-                                static_cast<float>(std::sin(angle)), z);
+            points.emplace_back(static_cast<float>(Tesk::cosine(angle)),
+                                static_cast<float>(Tesk::sine(angle)), z);
         }
     }
     return points;
@@ -87,8 +88,8 @@ Points roundedBox(float x, float y, float z, float radius, int steps) {
             for (int j = 0; j <= steps; ++j) {
                 const double a = kPi / 2 * i / steps;
                 const double b = kPi / 2 * j / steps;
-                const UVector3<double> v(std::cos(a) * std::cos(b), std::sin(a) * std::cos(b),
-                                         std::sin(b));
+                const UVector3<double> v(Tesk::cosine(a) * Tesk::cosine(b),
+                                         Tesk::sine(a) * Tesk::cosine(b), Tesk::sine(b));
                 const double r = static_cast<double>(radius);
                 points.push_back(pointAt({sign.x * (half.x + r * v.x), sign.y * (half.y + r * v.y),
                                           sign.z * (half.z + r * v.z)}));
@@ -114,9 +115,9 @@ Points bracketCorners(TestRandom& random) {
 
 Points pointsInBall(int count, TestRandom& random) {
     Points points;
-    for (int i = 0; i < count; ++i) {
-        const double radius = std::cbrt(static_cast<double>(random.in(0, 1)));
-        points.push_back(pointAt(randomDirection(random) * radius));
+    while (static_cast<int>(points.size()) < count) {
+        const UVector3<float> v(random.in(-1, 1), random.in(-1, 1), random.in(-1, 1));
+        if (v.GetLength() <= 1.0f) points.emplace_back(v.x, v.y, v.z);
     }
     return points;
 }
@@ -174,8 +175,8 @@ UMatrix4<float> randomTurn(TestRandom& random) {
     const double angle = kPi / 2 * (1 + random.below(3));
     const int axis = random.below(3);
     UMatrix4<float> turn;
-    const auto c = static_cast<float>(std::cos(angle));
-    const auto s = static_cast<float>(std::sin(angle));
+    const auto c = static_cast<float>(Tesk::cosine(angle));
+    const auto s = static_cast<float>(Tesk::sine(angle));
     const int i = (axis + 1) % 3;
     const int j = (axis + 2) % 3;
     turn.at(i, i) = c;
@@ -185,7 +186,7 @@ UMatrix4<float> randomTurn(TestRandom& random) {
     return turn;
 }
 
-std::vector<NamedPoints> comparisonPoints() {
+std::vector<NamedPoints> comparisonPoints(bool isSmall) {
     TestRandom random(11);
     std::vector<NamedPoints> sets = {{"Box", boxCorners(2, 3, 4)},
                                      {"Cube", boxCorners(1, 1, 1)},
@@ -211,13 +212,17 @@ std::vector<NamedPoints> comparisonPoints() {
         sets.push_back({"CubeCloud" + number, pointsInCube(10 + 50 * i, random)});
         sets.push_back({"Grid" + number, pointsOnGrid(12 + 60 * i, 3 + i, random)});
     }
-    if (testsAreSmall()) return sets;
+    if (isSmall) return sets;
     for (const int sides : {64, 100, 256, 400}) {
         add("Prism" + std::to_string(sides), prismCorners(sides, 3.0f));
     }
     sets.push_back({"LargeSphere", pointsOnSphere(600, random)});
     sets.push_back({"LargeGrid", pointsOnGrid(3000, 12, random)});
     return sets;
+}
+
+std::vector<NamedPoints> comparisonPoints() {
+    return comparisonPoints(testsAreSmall());
 }
 
 Points noisyPart(TestRandom& random) {

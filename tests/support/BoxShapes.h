@@ -55,6 +55,7 @@ UMatrix4<float> randomTurn(TestRandom& random);
 
 /// The fixed sets that every search is compared on; small ones only where the tests are small.
 std::vector<NamedPoints> comparisonPoints();
+std::vector<NamedPoints> comparisonPoints(bool isSmall);
 
 /// A small part with flat sides, noise of 1e-1 .. 1e-23 or none, turned.
 Points noisyPart(TestRandom& random);

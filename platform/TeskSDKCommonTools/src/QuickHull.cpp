@@ -209,11 +209,11 @@ Span findSpan(const std::vector<GridPoint>& points) {
     Span span;
     if (points.empty()) return span;
     span.dimension = 0;
-    // The lowest point and the farthest from it, which are the ends where all lie on a line; then the
-    // farthest from their line and from their plane. Where the rounded measure is largest it is not
-    // zero, or all are.
-    span.points[0] = static_cast<std::int32_t>(
-        std::min_element(points.begin(), points.end()) - points.begin());
+    // The lowest point and the farthest from it, which are the ends where all lie on a line; then
+    // the farthest from their line and from their plane. Where the rounded measure is largest it is
+    // not zero, or all are.
+    span.points[0] =
+        static_cast<std::int32_t>(std::min_element(points.begin(), points.end()) - points.begin());
     const auto at = [&](int i) {
         return points[static_cast<std::size_t>(span.points[static_cast<std::size_t>(i)])];
     };
