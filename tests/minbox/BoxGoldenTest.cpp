@@ -56,7 +56,8 @@ std::string goldenText() {
     TestRandom random(51);
     std::vector<NamedPoints> sets = comparisonPoints(/*isSmall=*/true);
     for (int i = 0; i < 20; ++i) {
-        const Points part = transformed(bracketCorners(random), randomTurn(random));
+        const Points upright = bracketCorners(random);
+        const Points part = transformed(upright, randomTurn(random));
         sets.push_back({"NoisyBracket" + std::to_string(i), withNoise(part, 1e-5, random)});
     }
     for (const NamedPoints& set : sets) {

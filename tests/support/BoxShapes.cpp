@@ -17,11 +17,17 @@ void appendBox(Points& points, const UPoint3<float>& low, const UPoint3<float>& 
     }
 }
 
+/// Three components, drawn one after the other: the arguments of a call have no fixed order.
+UVector3<float> randomIn(float low, float high, TestRandom& random) {
+    const float x = random.in(low, high);
+    const float y = random.in(low, high);
+    const float z = random.in(low, high);
+    return {x, y, z};
+}
+
 UVector3<double> randomDirection(TestRandom& random) {
     for (;;) {
-        const UVector3<double> v(static_cast<double>(random.in(-1, 1)),
-                                 static_cast<double>(random.in(-1, 1)),
-                                 static_cast<double>(random.in(-1, 1)));
+        const UVector3<double> v = randomIn(-1, 1, random).As<double>();
         const double length = v.GetLength();
         if (length > 0.1 && length <= 1.0) return v.GetNormal();
     }
@@ -104,8 +110,7 @@ Points bracketCorners(TestRandom& random) {
     UPoint3<float> low(0, 0, 0);
     const int boxes = 1 + random.below(4);
     for (int i = 0; i < boxes; ++i) {
-        const UPoint3<float> high(low.x + random.in(0.5f, 30.0f), low.y + random.in(0.5f, 30.0f),
-                                  low.z + random.in(0.5f, 30.0f));
+        const UPoint3<float> high = low + randomIn(0.5f, 30.0f, random);
         appendBox(points, low, high);
         low = random.below(2) == 0 ? UPoint3<float>(high.x, low.y, low.z)
                                    : UPoint3<float>(low.x, low.y, high.z);
@@ -116,7 +121,7 @@ Points bracketCorners(TestRandom& random) {
 Points pointsInBall(int count, TestRandom& random) {
     Points points;
     while (static_cast<int>(points.size()) < count) {
-        const UVector3<float> v(random.in(-1, 1), random.in(-1, 1), random.in(-1, 1));
+        const UVector3<float> v = randomIn(-1, 1, random);
         if (v.GetLength() <= 1.0f) points.emplace_back(v.x, v.y, v.z);
     }
     return points;
@@ -131,7 +136,7 @@ Points pointsOnSphere(int count, TestRandom& random) {
 Points pointsInCube(int count, TestRandom& random) {
     Points points;
     for (int i = 0; i < count; ++i) {
-        points.emplace_back(random.in(-1, 1), random.in(-1, 1), random.in(-1, 1));
+        points.push_back(UPoint3<float>() + randomIn(-1, 1, random));
     }
     return points;
 }
@@ -139,9 +144,8 @@ Points pointsInCube(int count, TestRandom& random) {
 Points pointsOnGrid(int count, int size, TestRandom& random) {
     Points points;
     for (int i = 0; i < count; ++i) {
-        points.emplace_back(static_cast<float>(random.below(size)),
-                            static_cast<float>(random.below(size)),
-                            static_cast<float>(random.below(size)));
+        UPoint3<float>& p = points.emplace_back();
+        for (int axis = 0; axis < 3; ++axis) p[axis] = static_cast<float>(random.below(size));
     }
     return points;
 }
@@ -168,8 +172,9 @@ Points withNoise(const Points& points, double amount, TestRandom& random) {
 
 UMatrix4<float> randomTurn(TestRandom& random) {
     if (random.below(2) == 0) {
-        const UPoint3<float> axis = pointAt(randomDirection(random));
-        return UMatrix4<float>::CreateRotateMatrix(random.in(0, 6.3f), {axis.x, axis.y, axis.z});
+        const UPoint3<float> about = pointAt(randomDirection(random));
+        const float by = random.in(0, 6.3f);
+        return UMatrix4<float>::CreateRotateMatrix(by, {about.x, about.y, about.z});
     }
     // A cosine of a right angle in double, as modelling programs write it: 6e-17, not 0.
     const double angle = kPi / 2 * (1 + random.below(3));
@@ -227,19 +232,22 @@ std::vector<NamedPoints> comparisonPoints() {
 
 Points noisyPart(TestRandom& random) {
     Points points;
+    UVector3<float> size;
     switch (random.below(4)) {
         case 0:
-            points = boxCorners(random.in(0.1f, 40), random.in(0.1f, 40), random.in(0.1f, 40));
+            size = randomIn(0.1f, 40, random);
+            points = boxCorners(size.x, size.y, size.z);
             break;
         case 1:
-            points = prismCorners(3 + random.below(20), random.in(0.05f, 5));
+            size = randomIn(0.05f, 5, random);
+            points = prismCorners(3 + random.below(20), size.z);
             break;
         case 2:
             points = bracketCorners(random);
             break;
         default:
-            points = roundedBox(random.in(1, 30), random.in(1, 30), random.in(1, 30),
-                                random.in(0.1f, 3), 1 + random.below(2));
+            size = randomIn(1, 30, random);
+            points = roundedBox(size.x, size.y, size.z, size.x / 10, 1 + random.below(2));
     }
     points = transformed(points, randomTurn(random));
     if (random.below(4) == 0) return points;
