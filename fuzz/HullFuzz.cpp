@@ -5,35 +5,36 @@
 
 #include "HullChecks.h"
 #include "PointsInput.h"
+#include "PolygonChecks.h"
 #include "TeskSDKCommonTools/ConvexHull2.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
 
 namespace {
 
-void checkPlane(const std::vector<UPoint3<float>>& points) {
+void expectNone(const std::string& fault) {
+    if (fault.empty()) return;
+    std::fprintf(stderr, "%s\n", fault.c_str());
+    std::abort();
+}
+
+void checkPlane(const Points& points) {
     std::vector<double> coordinates;
+    PlanePoints plane;
     for (const UPoint3<float>& p : points) {
-        coordinates.push_back(static_cast<double>(p.x));
-        coordinates.push_back(static_cast<double>(p.y));
+        plane.push_back({static_cast<double>(p.x), static_cast<double>(p.y)});
+        coordinates.insert(coordinates.end(), plane.back().begin(), plane.back().end());
     }
-    const std::vector<int> corners =
-        gte::ConvexHull2(coordinates, static_cast<int>(points.size())).getIndices();
-    for (const int corner : corners) {
-        if (corner < 0 || corner >= static_cast<int>(points.size())) std::abort();
-    }
+    const gte::ConvexHull2 hull(coordinates, static_cast<int>(points.size()));
+    expectNone(faultOfPolygon(hull.getIndices(), plane));
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FuzzInput input(data, size);
-    const std::vector<UPoint3<float>> points = takePoints(input);
+    const Points points = takePoints(input);
     const gte::ConvexHull3 hull(points.data(), static_cast<int>(points.size()), 3);
-    const std::string fault = faultOf(hull, points);
-    if (!fault.empty()) {
-        std::fprintf(stderr, "%s\n", fault.c_str());
-        std::abort();
-    }
+    expectNone(faultOf(hull, points));
     checkPlane(points);
     return 0;
 }

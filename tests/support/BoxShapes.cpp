@@ -254,3 +254,50 @@ Points noisyPart(TestRandom& random) {
     const double amount = std::pow(10.0, -1.0 - 22.0 * static_cast<double>(random.in(0, 1)));
     return withNoise(points, amount, random);
 }
+
+UMatrix4<float> nearlyRightTurn(TestRandom& random) {
+    UVector3<float> axis;
+    axis[random.below(3)] = 1.0f;
+    const double right = kPi / 2 * (1 + random.below(3));
+    const double off = std::pow(10.0, -1.0 - 9.0 * static_cast<double>(random.in(0, 1)));
+    const double angle = random.below(3) == 0 ? right : right + off;
+    return UMatrix4<float>::CreateRotateMatrix(static_cast<float>(angle), axis);
+}
+
+Points pointsInPlane(int count, TestRandom& random) {
+    // Two whole vectors span the plane, so that no coordinate rounds.
+    Points points;
+    UVector3<float> u;
+    UVector3<float> v;
+    for (int i = 0; i < 3; ++i) u[i] = static_cast<float>(random.below(9) - 4);
+    for (int i = 0; i < 3; ++i) v[i] = static_cast<float>(random.below(9) - 4);
+    for (int k = 0; k < count; ++k) {
+        const auto a = static_cast<float>(random.below(20));
+        const auto b = static_cast<float>(random.below(20));
+        const UVector3<float> p = u * a + v * b;
+        points.emplace_back(p.x, p.y, p.z);
+    }
+    return points;
+}
+
+Points pointsOnLine(int count, TestRandom& random) {
+    Points points;
+    UVector3<float> u;
+    for (int i = 0; i < 3; ++i) u[i] = static_cast<float>(random.below(9) - 4);
+    for (int k = 0; k < count; ++k) {
+        const UVector3<float> p = u * static_cast<float>(random.below(40) - 20);
+        points.emplace_back(p.x, p.y, p.z);
+    }
+    return points;
+}
+
+Points needle(int count, TestRandom& random) {
+    // Down to the grid's own step, and below.
+    const double width = std::pow(10.0, -2.0 - 8.0 * static_cast<double>(random.in(0, 1)));
+    Points points;
+    for (int k = 0; k < count; ++k) {
+        const float along = random.in(-20, 20);
+        points.emplace_back(along, along * 0.5f, -along);
+    }
+    return withNoise(points, width, random);
+}

@@ -53,6 +53,18 @@ Points withNoise(const Points& points, double amount, TestRandom& random);
 /// the rounding of sine and cosine left in.
 UMatrix4<float> randomTurn(TestRandom& random);
 
+/// A rotation about a coordinate axis by a multiple of 90° in float, or by 1e-1 .. 1e-10 more.
+UMatrix4<float> nearlyRightTurn(TestRandom& random);
+
+/// Points exactly in a plane through the origin, often oblique, some of them repeated.
+Points pointsInPlane(int count, TestRandom& random);
+
+/// Points exactly on a line through the origin, some of them repeated.
+Points pointsOnLine(int count, TestRandom& random);
+
+/// Points close to a line of length 60: 1e-2 .. 1e-10 beside it.
+Points needle(int count, TestRandom& random);
+
 /// The fixed sets that every search is compared on; small ones only where the tests are small.
 std::vector<NamedPoints> comparisonPoints();
 std::vector<NamedPoints> comparisonPoints(bool isSmall);
