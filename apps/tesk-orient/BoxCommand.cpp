@@ -7,6 +7,7 @@
 #include "BoxReport.h"
 #include "CommandSupport.h"
 #include "Failure.h"
+#include "FileBytes.h"
 #include "MeshOutput.h"
 #include "MinBoundingBox.h"
 
@@ -40,17 +41,26 @@ OrientedBox3 search(const BoxOptions& options, const std::vector<UPoint3<float>>
 
 /// The axis as the library wants it: along Z it takes (0, 0, 1) only.
 UVector3<float> usableAxis(const UVector3<float>& axis) {
-    return axis.x == 0.0f && axis.y == 0.0f ? UVector3<float>(0, 0, 1) : axis;
+    const UVector3<float> normal = axis.GetNormal();
+    return normal.x == 0.0f && normal.y == 0.0f ? UVector3<float>(0, 0, 1) : axis;
 }
 
 PartBox boxOf(BoxOptions options, const TriangleMesh& mesh) {
     options.axis = usableAxis(options.axis);
-    const OrientedBox3 found = search(options, usedPositions(mesh));
+    const OrientedBox3 found = search(options, mesh.positions);
+    if (found.axis[0] == UVector3<float>(1, 1, 1)) {
+        throw Failure(ExitCode::kInternal,
+                      fmt::format("{}: no box was found", displayName(options.part)));
+    }
     // The principal-axes box comes with full lengths.
     const float half = options.criterion == Criterion::kPrincipal ? 0.5f : 1.0f;
     PartBox box{found.center, {found.axis[0], found.axis[1], found.axis[2]}, {}};
     for (int i = 0; i < 3; ++i) {
         box.halfExtents[static_cast<std::size_t>(i)] = found.extent[i] * half;
+    }
+    // Axis 3 may be the one that was asked for; either way round the box is the same.
+    if (((box.axes[0] * box.axes[1]) | box.axes[2]) < 0.0f) {
+        box.axes[0] = UVector3<float>() - box.axes[0];
     }
     return box;
 }
@@ -60,10 +70,10 @@ PartBox boxOf(BoxOptions options, const TriangleMesh& mesh) {
 void run(const BoxOptions& options) {
     std::optional<MeshOutput> output;
     if (!options.output.empty()) output.emplace(options.output);
-    BoxResult result{loadPart(options), {}, {}};
+    BoxResult result{loadPart(options, Purpose::kBox), {}, {}};
     printWarnings(options, result.part);
     result.box = boxOf(options, result.part.mesh);
-    result.partVolume = enclosedVolume(result.part.mesh);
+    result.partVolume = enclosedVolume(result.part.mesh, result.part.topology);
     stopIfInterrupted();
     if (output) output->write(meshOf(result.box));
     printReport(options,

@@ -4,6 +4,7 @@
 
 #include "ReportText.h"
 #include "ReportValues.h"
+#include "Turn.h"
 
 namespace App {
 
@@ -18,19 +19,35 @@ std::string titleOf(const BoxOptions& options) {
         case Criterion::kBaseHeight:
             return "The lowest box along axis 3, of least footprint:";
         case Criterion::kAroundAxis:
-            return fmt::format("The box of least cross-section around {}, axis 3:",
-                               textOf(options.axis));
+            return fmt::format("The box of least cross-section around ({:g}, {:g}, {:g}), axis 3:",
+                               options.axis.x, options.axis.y, options.axis.z);
         case Criterion::kPrincipal:
             break;
     }
     return "The box along the principal axes, not the smallest:";
 }
 
-double cubicCentimetres(double cubicMillimetres) {
-    return cubicMillimetres / 1000.0;
+Json orNull(const std::optional<double>& value) {
+    return value ? Json(*value) : Json(nullptr);
+}
+
+std::string summaryOf(const BoxResult& result) {
+    std::string text = fmt::format("Centre {} mm. Volume {}", textOf(result.box.center),
+                                   volumeText(result.box.volume()));
+    if (const auto ratio = result.fillRatio()) {
+        return text + fmt::format("; the part's {} fill {:.1f} % of it.\n",
+                                  volumeText(*result.partVolume), 100.0 * *ratio);
+    }
+    return text +
+           (result.partVolume ? ".\n" : "; the part's is unknown, as its surface is not sound.\n");
 }
 
 }  // namespace
+
+std::optional<double> BoxResult::fillRatio() const {
+    if (!partVolume || !(box.volume() > 0.0)) return std::nullopt;
+    return *partVolume / box.volume();
+}
 
 std::string boxReportTable(const BoxOptions& options, const BoxResult& result) {
     const PartBox& box = result.box;
@@ -42,14 +59,8 @@ std::string boxReportTable(const BoxOptions& options, const BoxResult& result) {
         text += fmt::format("     {}  {:>12.3f}  {:>12.3f}   {}\n", i + 1, 2.0 * half, half,
                             textOf(box.axes[i]));
     }
-    text += fmt::format("\nCentre {} mm. Volume {:.3f} cm³", textOf(box.center),
-                        cubicCentimetres(box.volume()));
-    if (result.partVolume && box.volume() > 0.0) {
-        text += fmt::format("; the part's {:.3f} cm³ fill {:.1f} % of it",
-                            cubicCentimetres(*result.partVolume),
-                            100.0 * *result.partVolume / box.volume());
-    }
-    return text + ".\n";
+    return text + "\n" + summaryOf(result) +
+           fmt::format("To bring axes 1, 2, 3 to X, Y, Z, {}.\n", textOf(turnIn(box.alignment())));
 }
 
 std::string boxReportJson(const BoxOptions& options, const BoxResult& result) {
@@ -67,16 +78,23 @@ std::string boxReportJson(const BoxOptions& options, const BoxResult& result) {
                   {"sizeMm", sizes},
                   {"halfExtentsMm", box.halfExtents},
                   {"volumeMm3", box.volume()}};
-    found["partVolumeMm3"] = result.partVolume ? Json(*result.partVolume) : Json(nullptr);
-    const Json report = {{"schema", "tesk-orient/box/1"},
-                         {"input", inputValue(options, result.part)},
-                         {"settings", settings},
-                         {"conventions",
-                          {{"axes", "three unit vectors, orthogonal to each other"},
-                           {"sizeMm", "full lengths along the axes"},
-                           {"halfExtentsMm", "half-lengths along the axes"},
-                           {"partVolumeMm3", "null where the mesh is open"}}},
-                         {"box", found}};
+    found["partVolumeMm3"] = orNull(result.partVolume);
+    found["fillRatio"] = orNull(result.fillRatio());
+    found["turn"] = valueOf(turnIn(box.alignment()));
+    found["matrix"] = valueOf(box.alignment());
+    const Json report = {
+        {"schema", "tesk-orient/box/1"},
+        {"input", inputValue(options, result.part)},
+        {"settings", settings},
+        {"conventions",
+         {{"axes", "three unit vectors, orthogonal, right-handed"},
+          {"sizeMm", "full lengths along the axes"},
+          {"halfExtentsMm", "half-lengths along the axes"},
+          {"partVolumeMm3", "null where the mesh is not closed and consistently wound"},
+          {"fillRatio", "partVolumeMm3 / volumeMm3, null where there is none"},
+          {"turn", "brings axes 1, 2, 3 to X, Y, Z; right-handed"},
+          {"matrix", std::string("the same about the box's centre: ") + kMatrixConvention}}},
+        {"box", found}};
     return textOf(report);
 }
 

@@ -14,6 +14,9 @@ struct BoxResult {
     LoadedPart part;
     PartBox box;
     std::optional<double> partVolume;  ///< mm³, of a closed mesh
+
+    /// The part's volume divided by the box's, where both are known and the box is not flat.
+    std::optional<double> fillRatio() const;
 };
 
 /// A table for people.

@@ -9,7 +9,6 @@
 #include "Failure.h"
 #include "FileBytes.h"
 #include "Interrupt.h"
-#include "MeshChecks.h"
 #include "TeskDebug/Exception.h"
 #include "TeskMeshData/MeshKernel.h"
 
@@ -19,12 +18,13 @@ void stopIfInterrupted() {
     if (Interrupt::isRequested()) throw Tesk::AbortException("Aborting...");
 }
 
-LoadedPart loadPart(const CommonOptions& options) {
+LoadedPart loadPart(const CommonOptions& options, Purpose purpose) {
     LoadedPart part = readMeshFile(options.part, options.unit);
     stopIfInterrupted();
     MeshKernel kernel(part.mesh.positions, part.mesh.triangles);
     kernel.UpdateTopo(/*rebuild=*/true, MeshKernel::kEdgeCounts);
-    for (Warning& warning : checkMesh(part.mesh, kernel.topology(), part.unit)) {
+    part.topology = kernel.topology();
+    for (Warning& warning : checkMesh(part.mesh, part.topology, part.unit, purpose)) {
         part.warnings.push_back(std::move(warning));
     }
     return part;

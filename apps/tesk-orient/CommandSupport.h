@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "MeshChecks.h"
 #include "MeshFile.h"
 #include "Options.h"
 #include "ProgressBar.h"
@@ -13,9 +14,11 @@ namespace App {
 /// Throws Tesk::AbortException after Ctrl-C.
 void stopIfInterrupted();
 
-/// The part that the options name, with the warnings of the file and of the mesh together. Throws
-/// InputFailure.
-LoadedPart loadPart(const CommonOptions& options);
+/// The part that the options name, with its edge counts and the warnings of the file and of the
+/// mesh together. Throws InputFailure.
+///
+/// @param purpose  what the mesh is for
+LoadedPart loadPart(const CommonOptions& options, Purpose purpose);
 
 /// Prints a part's warnings on standard error, unless they are not wanted.
 void printWarnings(const CommonOptions& options, const LoadedPart& part);

@@ -53,11 +53,22 @@ Interrupt::Interrupt() {
 
 #else
 
+namespace {
+
+/// As a shell leaves SIGINT for a job that it runs in the background: such a job is not to end.
+bool isIgnored(int signal) {
+    struct sigaction action {};
+    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+}  // namespace
+
 Interrupt::Interrupt() {
     sigset_t signals;
     sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        if (!isIgnored(signal)) sigaddset(&signals, signal);
+    }
     // Blocked here and so in every later thread: only the thread that waits gets them.
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::thread([signals] {

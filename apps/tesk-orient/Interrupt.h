@@ -6,9 +6,10 @@
 namespace App {
 
 /// Lets the user end the program with Ctrl-C (or a termination signal) within a tenth of a second,
-/// whatever it is doing: the work sees isRequested() at its next report and ends by itself; where
-/// that takes too long, the process ends at once. Either way the exit code is 130 and no half-made
-/// file stays behind. One object per process, made before any thread.
+/// whatever it is doing, unless the parent process had the signal ignored: the work sees
+/// isRequested() at its next report and ends by itself; where that takes too long, the process ends
+/// at once. Either way the exit code is 130 and no half-made file stays behind. One object per
+/// process, made before any thread.
 class Interrupt {
  public:
     Interrupt();

@@ -28,7 +28,7 @@ UMatrix4<float> layFlat(const LayFlatOptions& options, const TriangleMesh& mesh)
 void run(const LayFlatOptions& options) {
     std::optional<MeshOutput> output;
     if (!options.output.empty()) output.emplace(options.output);
-    LayFlatResult result{loadPart(options), {}, {}};
+    LayFlatResult result{loadPart(options, Purpose::kBox), {}, {}};
     printWarnings(options, result.part);
     result.matrix = layFlat(options, result.part.mesh);
     result.placed = moved(result.part.mesh, result.matrix);

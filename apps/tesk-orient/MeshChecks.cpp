@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <optional>
+#include <cmath>
 
 #include "TeskDataBasic/UBox3.h"
 
@@ -35,40 +35,48 @@ std::string counted(std::int64_t count, const char* one, const char* many) {
     return fmt::format("{} {}", count, count == 1 ? one : many);
 }
 
-void checkEdges(const TopologyCounts& topology, Warnings& warnings) {
-    constexpr const char* kConsequence = "support figures are approximate";
+void checkEdges(const TopologyCounts& topology, Purpose purpose, Warnings& warnings) {
+    const auto forSupport = [&](const char* consequence) {
+        return purpose == Purpose::kSupport ? consequence : "";
+    };
+    const char* const doubt = forSupport("; support figures are approximate");
     if (topology.openEdges > 0) {
         warnings.push_back(
             {"open-edges",
-             fmt::format("the surface is not closed: {}; {}",
-                         counted(topology.openEdges, "open edge", "open edges"), kConsequence),
+             fmt::format("the surface is not closed: {}{}",
+                         counted(topology.openEdges, "open edge", "open edges"), doubt),
              topology.openEdges});
     }
     if (topology.nonManifoldEdges > 0) {
         warnings.push_back(
             {"non-manifold-edges",
-             fmt::format("{} by more than two triangles; {}",
+             fmt::format("{} by more than two triangles{}",
                          counted(topology.nonManifoldEdges, "edge is shared", "edges are shared"),
-                         kConsequence),
+                         doubt),
              topology.nonManifoldEdges});
     }
     if (topology.inconsistentEdges > 0) {
-        warnings.push_back(
-            {"inconsistent-winding",
-             fmt::format("triangles face opposite ways across {}; overhangs may be missed or "
-                         "counted twice",
-                         counted(topology.inconsistentEdges, "edge", "edges")),
-             topology.inconsistentEdges});
+        warnings.push_back({"inconsistent-winding",
+                            fmt::format("triangles face opposite ways across {}{}",
+                                        counted(topology.inconsistentEdges, "edge", "edges"),
+                                        forSupport("; overhangs may be missed or counted twice")),
+                            topology.inconsistentEdges});
     }
 }
 
-void checkSide(const TriangleMesh& mesh, const TopologyCounts& topology, Warnings& warnings) {
-    const bool isSound = topology.openEdges == 0 && topology.nonManifoldEdges == 0 &&
-                         topology.inconsistentEdges == 0;
-    if (!isSound || !(signedVolumeSixfold(mesh) < 0.0)) return;
-    warnings.push_back({"inside-out",
-                        "the surface is inside out: its triangles face inward, so that tops are "
-                        "taken for overhangs"});
+bool isSound(const TopologyCounts& topology) {
+    return topology.openEdges == 0 && topology.nonManifoldEdges == 0 &&
+           topology.inconsistentEdges == 0;
+}
+
+void checkSide(const TriangleMesh& mesh, const TopologyCounts& topology, Purpose purpose,
+               Warnings& warnings) {
+    if (!isSound(topology) || !(signedVolumeSixfold(mesh) < 0.0)) return;
+    const char* const consequence =
+        purpose == Purpose::kSupport ? ", so that tops are taken for overhangs" : "";
+    warnings.push_back(
+        {"inside-out",
+         fmt::format("the surface is inside out: its triangles face inward{}", consequence)});
 }
 
 std::string proposals(double largestInFile, const LengthUnit& taken) {
@@ -121,11 +129,16 @@ double signedVolumeSixfold(const TriangleMesh& mesh) {
     return sum;
 }
 
-Warnings checkMesh(const TriangleMesh& mesh, const TopologyCounts& topology,
-                   const LengthUnit& unit) {
+std::optional<double> enclosedVolume(const TriangleMesh& mesh, const TopologyCounts& topology) {
+    if (!isSound(topology)) return std::nullopt;
+    return std::fabs(signedVolumeSixfold(mesh)) / 6.0;
+}
+
+Warnings checkMesh(const TriangleMesh& mesh, const TopologyCounts& topology, const LengthUnit& unit,
+                   Purpose purpose) {
     Warnings warnings;
-    checkEdges(topology, warnings);
-    checkSide(mesh, topology, warnings);
+    checkEdges(topology, purpose, warnings);
+    checkSide(mesh, topology, purpose, warnings);
     if (const std::int64_t count = countDegenerate(mesh); count > 0) {
         warnings.push_back({"degenerate-triangles",
                             counted(count, "triangle has no area", "triangles have no area"),

@@ -76,7 +76,7 @@ LoadedPart readThreeMfPart(const std::filesystem::path& path, std::optional<Leng
     if (content.items > 1) {
         part.warnings.push_back(
             {"several-items",
-             fmt::format("the file builds {} items; they are turned together, as one part",
+             fmt::format("the file builds {} items; they are taken together, as one part",
                          content.items),
              static_cast<std::int64_t>(content.items)});
     }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "LengthUnit.h"
+#include "TeskMeshData/MeshKernel.h"
 #include "TriangleMesh.h"
 #include "Warning.h"
 
@@ -19,6 +20,7 @@ struct LoadedPart {
     bool unitFromFile = false;
     TriangleMesh mesh;
     Warnings warnings;
+    TopologyCounts topology{};  ///< of the mesh; zeros until it is checked
 };
 
 /// Reads STL, OBJ, PLY, OFF or 3MF, told apart by the name's extension.

@@ -86,10 +86,13 @@ void addCommon(CLI::App& command, CommonOptions& options, CommonTexts& texts,
         .add_option("--units", texts.unit,
                     "Unit of the file's numbers [mm; for 3MF the file's own]")
         ->check(CLI::IsMember(units));
-    command.add_option("--threads", options.threads, "Threads to use [all processors]")
-        ->check(CLI::Range(1, 1024));
     command.add_flag("--json", options.isJson, "Print one JSON object instead of a table");
     command.add_flag("-q,--quiet", options.isQuiet, "No progress bar and no warnings");
+}
+
+void addThreads(CLI::App& command, CommonOptions& options) {
+    command.add_option("--threads", options.threads, "Threads to use [all processors]")
+        ->check(CLI::Range(1, 1024));
 }
 
 void take(const CommonTexts& texts, CommonOptions& options) {
@@ -193,9 +196,11 @@ std::optional<Command> readCommand(int argc, char** argv) {
     app.require_subcommand(1);
     CLI::App* orient = app.add_subcommand("orient", "Rank the build orientations of a part");
     addCommon(*orient, orientOptions, texts, "the turned part");
+    addThreads(*orient, orientOptions);
     addOrient(*orient, orientOptions);
     CLI::App* box = app.add_subcommand("box", "Find the smallest box around a part");
     addCommon(*box, boxOptions, texts, "the box, as a mesh,");
+    addThreads(*box, boxOptions);
     addBox(*box, boxTexts);
     CLI::App* layFlat = app.add_subcommand(
         "lay-flat", "Lay a part flat in its smallest box: longest side along X, shortest upright");

@@ -53,7 +53,7 @@ void run(const OrientOptions& options) {
     if (!options.output.empty()) output.emplace(options.output);
     if (options.isVerbose) logStages();
 
-    OrientResult result{loadPart(options), {}};
+    OrientResult result{loadPart(options, Purpose::kSupport), {}};
     const TriangleMesh& mesh = result.part.mesh;
     refuseWithoutArea(options, mesh);
     printWarnings(options, result.part);

@@ -3,6 +3,7 @@
 #include "OrientReport.h"
 #include "Pose.h"
 #include "ReportText.h"
+#include "Turn.h"
 
 namespace App {
 
@@ -20,14 +21,9 @@ std::string row(std::size_t rank, bool isChosen, const OptOrientation& o) {
 
 std::string advice(const OrientOptions& options, const OptOrientation& chosen) {
     const std::string which = options.rank == 1 ? "Best" : fmt::format("Rank {}", options.rank);
-    const UVector3<float> axis = chosen.axis.GetNormal();
-    if (axis == UVector3<float>() || chosen.angle == 0.0f) {
-        return which + ": leave the part as it is.\n";
-    }
-    return fmt::format(
-        "{}: turn the part {:.2f}° about the axis {}; its direction {} then points "
-        "up.\n",
-        which, degreesOf(chosen.angle), textOf(axis), textOf(upOf(chosen)));
+    const Turn turn{chosen.axis.GetNormal(), chosen.angle};
+    return fmt::format("{}: {}; its direction {} then points up.\n", which, textOf(turn),
+                       textOf(upOf(chosen)));
 }
 
 }  // namespace

@@ -1,11 +1,5 @@
 #include "PartBox.h"
 
-#include <cmath>
-#include <vector>
-
-#include "MeshChecks.h"
-#include "TeskMeshData/MeshKernel.h"
-
 namespace App {
 
 double PartBox::volume() const {
@@ -14,17 +8,15 @@ double PartBox::volume() const {
     return volume;
 }
 
-std::vector<UPoint3<float>> usedPositions(const TriangleMesh& mesh) {
-    std::vector<bool> isUsed(mesh.positions.size(), false);
-    for (const auto& triangle : mesh.triangles) {
-        for (const std::int32_t corner : triangle) isUsed[static_cast<std::size_t>(corner)] = true;
+UMatrix4<float> PartBox::alignment() const {
+    UMatrix4<float> turn;
+    for (int row = 0; row < 3; ++row) {
+        for (int col = 0; col < 3; ++col) {
+            turn.at(row, col) = axes[static_cast<std::size_t>(col)][row];
+        }
     }
-    std::vector<UPoint3<float>> used;
-    used.reserve(mesh.positions.size());
-    for (std::size_t i = 0; i < isUsed.size(); ++i) {
-        if (isUsed[i]) used.push_back(mesh.positions[i]);
-    }
-    return used;
+    return UMatrix4<float>::CreateTransfMatrix({-center.x, -center.y, -center.z}) * turn *
+           UMatrix4<float>::CreateTransfMatrix(center);
 }
 
 TriangleMesh meshOf(const PartBox& box) {
@@ -40,19 +32,7 @@ TriangleMesh meshOf(const PartBox& box) {
     }
     mesh.triangles = {{0, 2, 3}, {0, 3, 1}, {4, 5, 7}, {4, 7, 6}, {0, 1, 5}, {0, 5, 4},
                       {2, 6, 7}, {2, 7, 3}, {0, 4, 6}, {0, 6, 2}, {1, 3, 7}, {1, 7, 5}};
-    if (((box.axes[0] * box.axes[1]) | box.axes[2]) < 0.0f) {
-        for (auto& triangle : mesh.triangles) std::swap(triangle[1], triangle[2]);
-    }
     return mesh;
-}
-
-std::optional<double> enclosedVolume(const TriangleMesh& mesh) {
-    MeshKernel kernel(mesh.positions, mesh.triangles);
-    kernel.UpdateTopo(/*rebuild=*/true, MeshKernel::kEdgeCounts);
-    if (kernel.topology().openEdges != 0 || kernel.topology().nonManifoldEdges != 0) {
-        return std::nullopt;
-    }
-    return std::fabs(signedVolumeSixfold(mesh)) / 6.0;
 }
 
 }  // namespace App

@@ -30,12 +30,20 @@ double degreesOf(float angleRad) {
     return static_cast<double>(angleRad) * 180.0 / std::numbers::pi;
 }
 
+std::string volumeText(double cubicMillimetres) {
+    if (cubicMillimetres >= 1000.0) return fmt::format("{:.3f} cm³", cubicMillimetres / 1000.0);
+    return fmt::format("{:.4g} mm³", cubicMillimetres);
+}
+
 std::string headingOf(const CommonOptions& options, const LoadedPart& part) {
     const std::array<double, 3> size = sizeOf(part.mesh);
-    return fmt::format("{}: {}{}{}, {} triangles, {} vertices, {:.1f} × {:.1f} × {:.1f} mm\n\n",
+    const std::size_t triangles = part.mesh.triangles.size();
+    const std::size_t vertices = part.mesh.positions.size();
+    return fmt::format("{}: {}{}{}, {} {}, {} {}, {:.1f} × {:.1f} × {:.1f} mm\n\n",
                        displayName(options.part.filename()), part.form,
-                       part.form.empty() ? "" : " ", part.format, part.mesh.triangles.size(),
-                       part.mesh.positions.size(), size[0], size[1], size[2]);
+                       part.form.empty() ? "" : " ", part.format, triangles,
+                       triangles == 1 ? "triangle" : "triangles", vertices,
+                       vertices == 1 ? "vertex" : "vertices", size[0], size[1], size[2]);
 }
 
 }  // namespace App

@@ -4,6 +4,7 @@
 
 #include "FileBytes.h"
 #include "MeshChecks.h"
+#include "ReportText.h"
 
 namespace App {
 
@@ -30,6 +31,12 @@ Json valueOf(const UMatrix4<float>& m) {
         rows.push_back(cells);
     }
     return rows;
+}
+
+Json valueOf(const Turn& turn) {
+    return {{"axis", valueOf(turn.axis)},
+            {"angleRad", turn.angleRad},
+            {"angleDeg", degreesOf(turn.angleRad)}};
 }
 
 Json inputValue(const CommonOptions& options, const LoadedPart& part) {

@@ -6,6 +6,7 @@
 #include "Options.h"
 #include "TeskDataBasic/UMatrix4.h"
 #include "TeskDataBasic/UVector3.h"
+#include "Turn.h"
 
 namespace App {
 
@@ -17,6 +18,9 @@ Json valueOf(const UVector3<float>& v);
 
 /// Four rows of four.
 Json valueOf(const UMatrix4<float>& m);
+
+/// Axis, and angle both ways.
+Json valueOf(const Turn& turn);
 
 /// What was read, with its warnings.
 Json inputValue(const CommonOptions& options, const LoadedPart& part);

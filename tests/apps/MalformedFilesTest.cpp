@@ -21,6 +21,8 @@ struct Expectation {
     const char* text;  ///< in the message or warning; empty for none
 };
 
+constexpr const char* kCommands[] = {"orient", "box", "lay-flat"};
+
 constexpr Expectation kSampleFiles[] = {
     {"3mf_missing_model_part.3mf", 0, "does not say which file is its model"},
     {"3mf_model_only.3mf", 3, "it has no build items"},
@@ -56,19 +58,41 @@ TEST(MalformedFiles, EverySampleEndsAsTheTableSays) {
     for (const Expectation& expected : kSampleFiles) {
         SCOPED_TRACE(expected.file);
         ++seen;
-        const ProgramResult result =
-            runTeskOrient({"orient", (malformed / expected.file).string()});
-        EXPECT_EQ(result.code, expected.code);
-        EXPECT_THAT(result.error, HasSubstr(expected.text));
-        EXPECT_THAT(result.error, HasSubstr(expected.file));
-        EXPECT_EQ(result.out.empty(), expected.code != 0);
-        if (expected.code != 0) expectOneLine(result.error);
+        for (const char* command : kCommands) {
+            // A part without surface has no orientation, but it has a box.
+            const bool hasBoxOnly = std::string(expected.file) == "obj_degenerate.obj" &&
+                                    std::string(command) != "orient";
+            const int code = hasBoxOnly ? 0 : expected.code;
+            const ProgramResult result =
+                runTeskOrient({command, (malformed / expected.file).string()});
+            EXPECT_EQ(result.code, code) << command;
+            EXPECT_THAT(result.error,
+                        HasSubstr(hasBoxOnly ? "1 triangle has no area" : expected.text));
+            EXPECT_THAT(result.error, HasSubstr(expected.file));
+            EXPECT_EQ(result.out.empty(), code != 0);
+            if (code != 0) expectOneLine(result.error);
+        }
     }
     for (const auto& entry : std::filesystem::directory_iterator(malformed)) {
         (void)entry;
         --seen;
     }
     EXPECT_EQ(seen, 0u) << "a file without a row in the table, or the reverse";
+}
+
+TEST(MalformedFiles, APartWithoutSurfaceIsRefusedForOrientationOnly) {
+    const TemporaryFolder folder;
+    const std::string file =
+        folder.write("line.obj", "v 0 0 0\nv 10 0 0\nv 30 0 0\nf 1 2 3\nf 1 3 2\n");
+    const ProgramResult orient = runTeskOrient({"orient", file});
+    EXPECT_EQ(orient.code, 3);
+    EXPECT_THAT(orient.error, HasSubstr("none of its 2 triangles has an area"));
+    expectOneLine(orient.error);
+    const ProgramResult box = runTeskOrient({"box", file});
+    EXPECT_EQ(box.code, 0);
+    EXPECT_THAT(box.out, HasSubstr("30.000        15.000"));
+    EXPECT_THAT(box.out, HasSubstr("Volume 0 mm³."));
+    EXPECT_EQ(runTeskOrient({"lay-flat", file}).code, 0);
 }
 
 std::string binaryStl(std::uint32_t promised, std::size_t written, float x = 1.0f) {
@@ -113,12 +137,15 @@ TEST(MalformedFiles, EveryKindOfDamageIsNamed) {
     const TemporaryFolder folder;
     for (const BrokenFile& file : files) {
         SCOPED_TRACE(file.name);
-        const ProgramResult result = runTeskOrient({"orient", folder.write(file.name, file.bytes)});
-        EXPECT_EQ(result.code, 3);
-        EXPECT_THAT(result.error, HasSubstr(file.name));
-        EXPECT_THAT(result.error, HasSubstr(file.text));
-        EXPECT_EQ(result.out, "");
-        expectOneLine(result.error);
+        const std::string path = folder.write(file.name, file.bytes);
+        for (const char* command : kCommands) {
+            const ProgramResult result = runTeskOrient({command, path});
+            EXPECT_EQ(result.code, 3) << command;
+            EXPECT_THAT(result.error, HasSubstr(file.name));
+            EXPECT_THAT(result.error, HasSubstr(file.text));
+            EXPECT_EQ(result.out, "");
+            expectOneLine(result.error);
+        }
     }
 }
 

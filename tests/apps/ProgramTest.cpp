@@ -170,4 +170,15 @@ TEST_F(Program, CtrlCEndsItWithinATenthOfASecondAndLeavesNoFile) {
     }
 }
 
+TEST_F(Program, AnInterruptThatTheParentIgnoresDoesNotEndIt) {
+    const Part sphere = makeSphere(40.0f, 20'000);
+    const std::string file =
+        m_folder.write("part.stl", App::encoderFor(".stl")({sphere.positions, sphere.triangles}));
+    const std::vector<std::string> arguments = {"orient", file};
+    EXPECT_EQ(runTeskOrient(arguments, 0).code, 130);
+    const ProgramResult ignored = runTeskOrient(arguments, 0, InheritedSigint::kIgnored);
+    EXPECT_EQ(ignored.code, 0);
+    EXPECT_EQ(ignored.out, runTeskOrient(arguments).out);
+}
+
 }  // namespace

@@ -20,8 +20,34 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
+/// The signals that the child gets with their default action, whatever this process does with them.
+sigset_t defaultSignals(InheritedSigint inherited) {
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    if (inherited == InheritedSigint::kEnds) sigaddset(&signals, SIGINT);
+    return signals;
+}
+
+pid_t spawn(const std::string& program, char** argv, const posix_spawn_file_actions_t& actions,
+            InheritedSigint inherited) {
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    const sigset_t defaults = defaultSignals(inherited);
+    posix_spawnattr_setsigdefault(&attributes, &defaults);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+    const auto former =
+        inherited == InheritedSigint::kIgnored ? std::signal(SIGINT, SIG_IGN) : SIG_ERR;
+    pid_t child = 0;
+    const int failure = posix_spawn(&child, program.c_str(), &actions, &attributes, argv, environ);
+    if (former != SIG_ERR) std::signal(SIGINT, former);
+    posix_spawnattr_destroy(&attributes);
+    if (failure != 0) throw std::runtime_error("cannot start " + program);
+    return child;
+}
+
 pid_t start(const std::string& program, const std::vector<std::string>& arguments,
-            const std::string& out, const std::string& error) {
+            const std::string& out, const std::string& error, InheritedSigint inherited) {
     std::vector<char*> argv = {const_cast<char*>(program.c_str())};
     for (const std::string& argument : arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));
@@ -32,23 +58,20 @@ pid_t start(const std::string& program, const std::vector<std::string>& argument
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&actions, 1, out.c_str(), kCreate, 0600);
     posix_spawn_file_actions_addopen(&actions, 2, error.c_str(), kCreate, 0600);
-    pid_t child = 0;
-    const int failure =
-        posix_spawn(&child, program.c_str(), &actions, nullptr, argv.data(), environ);
+    const pid_t child = spawn(program, argv.data(), actions, inherited);
     posix_spawn_file_actions_destroy(&actions);
-    if (failure != 0) throw std::runtime_error("cannot start " + program);
     return child;
 }
 
-/// Waits until the process has come so far that it handles SIGINT itself: it blocks the signal for
-/// all threads but one.
+/// Waits until the process has come so far that it handles signals itself: it blocks them for all
+/// threads but one. SIGTERM is looked at, as SIGINT may be ignored.
 void waitUntilReady(pid_t child) {
     const std::string status = "/proc/" + std::to_string(child) + "/status";
     for (int i = 0; i < 10'000; ++i) {
         const std::string text = readAll(status);
         const std::size_t mask = text.find("SigBlk:");
         if (mask == std::string::npos) return;
-        if ((std::stoull(text.substr(mask + 7), nullptr, 16) & (1u << (SIGINT - 1))) != 0) return;
+        if ((std::stoull(text.substr(mask + 7), nullptr, 16) & (1u << (SIGTERM - 1))) != 0) return;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 }
@@ -56,9 +79,10 @@ void waitUntilReady(pid_t child) {
 }  // namespace
 
 ProgramResult run(const std::string& program, const std::vector<std::string>& arguments,
-                  int interruptAfterMs) {
+                  int interruptAfterMs, InheritedSigint inherited) {
     const TemporaryFolder folder;
-    const pid_t child = start(program, arguments, folder.file("out"), folder.file("error"));
+    const pid_t child =
+        start(program, arguments, folder.file("out"), folder.file("error"), inherited);
     auto since = Clock::now();
     if (interruptAfterMs >= 0) {
         waitUntilReady(child);
@@ -76,8 +100,9 @@ ProgramResult run(const std::string& program, const std::vector<std::string>& ar
     return result;
 }
 
-ProgramResult runTeskOrient(const std::vector<std::string>& arguments, int interruptAfterMs) {
-    return run(TESK_PROGRAM, arguments, interruptAfterMs);
+ProgramResult runTeskOrient(const std::vector<std::string>& arguments, int interruptAfterMs,
+                            InheritedSigint inherited) {
+    return run(TESK_PROGRAM, arguments, interruptAfterMs, inherited);
 }
 
 TemporaryFolder::TemporaryFolder() {

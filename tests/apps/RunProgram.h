@@ -12,13 +12,18 @@ struct ProgramResult {
     std::string error;
 };
 
+/// What a program inherits for SIGINT: Ctrl-C ends it unless it does something about it, or it is
+/// ignored, as a shell leaves it for jobs in the background.
+enum class InheritedSigint { kEnds, kIgnored };
+
 /// Runs a program to its end. Where `interruptAfterMs` is not negative, it gets SIGINT that long
-/// after it has begun to handle it, and `seconds` counts from there.
+/// after it has begun to handle signals, and `seconds` counts from there.
 ProgramResult run(const std::string& program, const std::vector<std::string>& arguments,
-                  int interruptAfterMs = -1);
+                  int interruptAfterMs = -1, InheritedSigint inherited = InheritedSigint::kEnds);
 
 /// tesk-orient.
-ProgramResult runTeskOrient(const std::vector<std::string>& arguments, int interruptAfterMs = -1);
+ProgramResult runTeskOrient(const std::vector<std::string>& arguments, int interruptAfterMs = -1,
+                            InheritedSigint inherited = InheritedSigint::kEnds);
 
 /// A folder for one test's files, removed at the end.
 class TemporaryFolder {
