@@ -52,17 +52,8 @@ PartBox boxOf(BoxOptions options, const TriangleMesh& mesh) {
         throw Failure(ExitCode::kInternal,
                       fmt::format("{}: no box was found", displayName(options.part)));
     }
-    // The principal-axes box comes with full lengths.
-    const float half = options.criterion == Criterion::kPrincipal ? 0.5f : 1.0f;
-    PartBox box{found.center, {found.axis[0], found.axis[1], found.axis[2]}, {}};
-    for (int i = 0; i < 3; ++i) {
-        box.halfExtents[static_cast<std::size_t>(i)] = found.extent[i] * half;
-    }
-    // Axis 3 may be the one that was asked for; either way round the box is the same.
-    if (((box.axes[0] * box.axes[1]) | box.axes[2]) < 0.0f) {
-        box.axes[0] = UVector3<float>() - box.axes[0];
-    }
-    return box;
+    return readAs(found,
+                  options.criterion == Criterion::kPrincipal ? Lengths::kFull : Lengths::kHalf);
 }
 
 }  // namespace

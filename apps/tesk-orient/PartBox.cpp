@@ -19,6 +19,18 @@ UMatrix4<float> PartBox::alignment() const {
            UMatrix4<float>::CreateTransfMatrix(center);
 }
 
+PartBox readAs(const OrientedBox3& found, Lengths extents) {
+    PartBox box{found.center, {found.axis[0], found.axis[1], found.axis[2]}, {}};
+    const float share = extents == Lengths::kFull ? 0.5f : 1.0f;
+    for (int i = 0; i < 3; ++i) {
+        box.halfExtents[static_cast<std::size_t>(i)] = found.extent[i] * share;
+    }
+    if (((box.axes[0] * box.axes[1]) | box.axes[2]) < 0.0f) {
+        box.axes[0] = UVector3<float>() - box.axes[0];
+    }
+    return box;
+}
+
 TriangleMesh meshOf(const PartBox& box) {
     TriangleMesh mesh;
     for (int corner = 0; corner < 8; ++corner) {
