@@ -171,7 +171,7 @@ TEST_F(Program, CtrlCEndsItWithinATenthOfASecondAndLeavesNoFile) {
 }
 
 TEST_F(Program, AnInterruptThatTheParentIgnoresDoesNotEndIt) {
-    const Part sphere = makeSphere(40.0f, 20'000);
+    const Part sphere = makeSphere(40.0f, 150'000);
     const std::string file =
         m_folder.write("part.stl", App::encoderFor(".stl")({sphere.positions, sphere.triangles}));
     const std::vector<std::string> arguments = {"orient", file};
