@@ -1,6 +1,7 @@
 #include "AxisSearch.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "BaseAreaScores.h"
 #include "Calipers.h"
@@ -24,12 +25,34 @@ Outline shadowOf(const MinBoundingBoxImpl& impl, const AxisPlane& plane) {
     return corners;
 }
 
+/// A vector from one vertex to another, as the axis sees it.
+Vector across(const MinBoundingBoxImpl& impl, const Vector& axis, int from, int to) {
+    const Vector edge = hullPoint(impl, to) - hullPoint(impl, from);
+    return axis * (edge * axis);
+}
+
+/// The longest of the vectors from a shadow's corner to the others.
+Vector longestFrom(const MinBoundingBoxImpl& impl, const Vector& axis, const Outline& shadow,
+                   int& corner) {
+    const int from = corner;
+    Vector longest;
+    for (const int to : shadow) {
+        const Vector edge = across(impl, axis, from, to);
+        if ((edge | edge) > (longest | longest)) {
+            longest = edge;
+            corner = to;
+        }
+    }
+    return longest;
+}
+
 /// The box of points whose shadow has no area: along the shadow, or any way round for a point.
 OrientedBox3 thinBox(MinBoundingBoxImpl& impl, const Vector& axis, const Outline& shadow) {
     Vector along;
-    if (shadow.size() == 2) {
-        const Vector edge = hullPoint(impl, shadow[1]) - hullPoint(impl, shadow[0]);
-        along = axis * (edge * axis);
+    if (!shadow.empty()) {
+        int end = shadow[0];
+        longestFrom(impl, axis, shadow, end);
+        along = longestFrom(impl, axis, shadow, end);
     }
     if ((along | along) == impl.zero) along = anyOrthogonal(axis);
     return boxAlong(impl, {along, axis * along, axis});
@@ -78,7 +101,9 @@ OrientedBox3 searchAroundAxis(MinBoundingBoxImpl& impl, int n, const UPoint3<flo
     if (hullVertexCount(impl) == 0 || !plane.isSound()) return noBox();
     if (hullVertexCount(impl) == 1) return lowDimensionBox(impl);
     const Vector direction = axis.As<double>();
-    const Outline shadow = shadowOf(impl, plane);
+    Outline shadow = shadowOf(impl, plane);
+    // Rounding can tell corners apart in the shadow that lie straight above each other.
+    removeSteep(impl, direction, shadow);
     if (shadow.size() < 3) return thinBox(impl, direction, shadow);
     Calipers calipers(impl);
     calipers.set(direction, shadow);
@@ -86,7 +111,7 @@ OrientedBox3 searchAroundAxis(MinBoundingBoxImpl& impl, int n, const UPoint3<flo
         impl, direction, calipers,
         [&](const Vector& origin, const Vector& along) { return rangeAlong(impl, origin, along); });
     const FrameState state = secure(impl, box);
-    if (state == FrameState::kDropped) return noBox();
     if (state == FrameState::kRetaken) measureAgain(impl, box);
-    return box.volume == box.volume ? toOrientedBox(impl, box) : noBox();
+    const bool isBox = state != FrameState::kDropped && !std::isnan(box.volume);
+    return isBox ? toOrientedBox(impl, box) : thinBox(impl, direction, shadow);
 }

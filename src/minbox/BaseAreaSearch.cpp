@@ -4,6 +4,7 @@
 #include "FaceWorkers.h"
 #include "HeightFinder.h"
 #include "LowDimensionBox.h"
+#include "OfferBox.h"
 #include "SearchHull.h"
 #include "Silhouette.h"
 
@@ -24,35 +25,32 @@ struct DirectionWorker {
     BoxCandidate best;
 };
 
-float keyOf(const MinBoundingBoxImpl& impl, const BoxCandidate& box) {
-    return impl.baseAreaMode ? box.score : box.height;
-}
+/// What the search makes small.
+class BoxKey {
+ public:
+    explicit BoxKey(const MinBoundingBoxImpl& impl) : m_isBaseArea(impl.baseAreaMode) {}
 
-/// Whether a candidate takes the best one's place; of equal keys the earlier one stays.
-bool isBetter(const MinBoundingBoxImpl& impl, const BoxCandidate& box, const BoxCandidate& best) {
-    const float key = keyOf(impl, box);
-    return key == key && (best.volume == impl.unset || keyOf(impl, best) > key);
-}
+    float operator()(const BoxCandidate& box) const {
+        return m_isBaseArea ? box.score : box.height;
+    }
+
+ private:
+    bool m_isBaseArea;
+};
 
 void searchDirection(const MinBoundingBoxImpl& impl, const SearchHull& hull, int face,
                      DirectionWorker& worker) {
     const Vector& direction = hull.normals()[static_cast<std::size_t>(face)];
-    const Outline& outline = worker.silhouette.along(face);
-    if (outline.size() < 3) return;
-    worker.calipers.set(direction, outline);
-    const auto makeBox = impl.baseAreaMode ? leastBaseBox : lowestBox;
-    BoxCandidate box =
-        makeBox(impl, direction, worker.calipers, [&](const Vector& origin, const Vector& along) {
-            return worker.heights.rangeAlong(origin, along);
-        });
-    if (!isBetter(impl, box, worker.best)) return;
-    const FrameState state = secure(impl, box);
-    if (state == FrameState::kDropped) return;
-    if (state == FrameState::kRetaken) {
-        measureAgain(impl, box);
-        if (!isBetter(impl, box, worker.best)) return;
-    }
-    worker.best = box;
+    const auto rangeAlong = [&](const Vector& origin, const Vector& along) {
+        return worker.heights.rangeAlong(origin, along);
+    };
+    const auto makeBox = [&] {
+        return impl.baseAreaMode ? leastBaseBox(impl, direction, worker.calipers, rangeAlong)
+                                 : lowestBox(impl, direction, worker.calipers, rangeAlong);
+    };
+    const auto remeasure = [&](BoxCandidate& box) { measureAgain(impl, box); };
+    offerOver(impl, direction, worker.silhouette.along(face), worker.calipers, makeBox,
+              BoxKey(impl), remeasure, worker.best);
 }
 
 /// Clears the mode when the search ends, however it does.
@@ -96,7 +94,8 @@ void searchDirections(MinBoundingBoxImpl& impl, const SearchHull& hull, BoxCandi
     workers.reserve(ranges.size());
     for (std::size_t t = 0; t < ranges.size(); ++t) workers.emplace_back(impl, hull);
     const auto merge = [&](std::size_t t) {
-        if (workers[t].best.volume != impl.unset && isBetter(impl, workers[t].best, best)) {
+        if (workers[t].best.volume != impl.unset &&
+            isBetter(impl, workers[t].best, best, BoxKey(impl))) {
             best = workers[t].best;
         }
     };

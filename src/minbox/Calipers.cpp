@@ -23,6 +23,20 @@ void removeCollinear(const MinBoundingBoxImpl& impl, const Vector& direction, Ou
     if (!outline.empty() && outline.back() == outline.front()) outline.pop_back();
 }
 
+void removeSteep(const MinBoundingBoxImpl& impl, const Vector& direction, Outline& outline) {
+    constexpr double kSteep = 1e-7;  // the sine of the angle to the direction
+    const double directionSquared = direction | direction;
+    const Outline all = outline;
+    outline.clear();
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const int following = all[i + 1 == all.size() ? 0 : i + 1];
+        const Vector edge = hullPoint(impl, following) - hullPoint(impl, all[i]);
+        const Vector along = (direction * edge) * direction;
+        const double whole = (edge | edge) * directionSquared * directionSquared;
+        if ((along | along) > kSteep * kSteep * whole) outline.push_back(all[i]);
+    }
+}
+
 std::array<int, 4> sortAngles(const SideAngles& entries, int count) {
     std::array<int, 4> order = {0, 1, 2, 3};
     const auto sortPair = [&](std::size_t i, std::size_t j) {

@@ -14,6 +14,11 @@ using Outline = std::vector<int>;
 /// Drops vertices in line with their neighbours, and a last vertex that repeats the first.
 void removeCollinear(const MinBoundingBoxImpl& impl, const Vector& direction, Outline& outline);
 
+/// Drops vertices from which an edge leads so nearly along the direction that rounding decides
+/// where it points across it. No box can stand on such an edge, and calipers that meet one lose
+/// their way.
+void removeSteep(const MinBoundingBoxImpl& impl, const Vector& direction, Outline& outline);
+
 /// A rectangle around an outline, its bottom side flush with an edge.
 struct CaliperRect {
     enum Side { kBase, kRight, kTop, kLeft };

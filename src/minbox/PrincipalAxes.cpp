@@ -66,9 +66,9 @@ void sweep(UMatrix4<float>& a, UMatrix4<float>& v) {
     }
 }
 
-/// 1, or a power of two by which to divide coordinates so large that their squares' sums overflow.
+/// 1, or a power of two by which to divide coordinates so large that their fourth powers overflow.
 float unitFor(const UPoint3<float>* points, int n) {
-    constexpr int kLargest = 45;
+    constexpr int kLargest = 29;
     float largest = 0.0f;
     for (int i = 0; i < n; ++i) {
         for (int k = 0; k < 3; ++k) largest = std::max(largest, std::fabs(points[i][k]));

@@ -34,8 +34,19 @@ Silhouette::Silhouette(const MinBoundingBoxImpl& impl, const std::vector<Vector>
 const Outline& Silhouette::along(int face) {
     m_direction = m_normals[static_cast<std::size_t>(face)];
     m_directionLength = m_links.normalLength(face);
-    if (!walkAround()) scanEdges();
+    const bool isWalked = walkAround();
+    if (!isWalked) {
+        scanEdges();
+        m_walked = m_outline;
+    }
     removeCollinear(m_impl, m_direction, m_outline);
+    if (!isWalked && m_outline.size() < 3) {
+        // An edge along the direction is in line with both its neighbours, and takes its two corners
+        // away.
+        m_outline = m_walked;
+        removeSteep(m_impl, m_direction, m_outline);
+        removeCollinear(m_impl, m_direction, m_outline);
+    }
     return m_outline;
 }
 

@@ -9,6 +9,7 @@
 #include "FaceWorkers.h"
 #include "HeightFinder.h"
 #include "LowDimensionBox.h"
+#include "OfferBox.h"
 #include "Silhouette.h"
 #include "TeskDebug/Exception.h"
 
@@ -31,36 +32,23 @@ struct FaceWorker {
     VolumeCandidate best;
 };
 
-VolumeCandidate faceBox(const MinBoundingBoxImpl& impl, const Vector& normal,
-                        const Outline& outline, FaceWorker& worker) {
-    worker.calipers.set(normal, outline);
-    const CaliperRect rect = worker.calipers.minRect();
-    const Vector& base = worker.calipers.point(rect.support[CaliperRect::kBase]);
-    VolumeCandidate box;
-    layOver(impl, rect, worker.calipers, normal, worker.heights.rangeAlong(base, normal), box);
-    return box;
-}
-
-/// Whether a candidate takes the best one's place; of equal volumes the earlier one stays.
-bool isBetter(const MinBoundingBoxImpl& impl, const VolumeCandidate& box,
-              const VolumeCandidate& best) {
-    return box.volume == box.volume && (best.volume == impl.unset || best.volume > box.volume);
+double volumeKey(const VolumeCandidate& box) {
+    return box.volume;
 }
 
 void searchFace(const MinBoundingBoxImpl& impl, const SearchHull& hull, int face,
                 FaceWorker& worker) {
     const Vector& normal = hull.normals()[static_cast<std::size_t>(face)];
-    const Outline& outline = worker.silhouette.along(face);
-    if (outline.size() < 3) return;
-    VolumeCandidate box = faceBox(impl, normal, outline, worker);
-    if (!isBetter(impl, box, worker.best)) return;
-    const FrameState state = secure(impl, box);
-    if (state == FrameState::kDropped) return;
-    if (state == FrameState::kRetaken) {
-        box.volume = volumeOf(box);
-        if (!isBetter(impl, box, worker.best)) return;
-    }
-    worker.best = box;
+    const auto makeBox = [&] {
+        const CaliperRect rect = worker.calipers.minRect();
+        const Vector& base = worker.calipers.point(rect.support[CaliperRect::kBase]);
+        VolumeCandidate box;
+        layOver(impl, rect, worker.calipers, normal, worker.heights.rangeAlong(base, normal), box);
+        return box;
+    };
+    const auto remeasure = [](VolumeCandidate& box) { box.volume = volumeOf(box); };
+    offerOver(impl, normal, worker.silhouette.along(face), worker.calipers, makeBox, volumeKey,
+              remeasure, worker.best);
 }
 
 void searchOnThisThread(MinBoundingBoxImpl& impl, const SearchHull& hull, FaceWorker& worker) {
@@ -149,7 +137,8 @@ void searchFaces(MinBoundingBoxImpl& impl, const SearchHull& hull, std::atomic<b
     workers.reserve(ranges.size());
     for (std::size_t t = 0; t < ranges.size(); ++t) workers.emplace_back(impl, hull);
     const auto merge = [&](std::size_t t) {
-        if (workers[t].best.volume != impl.unset && isBetter(impl, workers[t].best, best)) {
+        if (workers[t].best.volume != impl.unset &&
+            isBetter(impl, workers[t].best, best, volumeKey)) {
             best = workers[t].best;
         }
     };
@@ -181,6 +170,7 @@ OrientedBox3 searchLeastVolume(MinBoundingBoxImpl& impl, int n, const UPoint3<fl
     } else {
         searchAfterEachOther(impl, hull, faceBest, edgeBest);
     }
-    if (edgeBest.volume != impl.unset && isBetter(impl, edgeBest, faceBest)) faceBest = edgeBest;
+    if (edgeBest.volume != impl.unset && isBetter(impl, edgeBest, faceBest, volumeKey))
+        faceBest = edgeBest;
     return faceBest.volume == impl.unset ? noBox() : toOrientedBox(impl, faceBest);
 }

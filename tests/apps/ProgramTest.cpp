@@ -152,22 +152,26 @@ TEST_F(Program, CtrlCEndsItWithinATenthOfASecondAndLeavesNoFile) {
     const Part sphere = makeSphere(40.0f, 700'000);
     const std::string big =
         m_folder.write("big.stl", App::encoderFor(".stl")({sphere.positions, sphere.triangles}));
+    const std::string turned = m_folder.file("turned.stl");
     const std::size_t before = m_folder.countFiles();
-    for (const int delayMs : {20, 150, 400, 900}) {
-        const ProgramResult result =
-            runTeskOrient({"orient", big, "--output", m_folder.file("turned.stl")}, delayMs);
-        EXPECT_EQ(result.code, 130) << "after " << delayMs << " ms";
-        EXPECT_THAT(result.error, HasSubstr("tesk-orient: aborted\n"));
-        // On a fast machine the file may be complete by then.
-        const std::string turned = m_folder.file("turned.stl");
-        if (std::filesystem::exists(turned)) {
-            EXPECT_EQ(std::filesystem::file_size(turned), std::filesystem::file_size(big));
-            std::filesystem::remove(turned);
-        }
-        EXPECT_EQ(m_folder.countFiles(), before);
+    int aborted = 0;
+    for (const int delayMs : {20, 60, 150, 400, 900}) {
+        SCOPED_TRACE(delayMs);
+        const ProgramResult result = runTeskOrient({"orient", big, "--output", turned}, delayMs);
         RecordProperty("latencyMs" + std::to_string(delayMs),
                        static_cast<int>(std::lround(result.seconds * 1e3)));
+        // A fast machine is through before the later ones.
+        if (result.code == 0) {
+            EXPECT_EQ(std::filesystem::file_size(turned), std::filesystem::file_size(big));
+            std::filesystem::remove(turned);
+            continue;
+        }
+        ++aborted;
+        EXPECT_EQ(result.code, 130);
+        EXPECT_THAT(result.error, HasSubstr("tesk-orient: aborted\n"));
+        EXPECT_EQ(m_folder.countFiles(), before);
     }
+    EXPECT_GE(aborted, 2);
 }
 
 TEST_F(Program, AnInterruptThatTheParentIgnoresDoesNotEndIt) {

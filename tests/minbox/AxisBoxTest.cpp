@@ -87,6 +87,30 @@ TEST(AxisBox, PointsInAPlaneAlongTheAxisGiveAFlatBox) {
     EXPECT_LT(farthestOutside(box, points), 1e-6);
 }
 
+TEST(AxisBox, OfAPrismThatRunsAlongASkewAxisIsOverItsBase) {
+    // Whole coordinates: the prism's edges are exactly parallel to the axis, but rounding moves the
+    // two ends of each apart in the shadow.
+    const Points base = {{4, -2, 0}, {-4, 2, 0}, {20, 0, -5}, {12, 4, -5}, {-11, -17, 3}};
+    for (const Axis& along : {Axis(1, 2, 4), Axis(3, 6, 12), Axis(-7, -14, -28)}) {
+        Points prism = base;
+        for (const UPoint3<float>& p : base) prism.push_back(p + along);
+        const OrientedBox3 box = around({0.25f, 0.5f, 1.0f}, prism);
+        ASSERT_FALSE(isNoBox(box));
+        EXPECT_LT(farthestOutside(box, prism), 1e-5);
+        EXPECT_NEAR(crossSection(box), crossSection(around({0.25f, 0.5f, 1.0f}, base)), 1e-3f);
+    }
+}
+
+TEST(AxisBox, PointsInAPlaneAlongASkewAxisGiveAFlatBox) {
+    const Points points = {{-10, -17, -37}, {-5, 9, -1},    {0, 2, 2},      {-11, -8, -30},
+                           {-4, 6, -2},     {-2, 6, 2},     {-5, 8, -2},    {-15, -16, -46},
+                           {-12, -22, -46}, {-11, -3, -25}, {-19, -23, -61}};
+    const OrientedBox3 box = around({0.25f, 0.5f, 1.0f}, points);
+    ASSERT_FALSE(isNoBox(box));
+    EXPECT_LT(farthestOutside(box, points), 1e-5);
+    EXPECT_NEAR(std::min(box.extent.x, box.extent.y), 0.0f, 1e-4f);
+}
+
 TEST(AxisBox, NeitherReportsNorCanBeAborted) {
     MinBoundingBox calculator(2);
     calculator.setCallBackFunction([](int) { FAIL() << "a report"; });

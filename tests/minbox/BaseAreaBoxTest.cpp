@@ -54,6 +54,27 @@ TEST(BaseAreaBox, TheThirdAxisIsAHullFacesNormal) {
     }
 }
 
+TEST(BaseAreaBox, OfACubeWhoseEdgesRunExactlyAlongItsNormals) {
+    // Whole coordinates at a slant: the normals are so long that rounding leaves edges in every
+    // outline that run along the direction, and the calipers start on one.
+    for (const float unit : {1.0f, 3.0f, 1001.0f, 47033.0f, 141099.0f}) {
+        const UVector3<float> frame[3] = {{2, 3, 6}, {3, -6, 2}, {6, 2, -3}};
+        Points points;
+        for (const UPoint3<float>& p : boxCorners(2, 2, 2)) {
+            const UVector3<float> v = (frame[0] * p.x + frame[1] * p.y + frame[2] * p.z) * unit;
+            points.emplace_back(v.x, v.y, v.z);
+        }
+        const float half = 7 * unit;
+        for (const Operation& operation : allOperations()) {
+            if (std::string(operation.name) == "axis") continue;
+            MinBoundingBox calculator;
+            const OrientedBox3 box = operation.run(calculator, points);
+            ASSERT_FALSE(isNoBox(box)) << operation.name << " " << unit;
+            for (int i = 0; i < 3; ++i) EXPECT_NEAR(box.extent[i], half, 1e-6f * half);
+        }
+    }
+}
+
 TEST(BaseAreaBox, IsTheSameForAnyThreadCount) {
     for (const NamedPoints& set : comparisonPoints()) {
         const OrientedBox3 low = lowest(set.points);

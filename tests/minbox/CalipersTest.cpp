@@ -168,6 +168,24 @@ std::array<int, 4> sorted(std::vector<double> values) {
     return sortAngles(entries, static_cast<int>(values.size()));
 }
 
+TEST(RemoveSteep, DropsTheStartOfAnEdgeAlongTheDirection) {
+    Flat shape({{0, 0}, {2, 0}, {2, 0}, {2, 2}, {0, 2}, {1e-9, 2}});
+    (*shape.impl.computePoints)[8] = 5.0;
+    (*shape.impl.computePoints)[17] = 3.0;
+    removeSteep(shape.impl, {0, 0, 7}, shape.outline);
+    EXPECT_EQ(shape.outline, (Outline{0, 2, 3, 5}));
+    removeSteep(shape.impl, {0, 0, 7}, shape.outline);
+    EXPECT_EQ(shape.outline, (Outline{0, 2, 3, 5}));
+}
+
+TEST(RemoveSteep, LeavesNothingOfVerticesAboveEachOther) {
+    Flat shape({{1, 2}, {1, 2}, {1, 2}});
+    (*shape.impl.computePoints)[5] = 1.0;
+    (*shape.impl.computePoints)[8] = -3.0;
+    removeSteep(shape.impl, kUp, shape.outline);
+    EXPECT_TRUE(shape.outline.empty());
+}
+
 TEST(SortAngles, SortsAnyOrderOfTwoToFour) {
     for (int count = 2; count <= 4; ++count) {
         std::vector<double> values = {1, 2, 3, 4};

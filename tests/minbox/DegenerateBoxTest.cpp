@@ -45,6 +45,8 @@ std::vector<Case> cases() {
             {"AllEqual", {{7, 7, 7}, {7, 7, 7}, {7, 7, 7}, {7, 7, 7}}, {0, 0, 0}},
             {"Collinear", {{0, 0, 0}, {1, 2, 2}, {2, 4, 4}, {4, 8, 8}}, {12, 0, 0}},
             {"Coplanar", with(square, {{1, 1, 0}, {2, 0, 0}}), {4, 3, 0}},
+            {"CoplanarAskew", {{0, 0, 0}, {4, 4, 2}, {-2, 1, 2}, {2, 5, 4}}, {6, 3, 0}},
+            {"CollinearAlongZ", {{1, 2, 3}, {1, 2, -3}, {1, 2, 0}}, {6, 0, 0}},
             {"Duplicates", with(scaledBox(1), scaledBox(1)), {3, 2, 1}},
             {"NanAndInfinityAmongGoodPoints",
              with(scaledBox(1), {{kNan, 0, 0}, {9, kInfinity, 0}, {0, 9, -kInfinity}}),

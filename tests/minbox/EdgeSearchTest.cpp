@@ -17,7 +17,7 @@ TEST(DirectionIndex, FindsExactlyTheOrthogonalDirections) {
     std::vector<Vector> directions;
     for (int i = 0; i < 300; ++i) {
         // Few whole numbers, so that many pairs are orthogonal; the coordinate axes among them.
-        const Vector v(random.below(7) - 3, random.below(7) - 3, random.below(7) - 3);
+        const Vector v{random.below(7) - 3.0, random.below(7) - 3.0, random.below(7) - 3.0};
         if (!(v == Vector())) directions.push_back(v.GetNormal());
     }
     const DirectionIndex index(directions);

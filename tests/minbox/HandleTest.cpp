@@ -76,9 +76,15 @@ TEST(Handle, AssigningToItselfIsHarmless) {
 }
 
 /// Counts how often what it stands for was freed.
-struct Freed {
-    int& count;
-    ~Freed() { ++count; }
+class Freed {
+ public:
+    explicit Freed(int& count) : m_count(count) {}
+    Freed(const Freed&) = delete;
+    Freed& operator=(const Freed&) = delete;
+    ~Freed() { ++m_count; }
+
+ private:
+    int& m_count;
 };
 
 TEST(Handle, TheLastCopyFreesWhatIsSharedInAnyOrderOfDestruction) {

@@ -24,7 +24,7 @@ class KernelReference : public OnReferenceSets {
             std::vector<int> outline =
                 plainOutline(plain, face, next, static_cast<int>(plain.points.size()));
             Outline cleaned = outline;
-            plainRemoveCollinear(plain.points, n, outline);
+            plainTidyOutline(plain.points, n, outline);
             removeCollinear(m_impl, n, cleaned);
             ASSERT_EQ(outline, cleaned);
             if (outline.size() < 3) continue;

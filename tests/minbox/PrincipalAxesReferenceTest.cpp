@@ -32,7 +32,8 @@ TEST(PrincipalAxesReference, TheBoxAgreesOnSmallSets) {
     TestRandom random(25);
     for (int i = 0; i < (testsAreSmall() ? 500 : 20000) && !testing::Test::HasFailure(); ++i) {
         SCOPED_TRACE(i);
-        compare(pointsOnGrid(1 + random.below(6), 1 + random.below(4), random));
+        const int count = 1 + random.below(6);
+        compare(pointsOnGrid(count, 1 + random.below(4), random));
     }
 }
 

@@ -78,6 +78,18 @@ TEST(PrincipalAxes, WithoutFinitePointsThereIsNoBox) {
     EXPECT_TRUE(isNoBox(boxOf({{0, 0, 0}, {1, 1, -infinity}})));
 }
 
+TEST(PrincipalAxes, OfALargePartAreThoseOfASmallOne) {
+    for (const float s : {0x1p20f, 0x1p30f, 0x1p34f, 0x1p50f, 0x1p100f}) {
+        const OrientedBox3 box = boxOf({{0, 0, 0}, {3 * s, s, 0}, {0, 2 * s, s}, {s, s, s}});
+        const OrientedBox3 small =
+            boxOf({{0, 0, 0}, {3000, 1000, 0}, {0, 2000, 1000}, {1000, 1000, 1000}});
+        ASSERT_FALSE(isNoBox(box));
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_NEAR(box.extent[i] / s, small.extent[i] / 1000.0f, 1e-4f) << s;
+        }
+    }
+}
+
 TEST(PrincipalAxes, VeryLargeCoordinatesDoNotOverflow) {
     const OrientedBox3 box = boxOf(boxCorners(2e30f, 4e30f, 3e30f));
     EXPECT_FLOAT_EQ(box.extent.x, 4e30f);

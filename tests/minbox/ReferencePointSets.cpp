@@ -36,8 +36,9 @@ Points slantedGrid(TestRandom& random) {
     const UVector3<float>* frame = frames[random.below(2)];
     const float unit = static_cast<float>(1 + random.below(random.below(2) == 0 ? 9 : 200000));
     Points points;
-    for (const UPoint3<float>& p :
-         pointsOnGrid(6 + random.below(60), 2 + random.below(4), random)) {
+    const int count = 6 + random.below(60);
+    const int steps = 2 + random.below(4);
+    for (const UPoint3<float>& p : pointsOnGrid(count, steps, random)) {
         const UVector3<float> v =
             frame[0] * (unit * p.x) + frame[1] * (unit * p.y) + frame[2] * (unit * p.z);
         points.emplace_back(v.x, v.y, v.z);
@@ -126,9 +127,11 @@ std::string nameOfSet(const testing::TestParamInfo<ReferenceSet>& tested) {
 
 Points randomSolid(TestRandom& random) {
     Points points;
+    int count = 0;
     switch (random.below(6)) {
         case 0:
-            points = pointsOnGrid(5 + random.below(60), 2 + random.below(6), random);
+            count = 5 + random.below(60);
+            points = pointsOnGrid(count, 2 + random.below(6), random);
             break;
         case 1:
             points = transformed(prismCorners(3 + random.below(60), random.in(1e-3f, 3)),

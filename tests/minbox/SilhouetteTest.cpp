@@ -71,8 +71,7 @@ TEST(Silhouette, OfEveryFaceIsThatOfTheScanOverAllEdges) {
         for (int face = 0; face < outlines.hull.faceCount(); ++face) {
             std::vector<int> expected =
                 plainOutline(plain, face, next, static_cast<int>(plain.points.size()));
-            plainRemoveCollinear(plain.points, plain.normals[static_cast<std::size_t>(face)],
-                                 expected);
+            plainTidyOutline(plain.points, plain.normals[static_cast<std::size_t>(face)], expected);
             ASSERT_EQ(outlines.silhouette.along(face), expected) << set.name;
         }
     }

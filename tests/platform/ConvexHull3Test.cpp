@@ -76,7 +76,8 @@ TEST(ConvexHull3, IsExactOnNoisyParts) {
 TEST(ConvexHull3, IsExactOnSmallGridsFullOfTies) {
     TestRandom random(22);
     for (int i = 0; i < (testsAreSmall() ? 500 : 5000); ++i) {
-        const Points points = pointsOnGrid(1 + random.below(60), 1 + random.below(6), random);
+        const int count = 1 + random.below(60);
+        const Points points = pointsOnGrid(count, 1 + random.below(6), random);
         ASSERT_EQ(faultOf(hullOf(points), points), "") << i;
     }
 }

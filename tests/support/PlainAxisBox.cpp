@@ -36,6 +36,11 @@ std::vector<int> plainAxisPolygon(const gte::ConvexHull3& hull, const UVector3<f
     const gte::ConvexHull2 flat(coordinates, static_cast<int>(hull.getVertices().size()));
     std::vector<int> polygon = flat.getIndices();
     if (!isRightHanded) std::reverse(polygon.begin(), polygon.end());
+    std::vector<UVector3<double>> points;
+    for (const UPoint3<float>& p : hull.getVertices()) {
+        points.push_back((p - UPoint3<float>()).As<double>());
+    }
+    plainRemoveSteep(points, axis.As<double>(), polygon);
     return polygon;
 }
 

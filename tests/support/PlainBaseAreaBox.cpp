@@ -100,7 +100,7 @@ PlainBoxRecord plainLeastHeight(const PlainHull& hull, int threadCount) {
     };
     const auto offer = [&](int face, const std::vector<int>& outline, PlainBoxRecord& best) {
         const PlainBoxRecord record = plainLowestBox(hull, hull.normals[face], outline);
-        plainOffer(hull, record, heightKey, remeasure, best);
+        return plainOffer(hull, record, heightKey, remeasure, best);
     };
     return plainBestOfFaces(hull, threadCount, hull.pointCount, heightKey, offer);
 }
@@ -114,7 +114,7 @@ PlainBoxRecord plainLeastBaseArea(const PlainHull& hull, int threadCount) {
     };
     const auto offer = [&](int face, const std::vector<int>& outline, PlainBoxRecord& best) {
         const PlainBoxRecord record = plainLeastSideBox(hull, hull.normals[face], outline);
-        plainOffer(hull, record, scoreKey, remeasure, best);
+        return plainOffer(hull, record, scoreKey, remeasure, best);
     };
     return plainBestOfFaces(hull, threadCount, hull.pointCount, scoreKey, offer);
 }

@@ -46,27 +46,28 @@ OrientedBox3 plainOrientedBox(const PlainBoxRecord& record);
 
 /// Puts a candidate into a slot if it is better: if the slot is unset or its key strictly greater.
 /// The candidate is secured first; where that changed it, `remeasure` forms volume and key anew
-/// and the comparison is made again. A NaN key is no candidate.
+/// and the comparison is made again. Returns false for what is no candidate: a NaN key, or a frame
+/// that was dropped.
 template <class Key, class Remeasure>
-void plainOffer(const PlainHull& hull, PlainBoxRecord candidate, Key key, Remeasure remeasure,
+bool plainOffer(const PlainHull& hull, PlainBoxRecord candidate, Key key, Remeasure remeasure,
                 PlainBoxRecord& best) {
-    const auto isBetter = [&] {
-        if (key(candidate) != key(candidate)) return false;
-        return key(best) == -1 || key(best) > key(candidate);
-    };
-    if (!isBetter()) return;
+    const auto isBetter = [&] { return key(best) == -1 || key(best) > key(candidate); };
+    if (key(candidate) != key(candidate)) return false;
+    if (!isBetter()) return true;
     const PlainSecured secured = plainSecure(hull, candidate);
-    if (secured == PlainSecured::kDropped) return;
+    if (secured == PlainSecured::kDropped) return false;
     if (secured == PlainSecured::kRetaken) {
         remeasure(candidate);
-        if (!isBetter()) return;
+        if (key(candidate) != key(candidate) || !isBetter()) return true;
     }
     best = candidate;
+    return true;
 }
 
 /// The best record of the faces: `offer(face, outline, best)` is called for every face whose
-/// outline has more than two vertices. With more than one thread every range of faces has its own
-/// best record and links, and the records are merged in order, the earlier of equal keys first.
+/// outline has more than two vertices, and again without steep edges if it returns false. With more
+/// than one thread every range of faces has its own best record and links, and the records are
+/// merged in order, the earlier of equal keys first.
 template <class Key, class Offer>
 PlainBoxRecord plainBestOfFaces(const PlainHull& hull, int threadCount, int walkLimit, Key key,
                                 Offer offer) {
@@ -76,7 +77,9 @@ PlainBoxRecord plainBestOfFaces(const PlainHull& hull, int threadCount, int walk
         std::vector<int> next(walkLimit, 0);
         for (int face = first; face <= last; ++face) {
             std::vector<int> outline = plainOutline(hull, face, next, walkLimit);
-            plainRemoveCollinear(hull.points, hull.normals[face], outline);
+            plainTidyOutline(hull.points, hull.normals[face], outline);
+            if (outline.size() < 3 || offer(face, outline, bestOfRange)) continue;
+            plainRemoveSteep(hull.points, hull.normals[face], outline);
             if (outline.size() > 2) offer(face, outline, bestOfRange);
         }
         if (key(bestOfRange) == -1) continue;

@@ -40,6 +40,28 @@ void plainRemoveCollinear(const PlainPoints& points, const UVector3<double>& n,
     if (!outline.empty() && outline.back() == outline.front()) outline.pop_back();
 }
 
+void plainRemoveSteep(const PlainPoints& points, const UVector3<double>& n,
+                      std::vector<int>& outline) {
+    std::vector<int> kept;
+    for (int i = 0; i < static_cast<int>(outline.size()); ++i) {
+        const UVector3<double> e = points[outline[after(i, outline)]] - points[outline[i]];
+        const UVector3<double> r0 = (n * e) * n;
+        const double nn = n | n;
+        if ((r0 | r0) > 1e-7 * 1e-7 * ((e | e) * nn * nn)) kept.push_back(outline[i]);
+    }
+    outline = kept;
+}
+
+void plainTidyOutline(const PlainPoints& points, const UVector3<double>& n,
+                      std::vector<int>& outline) {
+    const std::vector<int> all = outline;
+    plainRemoveCollinear(points, n, outline);
+    if (outline.size() > 2) return;
+    outline = all;
+    plainRemoveSteep(points, n, outline);
+    plainRemoveCollinear(points, n, outline);
+}
+
 PlainRect plainEdgeRect(const PlainPoints& points, const UVector3<double>& n,
                         const std::vector<int>& outline, int i0, int i1) {
     PlainRect rect;

@@ -35,6 +35,15 @@ using PlainPoints = std::vector<UVector3<double>>;
 void plainRemoveCollinear(const PlainPoints& points, const UVector3<double>& n,
                           std::vector<int>& outline);
 
+/// Drops vertices from which an edge leads along n, to within a sine of 1e-7.
+void plainRemoveSteep(const PlainPoints& points, const UVector3<double>& n,
+                      std::vector<int>& outline);
+
+/// Drops vertices in line with their neighbours; where fewer than three are left, those that steep
+/// edges start at, and then again.
+void plainTidyOutline(const PlainPoints& points, const UVector3<double>& n,
+                      std::vector<int>& outline);
+
 /// The rectangle whose bottom side is flush with the edge from position i0 to position i1.
 PlainRect plainEdgeRect(const PlainPoints& points, const UVector3<double>& n,
                         const std::vector<int>& outline, int i0, int i1);

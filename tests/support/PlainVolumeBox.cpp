@@ -33,7 +33,7 @@ PlainBoxRecord plainFaceSearch(const PlainHull& hull, int threadCount) {
     const auto offer = [&](int face, const std::vector<int>& outline, PlainBoxRecord& best) {
         const UVector3<double>& n = hull.normals[face];
         const PlainRect rect = plainMinRect(hull.points, n, outline);
-        plainOffer(
+        return plainOffer(
             hull, plainBoxOver(hull, rect, n, outline), volumeOf,
             [](PlainBoxRecord& r) { r.volume = plainVolume(r); }, best);
     };
