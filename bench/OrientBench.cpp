@@ -45,15 +45,20 @@ std::uint64_t hashOfBaseline(const std::vector<float>& areas, MeshKernel& mesh,
 std::uint64_t hashOfShipped(const std::vector<float>& areas, const MeshKernel& mesh,
                             const Directions& candidates, const Configure& config) {
     BitHash hash;
-    EvaluationBuffers buffers;
     const FlatMesh flat = flatten(*mesh.getMesh(), mesh.getMatrix());
-    for (const UVector3<float>& direction : candidates) {
-        float height, supportVolume, overhangArea, projectedArea, boxVolume, reserved;
-        evaluateOrient(areas, flat, direction, config.overhangAngle, /*computeSupport=*/true,
-                       height, supportVolume, overhangArea, projectedArea, boxVolume, reserved,
-                       config.baseHeight, buffers);
-        for (const float value : {height, supportVolume, overhangArea, projectedArea, boxVolume}) {
-            hash.add(value);
+    OrientEvaluator evaluator(areas, flat, config.overhangAngle, /*computeSupport=*/true,
+                              config.baseHeight);
+    for (std::size_t first = 0; first < candidates.size(); first += kGroupSize) {
+        const std::size_t count = std::min(kGroupSize, candidates.size() - first);
+        evaluator.begin(std::span(candidates).subspan(first, count));
+        for (std::size_t k = 0; k < count; ++k) {
+            float height, supportVolume, overhangArea, projectedArea, boxVolume, reserved;
+            evaluator.evaluate(k, height, supportVolume, overhangArea, projectedArea, boxVolume,
+                               reserved);
+            for (const float value :
+                 {height, supportVolume, overhangArea, projectedArea, boxVolume}) {
+                hash.add(value);
+            }
         }
     }
     return hash.value();

@@ -58,11 +58,10 @@ void compareWithPlain(const MeshKernel& mesh, const UVector3<float>& direction,
         plainEvaluation(areas, mesh, direction, config.overhangAngle, /*computeSupport=*/true,
                         config.baseHeight, PlainSearch::kTrianglesOfColumn);
     PlainScores s;
-    EvaluationBuffers buffers;
     evaluateOrient(areas, flatten(*mesh.getMesh(), mesh.getMatrix()), direction,
                    config.overhangAngle, /*computeSupport=*/true, s.height, s.supportVolume,
-                   s.overhangArea, s.projectedArea, s.boxVolume, s.reservedScore, config.baseHeight,
-                   buffers);
+                   s.overhangArea, s.projectedArea, s.boxVolume, s.reservedScore,
+                   config.baseHeight);
     expectSame(s.height, plain.height);
     expectSame(s.supportVolume, plain.supportVolume);
     expectSame(s.overhangArea, plain.overhangArea);

@@ -41,8 +41,8 @@ const Outline& Silhouette::along(int face) {
     }
     removeCollinear(m_impl, m_direction, m_outline);
     if (!isWalked && m_outline.size() < 3) {
-        // An edge along the direction is in line with both its neighbours, and takes its two corners
-        // away.
+        // An edge along the direction is in line with both its neighbours, and takes its two
+        // corners away.
         m_outline = m_walked;
         removeSteep(m_impl, m_direction, m_outline);
         removeCollinear(m_impl, m_direction, m_outline);

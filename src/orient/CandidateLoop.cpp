@@ -3,7 +3,7 @@
 #include <omp.h>
 
 #include <algorithm>
-#include <thread>
+#include <span>
 
 #include "EvaluateOrient.h"
 #include "TeskDebug/Exception.h"
@@ -20,18 +20,8 @@ CandidateLoop::CandidateLoop(const FlatMesh& mesh, const std::vector<float>& are
       m_scores(scores) {}
 
 void CandidateLoop::run() {
-    const auto count = static_cast<std::int32_t>(m_candidates.size());
-    const std::thread::id callingThread = std::this_thread::get_id();
 #pragma omp parallel
-    {
-        EvaluationBuffers buffers;
-#pragma omp for schedule(static)
-        for (std::int32_t i = 0; i < count; ++i) {
-            if (m_isAborted) continue;
-            evaluate(static_cast<std::size_t>(i), buffers);
-            if (std::this_thread::get_id() == callingThread) report(omp_get_num_threads());
-        }
-    }
+    runShare(omp_get_thread_num(), omp_get_num_threads());
     if (m_failure) std::rethrow_exception(m_failure);
     if (m_isAborted) throw Tesk::AbortException("Aborting...");
 }
@@ -41,13 +31,32 @@ bool CandidateLoop::needsSupport() const {
            m_config.computeSupport != 0;
 }
 
+/// Shares of one after another candidate, the first threads' one larger where they do not come out
+/// even.
+std::size_t CandidateLoop::firstOfShare(int thread, int threads) const {
+    const auto t = static_cast<std::size_t>(thread);
+    const auto shares = static_cast<std::size_t>(threads);
+    return m_candidates.size() / shares * t + std::min(m_candidates.size() % shares, t);
+}
+
 // An exception must not leave the parallel region: the first one is kept and ends the loop.
-void CandidateLoop::evaluate(std::size_t i, EvaluationBuffers& buffers) {
+void CandidateLoop::runShare(int thread, int threads) {
     try {
-        evaluateOrient(m_areas, m_mesh, m_candidates[i], m_config.overhangAngle, needsSupport(),
-                       m_scores.height[i], m_scores.supportVolume[i], m_scores.overhangArea[i],
-                       m_scores.projectedArea[i], m_scores.boxVolume[i], m_scores.reservedScore[i],
-                       m_config.baseHeight, buffers);
+        OrientEvaluator evaluator(m_areas, m_mesh, m_config.overhangAngle, needsSupport(),
+                                  m_config.baseHeight);
+        const std::size_t end = firstOfShare(thread + 1, threads);
+        for (std::size_t first = firstOfShare(thread, threads); first < end && !m_isAborted;
+             first += kGroupSize) {
+            const std::size_t count = std::min(kGroupSize, end - first);
+            evaluator.begin(std::span(m_candidates).subspan(first, count));
+            for (std::size_t k = 0; k < count && !m_isAborted; ++k) {
+                const std::size_t i = first + k;
+                evaluator.evaluate(k, m_scores.height[i], m_scores.supportVolume[i],
+                                   m_scores.overhangArea[i], m_scores.projectedArea[i],
+                                   m_scores.boxVolume[i], m_scores.reservedScore[i]);
+                if (thread == 0) report(threads);
+            }
+        }
     } catch (...) {
 #pragma omp critical(tesk_orient_failure)
         if (!m_failure) m_failure = std::current_exception();

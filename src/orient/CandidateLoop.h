@@ -11,10 +11,10 @@
 #include "RankOrients.h"
 #include "TeskDataBasic/UVector3.h"
 
-struct EvaluationBuffers;
-
-/// The parallel evaluation of all candidates. Only the calling thread reports progress; its abort
-/// request reaches the other threads through a flag that each reads before its next candidate.
+/// The parallel evaluation of all candidates: each thread takes a share of them, in order, and
+/// those in groups. Only the calling thread reports progress; its abort
+/// request reaches the other threads through a flag that each reads before its next
+/// candidate.
 class CandidateLoop {
  public:
     /// Keeps references to everything but its own counters.
@@ -29,7 +29,8 @@ class CandidateLoop {
 
  private:
     bool needsSupport() const;
-    void evaluate(std::size_t i, EvaluationBuffers& buffers);
+    std::size_t firstOfShare(int thread, int threads) const;
+    void runShare(int thread, int threads);
     void report(int threads);
 
     const FlatMesh& m_mesh;

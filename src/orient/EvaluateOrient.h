@@ -1,37 +1,65 @@
 #pragma once
 
+#include <array>
+#include <span>
 #include <vector>
 
 #include "FlatMesh.h"
+#include "HittableTriangles.h"
+#include "SampleGrid.h"
+#include "SupportSampling.h"
 #include "TeskDataBasic/UVector3.h"
+#include "TurnedPart.h"
 
-/// Working memory of evaluations that run one after another on one thread.
-struct EvaluationBuffers {
-    std::vector<float> x, y, z;  ///< the turned vertices, numbered as in the FlatMesh
-};
-
-/// Measures one candidate build direction: turns the placed mesh about the centre of its placed
-/// box so that `direction` points along +Z, lifts it to `baseHeight` if that is above −1, and sets
-/// all six outputs. The four support measures are 0 where `computeSupport` is false.
+/// Measures candidate build directions: turns the placed mesh about the centre of its placed box
+/// so that the direction points along +Z, and lifts it to `baseHeight` if that is above −1.
 ///
 /// Support is sampled in columns: through the middle of each cell of a grid under the part's
 /// footprint (a cell is about a fortieth of the footprint's shorter side, and the grid reaches one
 /// unit beyond it) runs a vertical line, and the triangles that it meets tell where the column
 /// enters and leaves the part.
 ///
-/// @param areas          area of every triangle, in mesh order
-/// @param mesh           only read; any number of evaluations may share it
-/// @param direction      any length above zero
-/// @param overhangAngle  degrees
-/// @param height         z extent of the turned part
-/// @param supportVolume  sum over columns of the drops below overhanging triangles, times the cell
-/// @param overhangArea   areas of the overhanging triangles, once per column that meets one
-/// @param projectedArea  area of the columns that meet at least two triangles
-/// @param boxVolume      volume of the turned part's box
-/// @param reservedScore  always 0
-/// @param buffers        reused from call to call; what it holds on entry does not matter
+/// Holds working memory; one per thread. Any number of them may share a mesh.
+class OrientEvaluator {
+ public:
+    /// Keeps references to mesh and areas.
+    ///
+    /// @param areas           area of every triangle, in mesh order
+    /// @param overhangAngle   degrees
+    /// @param computeSupport  where it is false, the four support measures are 0
+    OrientEvaluator(const std::vector<float>& areas, const FlatMesh& mesh, float overhangAngle,
+                    bool computeSupport, float baseHeight);
+
+    /// Turns the part for up to kGroupSize directions, any length above zero, which go through the
+    /// mesh together. evaluate() then speaks of them.
+    void begin(std::span<const UVector3<float>> directions);
+
+    /// Measures the direction at a place of the group, and sets all six.
+    ///
+    /// @param height         z extent of the turned part
+    /// @param supportVolume  sum over columns of the drops below overhanging triangles, times the
+    ///                       cell
+    /// @param overhangArea   areas of the overhanging triangles, once per column that meets one
+    /// @param projectedArea  area of the columns that meet at least two triangles
+    /// @param boxVolume      volume of the turned part's box
+    /// @param reservedScore  always 0
+    void evaluate(std::size_t place, float& height, float& supportVolume, float& overhangArea,
+                  float& projectedArea, float& boxVolume, float& reservedScore);
+
+ private:
+    const FlatMesh& m_mesh;
+    float m_overhangCosine;
+    bool m_computeSupport;
+    float m_baseHeight;
+    std::array<TurnedPart, kGroupSize> m_parts;
+    std::array<SampleGrid, kGroupSize> m_grids;
+    HittableFinder m_finder;
+    HittableTriangles m_hittable;
+    SupportSampler m_sampler;
+};
+
+/// Measures one candidate build direction alone, as an OrientEvaluator does.
 void evaluateOrient(const std::vector<float>& areas, const FlatMesh& mesh,
                     UVector3<float> direction, float overhangAngle, bool computeSupport,
                     float& height, float& supportVolume, float& overhangArea, float& projectedArea,
-                    float& boxVolume, float& reservedScore, const float& baseHeight,
-                    EvaluationBuffers& buffers);
+                    float& boxVolume, float& reservedScore, const float& baseHeight);

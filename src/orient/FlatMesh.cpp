@@ -1,5 +1,9 @@
 #include "FlatMesh.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 namespace {
 
 using Mesh = UMesh<float>;
@@ -29,12 +33,24 @@ std::vector<std::int32_t> copyVertices(const Mesh& mesh, FlatMesh& flat) {
     return place;
 }
 
+float reachOf(const FlatMesh& flat) {
+    float reach = 0.0f;
+    for (const std::vector<float>* values : {&flat.x, &flat.y, &flat.z}) {
+        for (const float value : *values) {
+            if (!std::isfinite(value)) return std::numeric_limits<float>::infinity();
+            reach = std::max(reach, std::fabs(value));
+        }
+    }
+    return reach;
+}
+
 }  // namespace
 
 FlatMesh flatten(const Mesh& mesh, const UMatrix4<float>& placement) {
     FlatMesh flat;
     flat.placement = placement;
     const std::vector<std::int32_t> place = copyVertices(mesh, flat);
+    flat.reach = reachOf(flat);
     flat.corners.resize(static_cast<std::size_t>(mesh.TriangleCount()));
     for (std::int32_t i = 0; i < mesh.TriangleCount(); ++i) {
         const UTriangle<float>& triangle = *mesh.Triangle(i);

@@ -13,6 +13,8 @@ struct FlatMesh {
     /// Coordinates in the mesh's own frame, one entry per vertex of the mesh. Vertices that are
     /// not deleted come first, in list order.
     std::vector<float> x, y, z;
+    /// The largest coordinate's size; infinite where one is not a finite number.
+    float reach = 0.0f;
     /// How many of the vertices are not deleted: only these count for boxes.
     std::size_t keptVertices = 0;
     /// Corner indices into the arrays above, one entry per triangle in list order.

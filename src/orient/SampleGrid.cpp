@@ -1,6 +1,7 @@
 #include "SampleGrid.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -50,6 +51,24 @@ SampleLine::SampleLine(float low, float high, float step) {
         next = x + step;
     } while (next < high && next > x);
     m_cellsPerUnit = 1.0f / step;
+    setScale();
+}
+
+void SampleLine::setScale() {
+    // Codes count the samples twice, in 16 bits.
+    constexpr std::size_t kMostSamples = 32767;
+    if (size() > kMostSamples || !isUsable(m_cellsPerUnit)) return;
+    const auto count = static_cast<float>(size());
+    float farthest = 0.0f;
+    for (std::size_t i = 0; i < size(); ++i) {
+        const float place = (m_middles[i] - m_middles.front()) * m_cellsPerUnit + 1.0f;
+        farthest = std::max(farthest, std::fabs(place - static_cast<float>(i + 1)));
+    }
+    // And what adding and subtracting the slack may round off.
+    constexpr float kRounding = 0x1p-22f;
+    const float slack = farthest + (count + 2.0f) * kRounding;
+    if (!(slack < 0.25f)) return;
+    m_scale = {m_middles.front(), m_cellsPerUnit, count + 0.75f, slack};
 }
 
 std::size_t SampleLine::countBelow(float value) const {
@@ -70,6 +89,12 @@ std::size_t SampleLine::countBelow(float value) const {
     }
     const auto found = std::lower_bound(m_middles.begin(), m_middles.end(), value);
     return static_cast<std::size_t>(found - m_middles.begin());
+}
+
+std::size_t SampleLine::countUpTo(float value) const {
+    std::size_t i = countBelow(value);
+    while (i < size() && m_middles[i] == value) ++i;
+    return i;
 }
 
 SampleGrid makeSampleGrid(const UBox3<float>& box) {

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include "TeskDataBasic/UBox3.h"
+#include "TurnKernels.h"
 
 /// The sample coordinates along one axis, ascending: the middles of the cells.
 class SampleLine {
@@ -17,19 +19,24 @@ class SampleLine {
 
     std::size_t size() const { return m_middles.size(); }
     float operator[](std::size_t i) const { return m_middles[i]; }
+    const float* data() const { return m_middles.data(); }
 
     /// The number of samples below `value` (0 for NaN), so the first sample at or above it.
     std::size_t countBelow(float value) const;
 
-    /// Whether a sample lies in [low, high].
-    bool hasSampleIn(float low, float high) const {
-        const std::size_t i = countBelow(low);
-        return i < size() && m_middles[i] <= high;
-    }
+    /// The number of samples at or below `value`.
+    std::size_t countUpTo(float value) const;
+
+    /// How to tell between which samples a value lies; none where the line has too many samples
+    /// for a code, or accumulated rounding has moved them too far.
+    const std::optional<SampleScale>& scale() const { return m_scale; }
 
  private:
+    void setScale();
+
     std::vector<float> m_middles;
     float m_cellsPerUnit = 0.0f;
+    std::optional<SampleScale> m_scale;
 };
 
 /// The grid of sample points under a part: about 40 square cells across the shorter side of the

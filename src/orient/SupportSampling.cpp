@@ -1,187 +1,224 @@
 #include "SupportSampling.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <limits>
 
-#include "TriangleRectTree.h"
+#include "TeskDataBasic/UPoint2.h"
+#include "TeskDataBasic/UVector2.h"
 
 namespace {
 
-/// A turned triangle's three corners.
-struct Corners {
-    UPoint3<float> a, b, c;
-};
-
-Corners cornersOf(const TurnedMesh& mesh, std::int32_t triangle) {
-    const auto point = [&](std::int32_t vertex) {
-        const auto v = static_cast<std::size_t>(vertex);
-        return UPoint3<float>(mesh.x[v], mesh.y[v], mesh.z[v]);
-    };
-    const auto& [a, b, c] = mesh.corners[static_cast<std::size_t>(triangle)];
-    return {point(a), point(b), point(c)};
-}
+/// A window with more samples under rectangles than this, or more samples, is measured in halves.
+constexpr std::uint64_t kMostHits = 1u << 20;
+constexpr std::uint64_t kMostCells = 1u << 22;
 
 UPoint2<float> fromAbove(const UPoint3<float>& p) {
     return {p.x, p.y};
 }
 
-/// Grows a bound by comparisons that pass over a NaN.
-void extend(float& low, float& high, float value) {
-    low = value < low ? value : low;
-    high = value > high ? value : high;
-}
+/// Least and greatest of three numbers; a NaN is passed over.
+struct Bounds {
+    float low = std::numeric_limits<float>::max();
+    float high = -std::numeric_limits<float>::max();
 
-Rect rectOf(float xa, float xb, float xc, float ya, float yb, float yc) {
-    Rect rect;
-    for (const float x : {xa, xb, xc}) extend(rect.minX, rect.maxX, x);
-    for (const float y : {ya, yb, yc}) extend(rect.minY, rect.maxY, y);
-    return rect;
-}
-
-Rect rectOf(const Corners& t) {
-    return rectOf(t.a.x, t.b.x, t.c.x, t.a.y, t.b.y, t.c.y);
-}
-
-/// The triangles whose rectangle holds a sample point: on a fine mesh, almost none.
-std::vector<TriangleRect> triangleRects(const TurnedMesh& mesh, const SampleGrid& grid) {
-    std::vector<TriangleRect> rects;
-    for (std::size_t i = 0; i < mesh.corners.size(); ++i) {
-        const auto triangle = static_cast<std::int32_t>(i);
-        const Corners t = cornersOf(mesh, triangle);
-        const Rect rect = rectOf(t);
-        if (!grid.columns.hasSampleIn(rect.minX, rect.maxX) ||
-            !grid.rows.hasSampleIn(rect.minY, rect.maxY)) {
-            continue;
+    Bounds(float a, float b, float c) {
+        for (const float value : {a, b, c}) {
+            low = value < low ? value : low;
+            high = value > high ? value : high;
         }
-        rects.push_back(
-            {rect, {(t.a.x + t.b.x + t.c.x) / 3.0f, (t.a.y + t.b.y + t.c.y) / 3.0f}, triangle});
     }
-    return rects;
-}
-
-/// Where p lies against the three edges: inside for either winding, or exactly on the line through
-/// an edge, which within the triangle's rectangle counts as inside too.
-bool isUnder(const Corners& t, const UPoint2<float>& p) {
-    const auto side = [&](const UPoint3<float>& from, const UPoint3<float>& to) {
-        return (fromAbove(to) - fromAbove(from)) * (p - fromAbove(from));
-    };
-    const float ab = side(t.a, t.b);
-    const float bc = side(t.b, t.c);
-    const float ca = side(t.c, t.a);
-    if (ab == 0.0f || bc == 0.0f || ca == 0.0f) return true;
-    return (ab < 0.0f && bc < 0.0f && ca < 0.0f) || (ab > 0.0f && bc > 0.0f && ca > 0.0f);
-}
-
-/// Where a column meets a triangle's plane.
-struct Hit {
-    std::int32_t triangle;
-    float z;
-};
-
-constexpr std::int32_t kGround = -1;
-
-/// The plane's z above p, by Cramer's rule; not finite where the triangle stands upright.
-/// Differences and products of floats are exact in double; the hit is put together in float.
-float planeHeight(const Corners& t, const UPoint2<float>& p) {
-    const UVector3<float> u = t.b - t.a;
-    const UVector3<float> v = t.c - t.a;
-    const UVector2<float> d = p - fromAbove(t.a);
-    const UVector2<double> du(static_cast<double>(u.x), static_cast<double>(u.y));
-    const UVector2<double> dv(static_cast<double>(v.x), static_cast<double>(v.y));
-    const UVector2<double> dp(static_cast<double>(d.x), static_cast<double>(d.y));
-    const double determinant = du * dv;
-    if (determinant == 0.0) return std::numeric_limits<float>::quiet_NaN();
-    const auto s = static_cast<float>((dp * dv) / determinant);
-    const auto r = static_cast<float>((du * dp) / determinant);
-    return t.a.z + u.z * s + v.z * r;
-}
-
-/// The upward part of the triangle's unit normal.
-float normalZ(const Corners& t) {
-    return ((t.b - t.a) * (t.c - t.b)).GetNormal().z;
-}
-
-/// Measures one column after another, with lists that are reused.
-class ColumnSampler {
- public:
-    ColumnSampler(const TurnedMesh& mesh, const SampleGrid& grid, float overhangCosine)
-        : m_mesh(mesh),
-          m_cellArea(grid.cellArea),
-          m_overhangCosine(overhangCosine),
-          m_tree(triangleRects(mesh, grid)) {}
-
-    const Rect& bounds() const { return m_tree.bounds(); }
-
-    void sample(const UPoint2<float>& p, SupportMeasures& sums) {
-        m_taken.clear();
-        m_tree.query(p, [&](std::int32_t triangle) {
-            const Corners t = cornersOf(m_mesh, triangle);
-            if (rectOf(t).contains(p) && isUnder(t, p)) m_taken.push_back(triangle);
-        });
-        if (m_taken.size() < 2) return;
-        collectHits(p);
-        sums.supportVolume += supportLength(sums.overhangArea) * m_cellArea;
-        sums.projectedArea += m_cellArea;
-    }
-
- private:
-    /// The distinct heights at which the column crosses the part, ascending, the ground before
-    /// them and without the topmost; empty where they do not come in pairs.
-    void collectHits(const UPoint2<float>& p) {
-        m_hits.clear();
-        for (const std::int32_t triangle : m_taken) {
-            const float z = planeHeight(cornersOf(m_mesh, triangle), p);
-            if (std::isfinite(z)) m_hits.push_back({triangle, z});
-        }
-        std::sort(m_hits.begin(), m_hits.end(), [](const Hit& a, const Hit& b) {
-            return a.z != b.z ? a.z < b.z : a.triangle < b.triangle;
-        });
-        m_hits.erase(std::unique(m_hits.begin(), m_hits.end(),
-                                 [](const Hit& a, const Hit& b) { return a.z == b.z; }),
-                     m_hits.end());
-        if (m_hits.size() % 2 != 0) m_hits.clear();
-        if (m_hits.empty()) return;
-        m_hits.pop_back();
-        m_hits.insert(m_hits.begin(), {kGround, 0.0f});
-    }
-
-    /// The lengths below overhanging triangles; adds those triangles' areas.
-    float supportLength(float& overhangArea) const {
-        float length = 0.0f;
-        for (std::size_t k = 1; k < m_hits.size(); k += 2) {
-            const Hit& hit = m_hits[k];
-            if (!(normalZ(cornersOf(m_mesh, hit.triangle)) < -m_overhangCosine)) continue;
-            length += std::fabs(hit.z - m_hits[k - 1].z);
-            overhangArea += m_mesh.areas[static_cast<std::size_t>(hit.triangle)];
-        }
-        return length;
-    }
-
-    const TurnedMesh& m_mesh;
-    float m_cellArea;
-    float m_overhangCosine;
-    TriangleRectTree m_tree;
-    std::vector<std::int32_t> m_taken;
-    std::vector<Hit> m_hits;
 };
 
 }  // namespace
 
-SupportMeasures sampleSupport(const TurnedMesh& mesh, const SampleGrid& grid,
-                              float overhangCosine) {
-    SupportMeasures sums;
-    if (grid.columns.size() == 0 || grid.rows.size() == 0) return sums;
-    ColumnSampler sampler(mesh, grid, overhangCosine);
-    // Columns beyond the triangles contribute nothing.
-    const Rect bounds = sampler.bounds();
-    const std::size_t firstColumn = grid.columns.countBelow(bounds.minX);
-    const std::size_t firstRow = grid.rows.countBelow(bounds.minY);
-    for (std::size_t i = firstColumn; i < grid.columns.size(); ++i) {
-        if (!(grid.columns[i] <= bounds.maxX)) break;
-        for (std::size_t j = firstRow; j < grid.rows.size(); ++j) {
-            if (!(grid.rows[j] <= bounds.maxY)) break;
-            sampler.sample({grid.columns[i], grid.rows[j]}, sums);
+/// A turned triangle.
+struct SupportSampler::Corners {
+    UPoint3<float> a, b, c;
+
+    /// The upward part of the unit normal.
+    float normalZ() const { return ((b - a) * (c - b)).GetNormal().z; }
+
+    /// The edges as the column at x sees them. A point is under the triangle where it lies on the
+    /// same side of all three, for either winding, or exactly on the line through one: within the
+    /// triangle's rectangle, that counts too.
+    ColumnEdges edgesAt(float x) const {
+        ColumnEdges edges{};
+        const std::array<const UPoint3<float>*, 4> loop = {&a, &b, &c, &a};
+        for (std::size_t k = 0; k < 3; ++k) {
+            const UVector2<float> along = fromAbove(*loop[k + 1]) - fromAbove(*loop[k]);
+            edges.alongX[k] = along.x;
+            edges.fromY[k] = loop[k]->y;
+            edges.across[k] = along.y * (x - loop[k]->x);
+        }
+        return edges;
+    }
+
+    /// The plane over the edges from a; its determinant is 0 where the triangle stands upright.
+    ColumnPlane planeAt(float x) const {
+        const UVector3<float> u = b - a;
+        const UVector3<float> v = c - a;
+        const auto ux = static_cast<double>(u.x);
+        const auto uy = static_cast<double>(u.y);
+        const auto vx = static_cast<double>(v.x);
+        const auto vy = static_cast<double>(v.y);
+        const auto dx = static_cast<double>(x - a.x);
+        return {ux, uy * dx, vx, dx * vy, ux * vy - uy * vx, a.y, a.z, u.z, v.z};
+    }
+};
+
+std::uint64_t SupportSampler::Window::cells() const {
+    if (isEmpty()) return 0;
+    return static_cast<std::uint64_t>(endColumn - firstColumn) * (endRow - firstRow);
+}
+
+SupportSampler::Window SupportSampler::Window::with(const Window& other) const {
+    return {std::max(firstColumn, other.firstColumn), std::min(endColumn, other.endColumn),
+            std::max(firstRow, other.firstRow), std::min(endRow, other.endRow)};
+}
+
+SupportSampler::Corners SupportSampler::cornersOf(std::int32_t triangle) const {
+    const auto& [a, b, c] = m_mesh.corners[static_cast<std::size_t>(triangle)];
+    return {m_part->point(m_mesh, a), m_part->point(m_mesh, b), m_part->point(m_mesh, c)};
+}
+
+SupportMeasures SupportSampler::sample(const TurnedPart& part, const SampleGrid& grid,
+                                       float overhangCosine,
+                                       std::span<const std::int32_t> triangles) {
+    m_part = &part;
+    m_grid = &grid;
+    m_overhangCosine = overhangCosine;
+    m_sums = {};
+    m_footprints.clear();
+    Window all{std::numeric_limits<std::uint32_t>::max(), 0,
+               std::numeric_limits<std::uint32_t>::max(), 0};
+    for (const std::int32_t triangle : triangles) {
+        const Corners t = cornersOf(triangle);
+        const Bounds x(t.a.x, t.b.x, t.c.x);
+        const Bounds y(t.a.y, t.b.y, t.c.y);
+        const Window window{static_cast<std::uint32_t>(grid.columns.countBelow(x.low)),
+                            static_cast<std::uint32_t>(grid.columns.countUpTo(x.high)),
+                            static_cast<std::uint32_t>(grid.rows.countBelow(y.low)),
+                            static_cast<std::uint32_t>(grid.rows.countUpTo(y.high))};
+        if (window.isEmpty()) continue;
+        m_footprints.push_back({window, triangle});
+        all = {std::min(all.firstColumn, window.firstColumn),
+               std::max(all.endColumn, window.endColumn), std::min(all.firstRow, window.firstRow),
+               std::max(all.endRow, window.endRow)};
+    }
+    sampleWindow(all, m_footprints);
+    return m_sums;
+}
+
+void SupportSampler::sampleWindow(const Window& window, std::span<const Footprint> footprints) {
+    const std::uint64_t cells = window.cells();
+    if (cells == 0 || footprints.empty()) return;
+    std::uint64_t most = 0;
+    for (const Footprint& footprint : footprints) most += footprint.window.with(window).cells();
+    if (cells > 1 && (most > kMostHits || cells > kMostCells)) {
+        sampleHalves(window, footprints);
+        return;
+    }
+    m_hits.clear();
+    for (const Footprint& footprint : footprints) collectHits(window, footprint);
+    sortHits(cells);
+    for (std::size_t first = 0; first < m_hits.size();) {
+        std::size_t end = first + 1;
+        while (end < m_hits.size() && m_hits[end].sample == m_hits[first].sample) ++end;
+        measureColumn(std::span(m_hits).subspan(first, end - first));
+        first = end;
+    }
+}
+
+void SupportSampler::sampleHalves(const Window& window, std::span<const Footprint> footprints) {
+    std::array<Window, 2> halves = {window, window};
+    if (window.endColumn - window.firstColumn > 1) {
+        halves[0].endColumn = (window.firstColumn + window.endColumn) / 2;
+        halves[1].firstColumn = halves[0].endColumn;
+    } else {
+        halves[0].endRow = (window.firstRow + window.endRow) / 2;
+        halves[1].firstRow = halves[0].endRow;
+    }
+    for (const Window& half : halves) {
+        std::vector<Footprint> within;
+        for (const Footprint& footprint : footprints) {
+            if (!footprint.window.with(half).isEmpty()) within.push_back(footprint);
+        }
+        sampleWindow(half, within);
+    }
+}
+
+void SupportSampler::collectHits(const Window& window, const Footprint& footprint) {
+    const Window samples = footprint.window.with(window);
+    if (samples.isEmpty()) return;
+    const TurnKernels& kernels = turnKernels();
+    const std::size_t rowCount = samples.endRow - samples.firstRow;
+    const float* rows = m_grid->rows.data() + samples.firstRow;
+    const Corners t = cornersOf(footprint.triangle);
+    auto triangle = static_cast<std::uint32_t>(footprint.triangle) * 2;
+    if (t.normalZ() < -m_overhangCosine) ++triangle;
+    m_places.resize(std::max(m_places.size(), rowCount));
+    m_heights.resize(std::max(m_heights.size(), rowCount));
+    for (std::uint32_t column = samples.firstColumn; column < samples.endColumn; ++column) {
+        const float x = m_grid->columns[column];
+        const std::size_t count = kernels.rowsUnder(t.edgesAt(x), rows, rowCount, m_places.data());
+        if (count == 0) continue;
+        const ColumnPlane plane = t.planeAt(x);
+        if (plane.determinant == 0.0) {
+            std::fill_n(m_heights.begin(), count, std::numeric_limits<float>::quiet_NaN());
+        } else {
+            kernels.heights(plane, rows, m_places.data(), count, m_heights.data());
+        }
+        const std::uint32_t firstSample =
+            (column - window.firstColumn) * (window.endRow - window.firstRow) + samples.firstRow -
+            window.firstRow;
+        for (std::size_t i = 0; i < count; ++i) {
+            m_hits.push_back({firstSample + m_places[i], triangle, m_heights[i]});
         }
     }
-    return sums;
+}
+
+/// Sorts the hits by sample, those of one sample by triangle as they came: digit by digit.
+void SupportSampler::sortHits(std::uint64_t cells) {
+    constexpr unsigned kBits = 11;
+    constexpr std::uint32_t kDigit = (1u << kBits) - 1;
+    m_sortedHits.resize(m_hits.size());
+    for (unsigned shift = 0; (cells - 1) >> shift != 0; shift += kBits) {
+        std::array<std::uint32_t, kDigit + 2> starts{};
+        for (const Hit& hit : m_hits) ++starts[((hit.sample >> shift) & kDigit) + 1];
+        for (std::size_t digit = 1; digit < starts.size(); ++digit) {
+            starts[digit] += starts[digit - 1];
+        }
+        for (const Hit& hit : m_hits) {
+            m_sortedHits[starts[(hit.sample >> shift) & kDigit]++] = hit;
+        }
+        m_hits.swap(m_sortedHits);
+    }
+}
+
+/// Adds one column: between the ground and the lowest hit, and between the following pairs, lies
+/// what is open below a triangle. Hits at the same height are one; where they do not come in pairs
+/// then, only the column's own area counts.
+void SupportSampler::measureColumn(std::span<Hit> hits) {
+    if (hits.size() < 2) return;
+    m_sums.projectedArea += m_grid->cellArea;
+    const auto isUpright = [](const Hit& hit) { return !std::isfinite(hit.z); };
+    const auto finiteEnd = std::remove_if(hits.begin(), hits.end(), isUpright);
+    std::sort(hits.begin(), finiteEnd, [](const Hit& a, const Hit& b) {
+        return a.z != b.z ? a.z < b.z : a.triangle < b.triangle;
+    });
+    auto end =
+        std::unique(hits.begin(), finiteEnd, [](const Hit& a, const Hit& b) { return a.z == b.z; });
+    if ((end - hits.begin()) % 2 != 0) end = hits.begin();
+    float length = 0.0f;
+    float below = 0.0f;
+    for (auto hit = hits.begin(); hit != end; hit += 2) {
+        if ((hit->triangle & 1) != 0) {
+            length += std::fabs(hit->z - below);
+            m_sums.overhangArea += m_areas[hit->triangle / 2];
+        }
+        below = (hit + 1)->z;
+    }
+    m_sums.supportVolume += length * m_grid->cellArea;
 }

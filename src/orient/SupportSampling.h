@@ -1,21 +1,12 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
+#include <span>
 #include <vector>
 
+#include "FlatMesh.h"
 #include "SampleGrid.h"
-#include "TeskDataBasic/UPoint3.h"
-
-/// A turned mesh: coordinates per vertex, three corners per triangle, and the area of each
-/// triangle.
-struct TurnedMesh {
-    const std::vector<float>& x;
-    const std::vector<float>& y;
-    const std::vector<float>& z;
-    const std::vector<std::array<std::int32_t, 3>>& corners;
-    const std::vector<float>& areas;
-};
+#include "TurnedPart.h"
 
 struct SupportMeasures {
     float supportVolume = 0.0f;
@@ -23,7 +14,67 @@ struct SupportMeasures {
     float projectedArea = 0.0f;
 };
 
-/// Measures the support that the part needs, column by column of the grid: x outside, y inside,
-/// which fixes the order of the sums. A triangle overhangs where its unit normal's z is below
-/// −overhangCosine; the ground is z = 0.
-SupportMeasures sampleSupport(const TurnedMesh& mesh, const SampleGrid& grid, float overhangCosine);
+/// Measures the support that a turned part needs, column by column of a grid.
+///
+/// Every triangle hands its hits to the sample points that it lies over; the hits are then sorted
+/// by sample, and the columns measured in order: x outside, y inside, which fixes the order of the
+/// sums. Where hits pile up, or the grid is large, the grid is measured in pieces, in that order
+/// too, so that the memory does not grow with them.
+class SupportSampler {
+ public:
+    /// Keeps references to all; `areas` holds the area of every triangle.
+    SupportSampler(const FlatMesh& mesh, const std::vector<float>& areas)
+        : m_mesh(mesh), m_areas(areas) {}
+
+    /// A triangle overhangs where its unit normal's z is below −overhangCosine; the ground is
+    /// z = 0.
+    ///
+    /// @param triangles  ascending; all that a sample point may lie under
+    SupportMeasures sample(const TurnedPart& part, const SampleGrid& grid, float overhangCosine,
+                           std::span<const std::int32_t> triangles);
+
+ private:
+    /// Columns and rows from first up to, and not with, end.
+    struct Window {
+        std::uint32_t firstColumn, endColumn, firstRow, endRow;
+
+        bool isEmpty() const { return firstColumn >= endColumn || firstRow >= endRow; }
+        std::uint64_t cells() const;
+        Window with(const Window& other) const;
+    };
+
+    /// The samples in a triangle's rectangle, seen from above.
+    struct Footprint {
+        Window window;
+        std::int32_t triangle;
+    };
+
+    /// Where the column over a sample meets a triangle's plane.
+    struct Hit {
+        std::uint32_t sample;  ///< counted within the window
+        /// Twice the triangle, and 1 more if it overhangs.
+        std::uint32_t triangle;
+        float z;  ///< not finite where the triangle stands upright
+    };
+
+    struct Corners;
+
+    Corners cornersOf(std::int32_t triangle) const;
+    void sampleWindow(const Window& window, std::span<const Footprint> footprints);
+    void sampleHalves(const Window& window, std::span<const Footprint> footprints);
+    void collectHits(const Window& window, const Footprint& footprint);
+    void sortHits(std::uint64_t cells);
+    void measureColumn(std::span<Hit> hits);
+
+    const FlatMesh& m_mesh;
+    const std::vector<float>& m_areas;
+    const TurnedPart* m_part = nullptr;
+    const SampleGrid* m_grid = nullptr;
+    float m_overhangCosine = 0.0f;
+    SupportMeasures m_sums;
+    std::vector<Footprint> m_footprints;
+    std::vector<Hit> m_hits;
+    std::vector<Hit> m_sortedHits;
+    std::vector<std::uint32_t> m_places;
+    std::vector<float> m_heights;
+};

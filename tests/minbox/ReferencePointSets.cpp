@@ -27,25 +27,6 @@ Points rounded(Points points, float step) {
     return points;
 }
 
-/// A grid along three orthogonal directions of whole numbers that are none of the coordinate axes:
-/// its edges are in exactly right angles, and with a large unit dot products with their vector
-/// products are rounded.
-Points slantedGrid(TestRandom& random) {
-    const UVector3<float> frames[2][3] = {{{1, 2, 2}, {2, 1, -2}, {2, -2, 1}},
-                                          {{2, 3, 6}, {3, -6, 2}, {6, 2, -3}}};
-    const UVector3<float>* frame = frames[random.below(2)];
-    const float unit = static_cast<float>(1 + random.below(random.below(2) == 0 ? 9 : 200000));
-    Points points;
-    const int count = 6 + random.below(60);
-    const int steps = 2 + random.below(4);
-    for (const UPoint3<float>& p : pointsOnGrid(count, steps, random)) {
-        const UVector3<float> v =
-            frame[0] * (unit * p.x) + frame[1] * (unit * p.y) + frame[2] * (unit * p.z);
-        points.emplace_back(v.x, v.y, v.z);
-    }
-    return points;
-}
-
 void addParts(std::vector<ReferenceSet>& sets, TestRandom& random) {
     const std::vector<std::pair<std::string, Part>> parts = {
         {"Column", makeColumnWithArm()},
@@ -123,6 +104,22 @@ std::string nameOfSet(const testing::TestParamInfo<ReferenceSet>& tested) {
     std::replace_if(
         name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
     return name;
+}
+
+Points slantedGrid(TestRandom& random) {
+    const UVector3<float> frames[2][3] = {{{1, 2, 2}, {2, 1, -2}, {2, -2, 1}},
+                                          {{2, 3, 6}, {3, -6, 2}, {6, 2, -3}}};
+    const UVector3<float>* frame = frames[random.below(2)];
+    const float unit = static_cast<float>(1 + random.below(random.below(2) == 0 ? 9 : 200000));
+    Points points;
+    const int count = 6 + random.below(60);
+    const int steps = 2 + random.below(4);
+    for (const UPoint3<float>& p : pointsOnGrid(count, steps, random)) {
+        const UVector3<float> v =
+            frame[0] * (unit * p.x) + frame[1] * (unit * p.y) + frame[2] * (unit * p.z);
+        points.emplace_back(v.x, v.y, v.z);
+    }
+    return points;
 }
 
 Points randomSolid(TestRandom& random) {

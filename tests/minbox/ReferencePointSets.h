@@ -38,6 +38,11 @@ std::string nameOfSet(const testing::TestParamInfo<ReferenceSet>& tested);
 /// of them squashed.
 Points randomSolid(TestRandom& random);
 
+/// A grid along three orthogonal directions of whole numbers that are none of the coordinate axes:
+/// its edges are in exactly right angles, and with a large unit dot products with their vector
+/// products are rounded.
+Points slantedGrid(TestRandom& random);
+
 /// Whether the searches take the coordinates as they are. Very large and very small ones they
 /// divide by a power of two, which shows in their records but not in the box.
 bool isInUsualUnit(const Points& points);

@@ -80,4 +80,23 @@ TEST(VolumeReferenceRandom, FacesEdgesAndTheBoxAgree) {
     }
 }
 
+TEST(VolumeReferenceRandom, LaterEdgesAreHeldAgainstTheThirdAxisNotTheFirstEdge) {
+    TestRandom random(29);
+    int different = 0;
+    for (int i = 0; i < 300; ++i) {
+        SCOPED_TRACE(i);
+        Points points = slantedGrid(random);
+        // No bit changes, but the search takes the coordinates as they are.
+        for (UPoint3<float>& p : points) p = {p.x * 0x1p-8f, p.y * 0x1p-8f, p.z * 0x1p-8f};
+        const PlainHull hull(gte::ConvexHull3(points.data(), countOf(points), 3), countOf(points));
+        if (hull.edges.empty() || !isInUsualUnit(points)) continue;
+        const PlainBoxRecord plain = plainEdgeSearch(hull);
+        EXPECT_TRUE(agree(plain, shippedEdges(points)));
+        const PlainBoxRecord other = plainEdgeSearch(hull, PlainThirdAxis::kFirstEdge);
+        different += plain.axes != other.axes || plain.volume != other.volume ? 1 : 0;
+    }
+    // It is a matter of the last bits, but not of none.
+    EXPECT_GT(different, 0);
+}
+
 }  // namespace

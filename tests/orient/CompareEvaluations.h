@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <span>
+#include <vector>
+
 #include "EvaluateOrient.h"
 #include "FlatMesh.h"
 #include "FloatBits.h"
@@ -15,24 +19,38 @@ struct Question {
     PlainSearch search = PlainSearch::kTrianglesOfColumn;
 };
 
-/// The evaluation under test, with its outputs in one record. The outputs start with rubbish, so
-/// that one which is not set shows.
-inline PlainScores evaluated(const std::vector<float>& areas, const FlatMesh& mesh,
-                             const UVector3<float>& direction, const Question& question,
-                             EvaluationBuffers& buffers) {
-    PlainScores s{-77.0f, -77.0f, -77.0f, -77.0f, -77.0f, -77.0f};
-    evaluateOrient(areas, mesh, direction, question.overhangAngle, question.computeSupport,
-                   s.height, s.supportVolume, s.overhangArea, s.projectedArea, s.boxVolume,
-                   s.reservedScore, question.baseHeight, buffers);
-    return s;
+/// The evaluation under test, for directions that go through the mesh together, with its outputs in
+/// records. The outputs start with rubbish, so that one which is not set shows.
+inline std::vector<PlainScores> evaluatedTogether(const std::vector<UVector3<float>>& directions,
+                                                  OrientEvaluator& evaluator) {
+    std::vector<PlainScores> scores(directions.size(),
+                                    {-77.0f, -77.0f, -77.0f, -77.0f, -77.0f, -77.0f});
+    for (std::size_t first = 0; first < directions.size(); first += kGroupSize) {
+        const std::size_t count = std::min(kGroupSize, directions.size() - first);
+        evaluator.begin(std::span(directions).subspan(first, count));
+        for (std::size_t k = 0; k < count; ++k) {
+            PlainScores& s = scores[first + k];
+            evaluator.evaluate(k, s.height, s.supportVolume, s.overhangArea, s.projectedArea,
+                               s.boxVolume, s.reservedScore);
+        }
+    }
+    return scores;
 }
 
 /// The same for one direction alone.
+inline PlainScores evaluated(const std::vector<float>& areas, const FlatMesh& mesh,
+                             const UVector3<float>& direction, const Question& question) {
+    PlainScores s{-77.0f, -77.0f, -77.0f, -77.0f, -77.0f, -77.0f};
+    evaluateOrient(areas, mesh, direction, question.overhangAngle, question.computeSupport,
+                   s.height, s.supportVolume, s.overhangArea, s.projectedArea, s.boxVolume,
+                   s.reservedScore, question.baseHeight);
+    return s;
+}
+
 inline PlainScores evaluated(const MeshKernel& mesh, const UVector3<float>& direction,
                              const Question& question) {
-    EvaluationBuffers buffers;
     return evaluated(plainAreas(mesh), flatten(*mesh.getMesh(), mesh.getMatrix()), direction,
-                     question, buffers);
+                     question);
 }
 
 inline std::string inHex(const PlainScores& s) {
@@ -51,19 +69,29 @@ inline testing::AssertionResult areSame(const PlainScores& a, const PlainScores&
     return testing::AssertionFailure() << "\n    " << inHex(a) << "\n    " << inHex(b);
 }
 
-/// Compares the evaluation with the plain one, bit for bit, over the given directions.
+/// Compares the evaluation with the plain one, bit for bit, over the given directions, with every
+/// width of vectors that this processor has.
 inline void expectSameAsPlain(const MeshKernel& mesh,
                               const std::vector<UVector3<float>>& directions,
                               const Question& question) {
     const std::vector<float> areas = plainAreas(mesh);
     const FlatMesh flat = flatten(*mesh.getMesh(), mesh.getMatrix());
-    EvaluationBuffers buffers;
+    std::vector<PlainScores> plain;
     for (const UVector3<float>& d : directions) {
-        const PlainScores plain =
-            plainEvaluation(areas, mesh, d, question.overhangAngle, question.computeSupport,
-                            question.baseHeight, question.search);
-        ASSERT_TRUE(areSame(evaluated(areas, flat, d, question, buffers), plain))
-            << "\ndirection " << hexFloat(d.x) << ' ' << hexFloat(d.y) << ' ' << hexFloat(d.z)
-            << ", base height " << question.baseHeight;
+        plain.push_back(plainEvaluation(areas, mesh, d, question.overhangAngle,
+                                        question.computeSupport, question.baseHeight,
+                                        question.search));
+    }
+    for (const TurnKernels* kernels : availableTurnKernels()) {
+        useTurnKernels(*kernels);
+        OrientEvaluator evaluator(areas, flat, question.overhangAngle, question.computeSupport,
+                                  question.baseHeight);
+        const std::vector<PlainScores> scores = evaluatedTogether(directions, evaluator);
+        for (std::size_t i = 0; i < directions.size(); ++i) {
+            const UVector3<float>& d = directions[i];
+            ASSERT_TRUE(areSame(scores[i], plain[i]))
+                << "\ndirection " << hexFloat(d.x) << ' ' << hexFloat(d.y) << ' ' << hexFloat(d.z)
+                << ", base height " << question.baseHeight << ", " << kernels->name;
+        }
     }
 }

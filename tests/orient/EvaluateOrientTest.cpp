@@ -248,9 +248,8 @@ TEST(EvaluateOrient, AreasComeFromTheListByTheTrianglesPlace) {
     std::vector<float> areas(part.triangles.size(), 0.0f);
     areas[0] = 2.0f;  // half of the plate's lower face
     areas[1] = 2.0f;
-    EvaluationBuffers buffers;
     const FlatMesh flat = flatten(*mesh.getMesh(), mesh.getMatrix());
-    const PlainScores s = evaluated(areas, flat, kUp, {}, buffers);
+    const PlainScores s = evaluated(areas, flat, kUp, {});
     const PlainScores real = evaluated(mesh, kUp, {});
     EXPECT_GT(s.overhangArea, 0.0f);
     EXPECT_NE(s.overhangArea, real.overhangArea);
@@ -274,15 +273,20 @@ TEST(EvaluateOrient, TheLengthOfTheDirectionDoesNotMatterBesideItsAxis) {
         areSame(evaluated(mesh, {4, 0, 0}, question), evaluated(mesh, {0.25f, 0, 0}, question)));
 }
 
-TEST(EvaluateOrient, BuffersCarryNothingFromOneCallToTheNext) {
-    EvaluationBuffers buffers;
+TEST(EvaluateOrient, OneDirectionKnowsNothingOfThoseBesideAndBeforeIt) {
+    const std::vector<Direction> directions = {
+        kUp, {1, 2, 3}, kDown, {0, 1, 1}, {1, 0, 0}, {-3, 1, 1}, kUp, {5, -1, 2}, kUp};
     for (const Part& part : {makeSphere(30.0f, 2000), makeBox({0, 0, 0}, {1, 1, 1}), makeTable(),
-                             Part(), makeColumnWithArm()}) {
+                             makeBox({0, 0, 0}, {900, 1, 1}), Part(), makeColumnWithArm()}) {
         const MeshKernel mesh = part.kernel();
+        const std::vector<float> areas = plainAreas(mesh);
         const FlatMesh flat = flatten(*mesh.getMesh(), mesh.getMatrix());
-        for (const Direction& d : {kUp, Direction(1, 2, 3), kDown}) {
-            EXPECT_TRUE(
-                areSame(evaluated(plainAreas(mesh), flat, d, {}, buffers), evaluated(mesh, d, {})));
+        OrientEvaluator evaluator(areas, flat, 45.0f, /*computeSupport=*/true, 0.0f);
+        for (int repeat = 0; repeat < 2; ++repeat) {
+            const std::vector<PlainScores> scores = evaluatedTogether(directions, evaluator);
+            for (std::size_t i = 0; i < directions.size(); ++i) {
+                EXPECT_TRUE(areSame(scores[i], evaluated(mesh, directions[i], {})));
+            }
         }
     }
 }

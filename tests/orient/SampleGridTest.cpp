@@ -131,15 +131,14 @@ TEST(SampleGrid, CountBelowHoldsOnALongLineWhoseStepsDriftFarFromTheirIndex) {
     }
 }
 
-TEST(SampleGrid, AnIntervalHoldsASampleAtItsBounds) {
+TEST(SampleGrid, CountingUpToAValueTakesASampleThere) {
     const SampleLine line(0.0f, 4.0f, 1.0f);
-    EXPECT_TRUE(line.hasSampleIn(0.5f, 0.5f));
-    EXPECT_TRUE(line.hasSampleIn(0.0f, 0.5f));
-    EXPECT_TRUE(line.hasSampleIn(3.5f, 9.0f));
-    EXPECT_FALSE(line.hasSampleIn(0.51f, 1.49f));
-    EXPECT_FALSE(line.hasSampleIn(3.51f, 9.0f));
-    EXPECT_FALSE(line.hasSampleIn(-3.0f, 0.49f));
-    EXPECT_FALSE(SampleLine().hasSampleIn(-1.0f, 1.0f));
+    EXPECT_EQ(line.countUpTo(0.49f), 0u);
+    EXPECT_EQ(line.countUpTo(0.5f), 1u);
+    EXPECT_EQ(line.countUpTo(1.49f), 1u);
+    EXPECT_EQ(line.countUpTo(3.5f), 4u);
+    EXPECT_EQ(line.countUpTo(9.0f), 4u);
+    EXPECT_EQ(SampleLine().countUpTo(1.0f), 0u);
 }
 
 }  // namespace

@@ -41,7 +41,7 @@ PlainBoxRecord plainFaceSearch(const PlainHull& hull, int threadCount) {
                             offer);
 }
 
-PlainBoxRecord plainEdgeSearch(const PlainHull& hull) {
+PlainBoxRecord plainEdgeSearch(const PlainHull& hull, PlainThirdAxis thirdAxis) {
     PlainBoxRecord best;
     std::vector<UVector3<double>> d;
     for (const gte::HullEdge& edge : hull.edges) {
@@ -67,6 +67,7 @@ PlainBoxRecord plainEdgeSearch(const PlainHull& hull) {
                 plainOffer(
                     hull, record, volumeOf, [](PlainBoxRecord& r) { r.volume = edgeVolume(r); },
                     best);
+                if (thirdAxis == PlainThirdAxis::kFirstEdge) w = d[i];
             }
         }
     }
