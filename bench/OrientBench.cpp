@@ -114,11 +114,14 @@ int main(int argc, char** argv) {
     Options options;
     CLI::App app("Times the choice of build orientations");
     app.add_option("--runs", options.runs, "Runs of each")->check(CLI::Range(1, 1000));
+    std::string only;
+    app.add_option("--only", only, "The one mesh of this name");
     app.add_option("--max-triangles", options.maxTriangles, "Leave out bigger meshes");
     CLI11_PARSE(app, argc, argv);
     printHead(options);
     bool isSame = true;
     for (const BenchMesh& mesh : benchMeshes(options.maxTriangles)) {
+        if (!only.empty() && mesh.name != only) continue;
         isSame = benchMesh(mesh, options) && isSame;
     }
     return isSame ? 0 : 1;

@@ -71,32 +71,6 @@ void SampleLine::setScale() {
     m_scale = {m_middles.front(), m_cellsPerUnit, count + 0.75f, slack};
 }
 
-std::size_t SampleLine::countBelow(float value) const {
-    if (m_middles.empty() || !(m_middles.front() < value)) return 0;
-    if (m_middles.back() < value) return size();
-    // A guess, which the accumulated rounding leaves a little off, on long lines much.
-    const float guess = (value - m_middles.front()) * m_cellsPerUnit;
-    const std::size_t last = size() - 1;
-    std::size_t i = guess < static_cast<float>(last) ? static_cast<std::size_t>(guess) : last;
-    for (int step = 0; step < 4; ++step) {
-        if (m_middles[i] < value) {
-            ++i;
-        } else if (i > 0 && !(m_middles[i - 1] < value)) {
-            --i;
-        } else {
-            return i;
-        }
-    }
-    const auto found = std::lower_bound(m_middles.begin(), m_middles.end(), value);
-    return static_cast<std::size_t>(found - m_middles.begin());
-}
-
-std::size_t SampleLine::countUpTo(float value) const {
-    std::size_t i = countBelow(value);
-    while (i < size() && m_middles[i] == value) ++i;
-    return i;
-}
-
 SampleGrid makeSampleGrid(const UBox3<float>& box) {
     constexpr float kMargin = 1.0f;
     const float x0 = box.MinX() - kMargin;

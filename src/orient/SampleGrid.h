@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <vector>
@@ -22,10 +23,14 @@ class SampleLine {
     const float* data() const { return m_middles.data(); }
 
     /// The number of samples below `value` (0 for NaN), so the first sample at or above it.
-    std::size_t countBelow(float value) const;
+    std::size_t countBelow(float value) const {
+        return count(value, [](float sample, float v) { return sample < v; });
+    }
 
     /// The number of samples at or below `value`.
-    std::size_t countUpTo(float value) const;
+    std::size_t countUpTo(float value) const {
+        return count(value, [](float sample, float v) { return sample <= v; });
+    }
 
     /// How to tell between which samples a value lies; none where the line has too many samples
     /// for a code, or accumulated rounding has moved them too far.
@@ -33,6 +38,30 @@ class SampleLine {
 
  private:
     void setScale();
+
+    /// The number of samples that come before a value.
+    template <class ComesBefore>
+    std::size_t count(float value, ComesBefore comesBefore) const {
+        if (m_middles.empty() || !comesBefore(m_middles.front(), value)) return 0;
+        if (comesBefore(m_middles.back(), value)) return size();
+        // A guess, which the accumulated rounding leaves a little off, on long lines much.
+        const float guess = (value - m_middles.front()) * m_cellsPerUnit;
+        const std::size_t last = size() - 1;
+        std::size_t i = guess < static_cast<float>(last) ? static_cast<std::size_t>(guess) : last;
+        for (int step = 0; step < 4; ++step) {
+            if (comesBefore(m_middles[i], value)) {
+                ++i;
+            } else if (i > 0 && !comesBefore(m_middles[i - 1], value)) {
+                --i;
+            } else {
+                return i;
+            }
+        }
+        const auto found =
+            std::partition_point(m_middles.begin(), m_middles.end(),
+                                 [&](float sample) { return comesBefore(sample, value); });
+        return static_cast<std::size_t>(found - m_middles.begin());
+    }
 
     std::vector<float> m_middles;
     float m_cellsPerUnit = 0.0f;

@@ -90,25 +90,47 @@ SupportMeasures SupportSampler::sample(const TurnedPart& part, const SampleGrid&
     m_grid = &grid;
     m_overhangCosine = overhangCosine;
     m_sums = {};
-    m_footprints.clear();
-    Window all{std::numeric_limits<std::uint32_t>::max(), 0,
-               std::numeric_limits<std::uint32_t>::max(), 0};
+    const Window all = allSamples();
+    if (all.cells() <= kMostCells && collectAllHits(triangles)) {
+        measureHits(all.cells());
+        return m_sums;
+    }
+    std::vector<Footprint> footprints;
+    for (const std::int32_t triangle : triangles) {
+        const Window window = windowUnder(cornersOf(triangle));
+        if (!window.isEmpty()) footprints.push_back({window, triangle});
+    }
+    sampleWindow(all, footprints);
+    return m_sums;
+}
+
+SupportSampler::Window SupportSampler::allSamples() const {
+    return {0, static_cast<std::uint32_t>(m_grid->columns.size()), 0,
+            static_cast<std::uint32_t>(m_grid->rows.size())};
+}
+
+/// The samples in a triangle's rectangle.
+SupportSampler::Window SupportSampler::windowUnder(const Corners& t) const {
+    const Bounds x(t.a.x, t.b.x, t.c.x);
+    const Bounds y(t.a.y, t.b.y, t.c.y);
+    return {static_cast<std::uint32_t>(m_grid->columns.countBelow(x.low)),
+            static_cast<std::uint32_t>(m_grid->columns.countUpTo(x.high)),
+            static_cast<std::uint32_t>(m_grid->rows.countBelow(y.low)),
+            static_cast<std::uint32_t>(m_grid->rows.countUpTo(y.high))};
+}
+
+/// Gathers the hits of the whole grid; false, without any, where they are too many.
+bool SupportSampler::collectAllHits(std::span<const std::int32_t> triangles) {
+    m_hits.clear();
+    const Window all = allSamples();
     for (const std::int32_t triangle : triangles) {
         const Corners t = cornersOf(triangle);
-        const Bounds x(t.a.x, t.b.x, t.c.x);
-        const Bounds y(t.a.y, t.b.y, t.c.y);
-        const Window window{static_cast<std::uint32_t>(grid.columns.countBelow(x.low)),
-                            static_cast<std::uint32_t>(grid.columns.countUpTo(x.high)),
-                            static_cast<std::uint32_t>(grid.rows.countBelow(y.low)),
-                            static_cast<std::uint32_t>(grid.rows.countUpTo(y.high))};
-        if (window.isEmpty()) continue;
-        m_footprints.push_back({window, triangle});
-        all = {std::min(all.firstColumn, window.firstColumn),
-               std::max(all.endColumn, window.endColumn), std::min(all.firstRow, window.firstRow),
-               std::max(all.endRow, window.endRow)};
+        const Window samples = windowUnder(t);
+        if (samples.isEmpty()) continue;
+        collectHits(all, samples, t, triangle);
+        if (m_hits.size() > kMostHits) return false;
     }
-    sampleWindow(all, m_footprints);
-    return m_sums;
+    return true;
 }
 
 void SupportSampler::sampleWindow(const Window& window, std::span<const Footprint> footprints) {
@@ -121,7 +143,15 @@ void SupportSampler::sampleWindow(const Window& window, std::span<const Footprin
         return;
     }
     m_hits.clear();
-    for (const Footprint& footprint : footprints) collectHits(window, footprint);
+    for (const Footprint& footprint : footprints) {
+        const Window samples = footprint.window.with(window);
+        if (samples.isEmpty()) continue;
+        collectHits(window, samples, cornersOf(footprint.triangle), footprint.triangle);
+    }
+    measureHits(cells);
+}
+
+void SupportSampler::measureHits(std::uint64_t cells) {
     sortHits(cells);
     for (std::size_t first = 0; first < m_hits.size();) {
         std::size_t end = first + 1;
@@ -149,17 +179,16 @@ void SupportSampler::sampleHalves(const Window& window, std::span<const Footprin
     }
 }
 
-void SupportSampler::collectHits(const Window& window, const Footprint& footprint) {
-    const Window samples = footprint.window.with(window);
-    if (samples.isEmpty()) return;
+void SupportSampler::collectHits(const Window& window, const Window& samples, const Corners& t,
+                                 std::int32_t triangle) {
     const TurnKernels& kernels = turnKernels();
     const std::size_t rowCount = samples.endRow - samples.firstRow;
     const float* rows = m_grid->rows.data() + samples.firstRow;
-    const Corners t = cornersOf(footprint.triangle);
-    auto triangle = static_cast<std::uint32_t>(footprint.triangle) * 2;
-    if (t.normalZ() < -m_overhangCosine) ++triangle;
-    m_places.resize(std::max(m_places.size(), rowCount));
-    m_heights.resize(std::max(m_heights.size(), rowCount));
+    if (m_places.size() < rowCount) {
+        m_places.resize(m_grid->rows.size());
+        m_heights.resize(m_grid->rows.size());
+    }
+    const std::size_t before = m_hits.size();
     for (std::uint32_t column = samples.firstColumn; column < samples.endColumn; ++column) {
         const float x = m_grid->columns[column];
         const std::size_t count = kernels.rowsUnder(t.edgesAt(x), rows, rowCount, m_places.data());
@@ -173,10 +202,13 @@ void SupportSampler::collectHits(const Window& window, const Footprint& footprin
         const std::uint32_t firstSample =
             (column - window.firstColumn) * (window.endRow - window.firstRow) + samples.firstRow -
             window.firstRow;
+        const auto code = static_cast<std::uint32_t>(triangle) * 2;
         for (std::size_t i = 0; i < count; ++i) {
-            m_hits.push_back({firstSample + m_places[i], triangle, m_heights[i]});
+            m_hits.push_back({firstSample + m_places[i], code, m_heights[i]});
         }
     }
+    if (m_hits.size() == before || !(t.normalZ() < -m_overhangCosine)) return;
+    for (std::size_t i = before; i < m_hits.size(); ++i) ++m_hits[i].triangle;
 }
 
 /// Sorts the hits by sample, those of one sample by triangle as they came: digit by digit.

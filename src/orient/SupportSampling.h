@@ -43,7 +43,7 @@ class SupportSampler {
         Window with(const Window& other) const;
     };
 
-    /// The samples in a triangle's rectangle, seen from above.
+    /// The samples in a triangle's rectangle, seen from above; there are some.
     struct Footprint {
         Window window;
         std::int32_t triangle;
@@ -60,9 +60,14 @@ class SupportSampler {
     struct Corners;
 
     Corners cornersOf(std::int32_t triangle) const;
+    Window allSamples() const;
+    Window windowUnder(const Corners& corners) const;
+    bool collectAllHits(std::span<const std::int32_t> triangles);
     void sampleWindow(const Window& window, std::span<const Footprint> footprints);
     void sampleHalves(const Window& window, std::span<const Footprint> footprints);
-    void collectHits(const Window& window, const Footprint& footprint);
+    void collectHits(const Window& window, const Window& samples, const Corners& corners,
+                     std::int32_t triangle);
+    void measureHits(std::uint64_t cells);
     void sortHits(std::uint64_t cells);
     void measureColumn(std::span<Hit> hits);
 
@@ -72,7 +77,6 @@ class SupportSampler {
     const SampleGrid* m_grid = nullptr;
     float m_overhangCosine = 0.0f;
     SupportMeasures m_sums;
-    std::vector<Footprint> m_footprints;
     std::vector<Hit> m_hits;
     std::vector<Hit> m_sortedHits;
     std::vector<std::uint32_t> m_places;

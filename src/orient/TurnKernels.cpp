@@ -5,7 +5,7 @@
 #include "TurnKernelWidths.h"
 
 #if defined(_MSC_VER) && !defined(__clang__)
-#include <windows.h>
+#include <intrin.h>
 #endif
 
 namespace {
@@ -13,7 +13,14 @@ namespace {
 #ifdef TESK_HAS_AVX2_KERNELS
 bool hasAvx2() {
 #if defined(_MSC_VER) && !defined(__clang__)
-    return IsProcessorFeaturePresent(PF_AVX2_INSTRUCTIONS_AVAILABLE) != 0;
+    constexpr int kSavesVectors = 1 << 27;  // leaf 1, ecx
+    constexpr int kAvx2 = 1 << 5;           // leaf 7, ebx
+    constexpr unsigned long long kVectorState = 6;
+    int leaf[4];
+    __cpuid(leaf, 1);
+    if ((leaf[2] & kSavesVectors) == 0 || (_xgetbv(0) & kVectorState) != kVectorState) return false;
+    __cpuidex(leaf, 7, 0);
+    return (leaf[1] & kAvx2) != 0;
 #else
     return __builtin_cpu_supports("avx2") != 0;
 #endif
