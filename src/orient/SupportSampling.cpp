@@ -91,6 +91,7 @@ SupportMeasures SupportSampler::sample(const TurnedPart& part, const SampleGrid&
     m_overhangCosine = overhangCosine;
     m_sums = {};
     const Window all = allSamples();
+    if (all.isEmpty()) return m_sums;
     if (all.cells() <= kMostCells && collectAllHits(triangles)) {
         measureHits(all.cells());
         return m_sums;
@@ -211,7 +212,8 @@ void SupportSampler::collectHits(const Window& window, const Window& samples, co
     for (std::size_t i = before; i < m_hits.size(); ++i) ++m_hits[i].triangle;
 }
 
-/// Sorts the hits by sample, those of one sample by triangle as they came: digit by digit.
+/// Sorts the hits by sample, one of `cells`, and those of one sample by triangle as they came:
+/// digit by digit.
 void SupportSampler::sortHits(std::uint64_t cells) {
     constexpr unsigned kBits = 11;
     constexpr std::uint32_t kDigit = (1u << kBits) - 1;

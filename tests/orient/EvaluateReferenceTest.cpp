@@ -85,6 +85,21 @@ TEST(EvaluateOrient, AgreesWithThePlainVersionOnBiggerMeshesInEveryTriangleAtEve
     }
 }
 
+TEST(EvaluateOrient, AgreesWithThePlainVersionWhereHitsPileUp) {
+    // Millions of samples lie in the triangles' rectangles: the grid is measured in pieces.
+    MeshKernel mesh = makeSoup(testsAreSmall() ? 3500 : 6000, 15.0f, 78).kernel();
+    expectSameAsPlain(mesh, {{0, 0, 1}, {1, 2, 3}}, {});
+}
+
+TEST(EvaluateOrient, AgreesWithThePlainVersionOnGridsOfManyCells) {
+    // Of two bars on edge the columns are too many for codes, and of the second the cells for one
+    // piece.
+    for (const float length : {3000.0f, 8000.0f}) {
+        MeshKernel mesh = makeBox({0, 0, 0}, {length, 1, 2}).kernel();
+        expectSameAsPlain(mesh, {{0, 0, 1}, {0, 1, 0}, {0, 1, 1}}, {});
+    }
+}
+
 TEST(EvaluateOrient, AgreesWithThePlainVersionOnManyRandomAssemblies) {
     const std::uint64_t last = testsAreSmall() ? 104 : 140;
     for (std::uint64_t seed = 100; seed < last; ++seed) {
