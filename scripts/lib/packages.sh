@@ -39,6 +39,14 @@ patch|puts mistakes into the code for the tests to find
 binutils|lists exported symbols
 LIST
             ;;
+        peers)
+            packages_for build
+            cat <<'LIST'
+libqhull-dev|a convex hull to compare with
+libcgal-dev|an oriented bounding box to compare with
+libeigen3-dev|which it needs
+LIST
+            ;;
         *) fail "no package list is named '$1'" ;;
     esac
 }

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "TurnedPart.h"
+
 namespace {
 
 using Mesh = UMesh<float>;
@@ -52,6 +54,7 @@ FlatMesh flatten(const Mesh& mesh, const UMatrix4<float>& placement) {
     const std::vector<std::int32_t> place = copyVertices(mesh, flat);
     flat.reach = reachOf(flat);
     flat.corners.resize(static_cast<std::size_t>(mesh.TriangleCount()));
+#pragma omp parallel for schedule(static)
     for (std::int32_t i = 0; i < mesh.TriangleCount(); ++i) {
         const UTriangle<float>& triangle = *mesh.Triangle(i);
         for (int k = 0; k < 3; ++k) {
@@ -59,8 +62,6 @@ FlatMesh flatten(const Mesh& mesh, const UMatrix4<float>& placement) {
             flat.corners[static_cast<std::size_t>(i)][static_cast<std::size_t>(k)] = place[vertex];
         }
     }
-    for (std::size_t v = 0; v < flat.keptVertices; ++v) {
-        flat.placedBox.Extend(UPoint3<float>(flat.x[v], flat.y[v], flat.z[v]) * placement);
-    }
+    flat.placedBox = boxThrough(flat, placement);
     return flat;
 }

@@ -7,8 +7,8 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <execution>
 
+#include "DirectionBuckets.h"
 #include "DirectionKey.h"
 #include "RandomSource.h"
 
@@ -16,14 +16,6 @@ namespace {
 
 using Direction = UVector3<float>;
 using Mesh = UMesh<float>;
-
-/// Directions that share a grid cell: how many, and the place of the last one in its list.
-struct DirectionBucket {
-    std::int32_t index = 0;
-    std::int32_t count = 0;
-};
-
-using BucketMap = robin_hood::unordered_map<std::int64_t, DirectionBucket>;
 
 constexpr std::size_t kPopularBuckets = 10;
 
@@ -50,27 +42,6 @@ constexpr std::array<Direction, 18> baseDirections() {
              {0, 0, 1}}};
 }
 
-void countDirection(BucketMap& buckets, const Direction& direction, std::int32_t index) {
-    DirectionBucket& bucket = buckets[directionKey(direction)];
-    bucket.index = index;
-    ++bucket.count;
-}
-
-/// The most populated buckets, fullest first, at most kPopularBuckets; empties the map. Equal
-/// counts go by index, so that the result depends neither on the map nor on the sort.
-std::vector<DirectionBucket> takePopularBuckets(BucketMap& buckets) {
-    std::vector<DirectionBucket> list;
-    list.reserve(buckets.size());
-    for (const auto& [key, bucket] : buckets) list.push_back(bucket);
-    buckets.clear();
-    std::sort(std::execution::par, list.begin(), list.end(),
-              [](const DirectionBucket& a, const DirectionBucket& b) {
-                  return a.count != b.count ? a.count > b.count : a.index < b.index;
-              });
-    if (list.size() > kPopularBuckets) list.resize(kPopularBuckets);
-    return list;
-}
-
 bool isUsable(const Direction& d) {
     return std::isfinite(d.x) && std::isfinite(d.y) && std::isfinite(d.z) && d != Direction();
 }
@@ -81,14 +52,47 @@ void appendWithOpposite(std::vector<Direction>& candidates, const Direction& dir
     candidates.push_back(Direction() - direction);
 }
 
-void appendTriangleNormals(const Mesh& mesh, BucketMap& buckets,
+void appendFullest(DirectionBuckets& buckets, std::vector<Direction>& candidates) {
+    for (const DirectionBucket& bucket : buckets.takeFullest(kPopularBuckets)) {
+        appendWithOpposite(candidates, bucket.last);
+    }
+}
+
+/// A direction with its cell, found on any thread, to be counted in order.
+struct FiledDirection {
+    Direction direction;
+    std::uint32_t cell = 0;
+};
+
+/// How many directions are found before they are counted.
+constexpr std::int32_t kChunk = 1 << 15;
+
+/// Calls find(i) for i from 0 up to `count`, in parallel, and take(i, what it found) in order.
+template <class Find, class Take>
+void findAndTake(std::int32_t count, Find find, Take take) {
+    std::vector<FiledDirection> found(static_cast<std::size_t>(std::min(count, kChunk)));
+    for (std::int32_t first = 0; first < count;) {
+        const std::int32_t length = std::min(count - first, kChunk);
+#pragma omp parallel for schedule(static)
+        for (std::int32_t k = 0; k < length; ++k) {
+            const Direction direction = find(first + k);
+            found[static_cast<std::size_t>(k)] = {direction, DirectionBuckets::cellOf(direction)};
+        }
+        for (std::int32_t k = 0; k < length; ++k) {
+            take(first + k, found[static_cast<std::size_t>(k)]);
+        }
+        first += length;
+    }
+}
+
+void appendTriangleNormals(const Mesh& mesh, DirectionBuckets& buckets,
                            std::vector<Direction>& candidates) {
-    for (std::int32_t i = 0; i < mesh.TriangleCount(); ++i) {
-        countDirection(buckets, mesh.Triangle(i)->N(), i);
-    }
-    for (const DirectionBucket& bucket : takePopularBuckets(buckets)) {
-        appendWithOpposite(candidates, mesh.Triangle(bucket.index)->N());
-    }
+    findAndTake(
+        mesh.TriangleCount(), [&](std::int32_t i) { return mesh.Triangle(i)->N(); },
+        [&](std::int32_t i, const FiledDirection& normal) {
+            buckets.add(normal.cell, normal.direction, i);
+        });
+    appendFullest(buckets, candidates);
 }
 
 int samplesPerTriangle(std::int32_t triangles) {
@@ -117,50 +121,55 @@ class PlacedPoints {
     bool m_isIdentity;
 };
 
-/// Normals of planes through two corners of a triangle and one vertex drawn from anywhere among
-/// the first 32,768; planes without a normal are left out.
-std::vector<Direction> samplePlanes(const Mesh& mesh, const UMatrix4<float>& placement) {
+/// What was drawn for a plane: the corner left out, and the place of the vertex from anywhere among
+/// the first 32,768.
+struct Draw {
+    std::uint16_t skipped;
+    std::uint16_t anywhere;
+};
+
+/// The normal of the plane through two corners of a triangle and one vertex from anywhere.
+Direction planeNormal(const Mesh& mesh, const PlacedPoints& points, std::int32_t triangle,
+                      const Draw& draw) {
+    const UTriangle<float>& t = *mesh.Triangle(triangle);
+    const UPoint3<float> p0 = points[t.V(draw.skipped == 0 ? 1 : 0)->Index()];
+    const UPoint3<float> p1 = points[t.V(draw.skipped == 2 ? 1 : 2)->Index()];
+    const UPoint3<float> p2 = points[draw.anywhere % mesh.VertexCount()];
+    return ((p1 - p0) * (p2 - p0)).GetNormal();
+}
+
+/// The numbers are drawn in order, on this thread; the planes are formed on all.
+void appendSampledNormals(const Mesh& mesh, const UMatrix4<float>& placement,
+                          DirectionBuckets& buckets, std::vector<Direction>& candidates) {
     const std::int32_t triangles = mesh.TriangleCount();
-    const int rounds = samplesPerTriangle(triangles);
     const PlacedPoints points(mesh, placement);
-    std::vector<Direction> normals;
-    normals.reserve(static_cast<std::size_t>(triangles) * static_cast<std::size_t>(rounds));
-    for (int round = 0; round < rounds; ++round) {
-        for (std::int32_t i = 0; i < triangles; ++i) {
-            const UTriangle<float>& triangle = *mesh.Triangle(i);
-            const int skipped = nextRandom() % 3;
-            const std::int32_t anywhere = nextRandom() % mesh.VertexCount();
-            const UPoint3<float> p0 = points[triangle.V(skipped == 0 ? 1 : 0)->Index()];
-            const UPoint3<float> p1 = points[triangle.V(skipped == 2 ? 1 : 2)->Index()];
-            const UPoint3<float> p2 = points[anywhere];
-            const Direction normal = ((p1 - p0) * (p2 - p0)).GetNormal();
-            // Written so that a NaN length counts as a length.
-            if (!(normal.GetLength() == 0.0f)) normals.push_back(normal);
+    std::vector<Draw> draws(static_cast<std::size_t>(triangles));
+    std::int32_t count = 0;
+    for (int round = 0; round < samplesPerTriangle(triangles); ++round) {
+        for (Draw& draw : draws) {
+            draw.skipped = static_cast<std::uint16_t>(nextRandom() % 3);
+            draw.anywhere = static_cast<std::uint16_t>(nextRandom());
         }
+        findAndTake(
+            triangles,
+            [&](std::int32_t i) {
+                return planeNormal(mesh, points, i, draws[static_cast<std::size_t>(i)]);
+            },
+            [&](std::int32_t, const FiledDirection& normal) {
+                // Planes without a normal are left out. Written so that a NaN length counts as one.
+                if (normal.direction.GetLength() == 0.0f) return;
+                buckets.add(normal.cell, normal.direction, count++);
+            });
     }
-    return normals;
+    appendFullest(buckets, candidates);
 }
 
-void appendSampledNormals(const Mesh& mesh, const UMatrix4<float>& placement, BucketMap& buckets,
-                          std::vector<Direction>& candidates) {
-    const std::vector<Direction> normals = samplePlanes(mesh, placement);
-    for (std::size_t i = 0; i < normals.size(); ++i) {
-        countDirection(buckets, normals[i], static_cast<std::int32_t>(i));
-    }
-    for (const DirectionBucket& bucket : takePopularBuckets(buckets)) {
-        appendWithOpposite(candidates, normals[static_cast<std::size_t>(bucket.index)]);
-    }
-}
-
-std::vector<Direction> withoutDuplicates(const std::vector<Direction>& candidates,
-                                         BucketMap& buckets) {
+std::vector<Direction> withoutDuplicates(const std::vector<Direction>& candidates) {
+    robin_hood::unordered_set<std::int64_t> cells;
     std::vector<Direction> distinct;
     distinct.reserve(candidates.size());
     for (const Direction& direction : candidates) {
-        DirectionBucket& bucket = buckets[directionKey(direction)];
-        if (bucket.count != 0) continue;
-        bucket.count = 1;
-        distinct.push_back(direction);
+        if (cells.insert(directionKey(direction)).second) distinct.push_back(direction);
     }
     return distinct;
 }
@@ -172,8 +181,8 @@ std::vector<Direction> initOrients(MeshKernel* mesh) {
     mesh->updateTriangleNormal();
     constexpr auto kBase = baseDirections();
     std::vector<Direction> candidates(kBase.begin(), kBase.end());
-    BucketMap buckets;
+    DirectionBuckets buckets;
     appendTriangleNormals(*shared, buckets, candidates);
     appendSampledNormals(*shared, mesh->getMatrix(), buckets, candidates);
-    return withoutDuplicates(candidates, buckets);
+    return withoutDuplicates(candidates);
 }

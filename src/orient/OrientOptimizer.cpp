@@ -1,5 +1,7 @@
 #include "OrientOptimizer.h"
 
+#include <cmath>
+
 #include "CandidateLoop.h"
 #include "FlatMesh.h"
 #include "InitOrients.h"
@@ -16,13 +18,18 @@ using Progress = std::function<void(int)>;
 /// The area of every triangle as placed, scale included.
 std::vector<float> placedAreas(const FlatMesh& mesh) {
     const auto count = static_cast<std::int64_t>(mesh.corners.size());
+    // An identity changes no more than a zero's sign, which no area shows.
+    const bool isInPlace = mesh.placement.isIdenticalMatrix() && std::isfinite(mesh.reach);
+    const auto placed = [&](std::int32_t vertex) {
+        const UPoint3<float> p = mesh.point(vertex);
+        return isInPlace ? p : p * mesh.placement;
+    };
     std::vector<float> areas(mesh.corners.size());
 #pragma omp parallel for schedule(static)
     for (std::int64_t i = 0; i < count; ++i) {
         const auto& [a, b, c] = mesh.corners[static_cast<std::size_t>(i)];
-        areas[static_cast<std::size_t>(i)] = TeskMath<float>::CalculateTriangleArea(
-            mesh.point(a) * mesh.placement, mesh.point(b) * mesh.placement,
-            mesh.point(c) * mesh.placement);
+        areas[static_cast<std::size_t>(i)] =
+            TeskMath<float>::CalculateTriangleArea(placed(a), placed(b), placed(c));
     }
     return areas;
 }

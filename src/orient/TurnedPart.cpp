@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "CandidateRotation.h"
-#include "TeskDataBasic/UMatrix4.h"
 
 namespace {
 
@@ -108,6 +107,15 @@ void liftTo(const FlatMesh& mesh, float baseHeight, const Matrix& turn, Ranges& 
 }
 
 }  // namespace
+
+UBox3<float> boxThrough(const FlatMesh& mesh, const Matrix& matrix) {
+    TurnedPart part;
+    Ranges ranges;
+    turnBy(mesh, matrix, part);
+    unshiftedRanges(mesh, {&part, 1}, {&ranges, 1});
+    setBox(mesh, ranges, part);
+    return part.box;
+}
 
 void turnParts(const FlatMesh& mesh, std::span<const UVector3<float>> directions, float baseHeight,
                std::span<TurnedPart> parts) {

@@ -5,6 +5,7 @@
 
 #include "FlatMesh.h"
 #include "TeskDataBasic/UBox3.h"
+#include "TeskDataBasic/UMatrix4.h"
 #include "TeskDataBasic/UVector3.h"
 #include "TurnKernels.h"
 
@@ -26,6 +27,9 @@ struct TurnedPart {
         return p.x * c.fromX + p.y * c.fromY + p.z * c.fromZ + c.shift;
     }
 };
+
+/// The box of the mesh's kept vertices taken through a matrix.
+UBox3<float> boxThrough(const FlatMesh& mesh, const UMatrix4<float>& matrix);
 
 /// How many candidates go through the mesh together: each of its arrays is then read once for all.
 constexpr std::size_t kGroupSize = 4;

@@ -28,6 +28,7 @@ void MeshKernel::UpdateTopo(bool rebuild, int parts) {
 }
 
 void MeshKernel::updateTriangleNormal() {
+#pragma omp parallel for schedule(static)
     for (std::int32_t i = 0; i < m_mesh->TriangleCount(); ++i) {
         UTriangle<float>& triangle = *m_mesh->Triangle(i);
         const UPoint3<float>& p0 = triangle.P(0);

@@ -1,0 +1,73 @@
+#include "DirectionBuckets.h"
+
+#include <algorithm>
+
+#include "DirectionKey.h"
+
+namespace {
+
+/// What a component of a unit vector can be, and a little more.
+constexpr float kReach = 1.004f;
+/// Cells along one component: from −32 to 33.
+constexpr std::uint32_t kCells = 66;
+constexpr std::int32_t kLowest = -32;
+
+bool isWithinReach(float component) {
+    return component >= -kReach && component <= kReach;
+}
+
+/// The cell along one component, from 0, as directionKey() forms it.
+std::uint32_t placeOf(float component) {
+    constexpr std::int32_t kHalfCell = 15;
+    constexpr std::int32_t kCell = 30;
+    const auto thousandths = static_cast<std::int32_t>(component * 1000.0f);
+    return static_cast<std::uint32_t>((thousandths + kHalfCell) / kCell - kLowest);
+}
+
+float orZero(float component) {
+    return component == component ? component : 0.0f;
+}
+
+}  // namespace
+
+DirectionBuckets::DirectionBuckets()
+    : m_places(static_cast<std::size_t>(kCells) * kCells * kCells) {}
+
+std::uint32_t DirectionBuckets::cellOf(const UVector3<float>& direction) {
+    const float x = orZero(direction.x);
+    const float y = orZero(direction.y);
+    const float z = orZero(direction.z);
+    if (!isWithinReach(x) || !isWithinReach(y) || !isWithinReach(z)) return kBeyond;
+    return (placeOf(z) * kCells + placeOf(y)) * kCells + placeOf(x);
+}
+
+void DirectionBuckets::add(std::uint32_t cell, const UVector3<float>& direction,
+                           std::int32_t index) {
+    Place& place = cell != kBeyond ? m_places[cell] : m_placesBeyond[directionKey(direction)];
+    if (place == 0) {
+        m_cells.push_back(cell);
+        m_buckets.emplace_back();
+        place = static_cast<Place>(m_buckets.size());
+    }
+    DirectionBucket& bucket = m_buckets[place - 1];
+    bucket.index = index;
+    ++bucket.count;
+    bucket.last = direction;
+}
+
+std::vector<DirectionBucket> DirectionBuckets::takeFullest(std::size_t most) {
+    for (const std::uint32_t cell : m_cells) {
+        if (cell != kBeyond) m_places[cell] = 0;
+    }
+    m_placesBeyond.clear();
+    m_cells.clear();
+    const auto end =
+        m_buckets.begin() + static_cast<std::ptrdiff_t>(std::min(most, m_buckets.size()));
+    std::partial_sort(m_buckets.begin(), end, m_buckets.end(),
+                      [](const DirectionBucket& a, const DirectionBucket& b) {
+                          return a.count != b.count ? a.count > b.count : a.index < b.index;
+                      });
+    const std::vector<DirectionBucket> fullest(m_buckets.begin(), end);
+    m_buckets.clear();
+    return fullest;
+}
