@@ -5,6 +5,7 @@
 #include <omp.h>
 
 #include <CLI/CLI.hpp>
+#include <atomic>
 #include <functional>
 #include <optional>
 

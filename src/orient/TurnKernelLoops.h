@@ -118,7 +118,9 @@ std::size_t rowsUnder(const ColumnEdges& edges, const float* rows, std::size_t c
     return foundCount;
 }
 
-// Differences and products of floats are exact in double; the height is put together in float.
+// Differences and products of floats are exact in double; the height is put together in float. The
+// compiler finds the width itself.
+template <class Pack>
 void heights(const ColumnPlane& plane, const float* rows, const std::uint32_t* places,
              std::size_t count, float* z) {
     for (std::size_t i = 0; i < count; ++i) {
@@ -131,7 +133,7 @@ void heights(const ColumnPlane& plane, const float* rows, const std::uint32_t* p
 
 template <class Pack>
 constexpr TurnKernels kernelsOf(const char* name) {
-    return {name, extendRange<Pack>, cellCodes<Pack>, rowsUnder<Pack>, heights};
+    return {name, extendRange<Pack>, cellCodes<Pack>, rowsUnder<Pack>, heights<Pack>};
 }
 
 }  // namespace
