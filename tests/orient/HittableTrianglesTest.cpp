@@ -67,6 +67,26 @@ TEST(HittableTriangles, NoneIsMissed) {
     expectNoneMissed(makeBox({0, 0, 0}, {3000, 1, 1}), directions);
 }
 
+TEST(HittableTriangles, ATinyOneAroundASampleIsNotMissed) {
+    // All its corners are so near the sample that rounding could decide, in both coordinates.
+    const Part box = makeBox({0, 0, 0}, {30, 20, 10});
+    const MeshKernel kernel = box.kernel();
+    const FlatMesh flat = flatten(*kernel.getMesh(), kernel.getMatrix());
+    const Found found = findAll(flat, {{0, 0, 1}});
+    const SampleGrid& grid = found.grids[0];
+    for (std::size_t i = 1; i < grid.columns.size(); i += 7) {
+        const float x = grid.columns[i];
+        const float y = grid.rows[i % grid.rows.size()];
+        if (x < 1 || x > 29 || y < 1 || y > 19) continue;
+        Part part = box;
+        const auto corner = [&](float dx, float dy) {
+            return part.add({x * (1 + dx * 0x1p-23f), y * (1 + dy * 0x1p-23f), 5});
+        };
+        part.triangles.push_back({corner(-1, -1), corner(1, -1), corner(0, 1)});
+        expectNoneMissed(part, {{0, 0, 1}});
+    }
+}
+
 TEST(HittableTriangles, OfAFineMeshAlmostNoOtherIsFound) {
     const MeshKernel kernel = makeSphere(30.0f, 200'000).kernel();
     const FlatMesh mesh = flatten(*kernel.getMesh(), kernel.getMatrix());
