@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 #include "MinBoundingBox.h"
 #include "PointsInput.h"
@@ -42,13 +43,22 @@ bool isNoBox(const OrientedBox3& box) {
            box.axis[2] == ones && box.extent == ones;
 }
 
+bool reachesEndOfFloats(const Points& points) {
+    constexpr float kEnd = std::numeric_limits<float>::max() / 4.0f;
+    return std::any_of(points.begin(), points.end(), [](const UPoint3<float>& p) {
+        return std::fabs(p.x) > kEnd || std::fabs(p.y) > kEnd || std::fabs(p.z) > kEnd;
+    });
+}
+
 /// Whether there may be no box: without finite points; around an axis that has no direction or is
 /// so close to Z that floats do not tell them apart; along principal axes where a point is not
-/// finite.
+/// finite, or the full lengths may be too large for a float.
 bool mayHaveNoBox(int operation, const Points& points, const UVector3<float>& axis) {
     const auto finite = std::count_if(points.begin(), points.end(), isFinite);
     if (finite == 0) return true;
-    if (operation == 4) return finite < static_cast<std::ptrdiff_t>(points.size());
+    if (operation == 4) {
+        return finite < static_cast<std::ptrdiff_t>(points.size()) || reachesEndOfFloats(points);
+    }
     if (operation != 3 || axis == UVector3<float>(0, 0, 1)) return false;
     const float across = std::fmax(std::fabs(axis.x), std::fabs(axis.y));
     return !isFinite({axis.x, axis.y, axis.z}) || across <= 1e-30f * std::fabs(axis.z);

@@ -77,7 +77,8 @@ class TESK_ORIENT_API MinBoundingBox {
                                           UVector3<float> axis);
 
     /// The box along the principal axes of the points: quick, not the smallest. Its extent holds
-    /// full side lengths, not halves. A point that is not finite leaves no box.
+    /// full side lengths, not halves. A point that is not finite leaves no box, nor
+    /// do points so far apart that a side is longer than a float can tell.
     static OrientedBox3 generateOBB(const UPoint3<float>* points, int n);
 
  private:
