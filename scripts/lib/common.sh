@@ -55,3 +55,13 @@ own_files() {
             [ ! -f "$file" ] || printf '%s\n' "$file"
         done
 }
+
+# build_bench [TARGET...]: the benchmarks, in build/bench; all without arguments.
+build_bench() {
+    local targets=()
+    [ $# -eq 0 ] || targets=(--target "$@")
+    mkdir -p build
+    quietly build/bench.log cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release \
+        -DTESK_BUILD_BENCH=ON -DTESK_BUILD_TESTS=OFF -DTESK_BUILD_APPS=OFF
+    quietly build/bench.log cmake --build build/bench "${targets[@]}"
+}

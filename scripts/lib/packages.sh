@@ -47,6 +47,10 @@ libcgal-dev|an oriented bounding box to compare with
 libeigen3-dev|which it needs
 LIST
             ;;
+        plot)
+            packages_for build
+            echo "gnuplot-nox|draws the figures"
+            ;;
         *) fail "no package list is named '$1'" ;;
     esac
 }

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <omp.h>
 
 #include <algorithm>
 #include <array>
@@ -54,7 +55,6 @@ std::map<std::pair<std::int32_t, std::int32_t>, std::vector<EdgeUse>> edgesOf(
 }
 
 void expectSameAsPlain(MeshKernel& kernel) {
-    kernel.UpdateTopo(true, kAll);
     UMesh<float>& mesh = *kernel.getMesh();
     TopologyCounts counts;
     std::vector<std::array<std::int32_t, 3>> neighbours(
@@ -70,13 +70,19 @@ void expectSameAsPlain(MeshKernel& kernel) {
                           uses.size() == 2 ? uses[1 - i].triangle : Triangle::kNonManifoldEdge;
         }
     }
-    expectCounts(kernel, counts.openEdges, counts.nonManifoldEdges, counts.inconsistentEdges);
-    for (std::int32_t t = 0; t < mesh.TriangleCount(); ++t) {
-        for (int k = 0; k < 3; ++k) {
-            ASSERT_EQ(mesh.Triangle(t)->Neighbour(k),
-                      neighbours[static_cast<std::size_t>(t)][static_cast<std::size_t>(k)]);
+    const int threadsBefore = omp_get_max_threads();
+    for (const int threads : {1, 2, 3, 16}) {
+        omp_set_num_threads(threads);
+        kernel.UpdateTopo(true, kAll);
+        expectCounts(kernel, counts.openEdges, counts.nonManifoldEdges, counts.inconsistentEdges);
+        for (std::int32_t t = 0; t < mesh.TriangleCount(); ++t) {
+            for (int k = 0; k < 3; ++k) {
+                ASSERT_EQ(mesh.Triangle(t)->Neighbour(k),
+                          neighbours[static_cast<std::size_t>(t)][static_cast<std::size_t>(k)]);
+            }
         }
     }
+    omp_set_num_threads(threadsBefore);
 }
 
 TEST(Topology, AClosedMeshHasNoOddEdges) {
