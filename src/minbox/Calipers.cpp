@@ -1,5 +1,6 @@
 #include "Calipers.h"
 
+#include <limits>
 #include <utility>
 
 void removeCollinear(const MinBoundingBoxImpl& impl, const Vector& direction, Outline& outline) {
@@ -117,19 +118,21 @@ CaliperRect Calipers::edgeRect(int end) const {
     return rect;
 }
 
+double Calipers::sineSquared(const CaliperRect& rect, std::size_t side) const {
+    // Top and left run against the axes, which does not change the square.
+    const std::size_t axis = side & 1;
+    const Edge& edge = m_edges[static_cast<std::size_t>(next(rect.support[side]))];
+    const Vector sine = rect.axes[axis] * edge.along;
+    return (sine | sine) / (rect.squaredLengths[axis] * edge.alongSquared);
+}
+
 bool Calipers::angles(const CaliperRect& rect, SideAngles& entries, int& count) const {
     count = 0;
     for (std::size_t i = 0; i < 4; ++i) {
         const std::size_t side = (i + 3) % 4;
-        const int support = rect.support[side];
-        if (support == rect.support[i]) continue;
-        // Top and left run against the axes, which does not change the square.
-        const std::size_t axis = side & 1;
-        const Edge& edge = m_edges[static_cast<std::size_t>(next(support))];
-        const Vector sine = rect.axes[axis] * edge.along;
-        entries[static_cast<std::size_t>(count++)] = {
-            (sine | sine) / (rect.squaredLengths[axis] * edge.alongSquared),
-            static_cast<int>(side)};
+        if (rect.support[side] == rect.support[i]) continue;
+        entries[static_cast<std::size_t>(count++)] = {sineSquared(rect, side),
+                                                      static_cast<int>(side)};
     }
     return count > 0;
 }
@@ -144,15 +147,47 @@ bool Calipers::updateSupport(const SideAngles& entries, int count, const std::ar
         int& support = rect.support[static_cast<std::size_t>(entry(k).side)];
         support = next(support);
     }
-    const auto bottom =
-        static_cast<std::size_t>(rect.support[static_cast<std::size_t>(least.side)]);
-    if (m_visited[bottom]) return false;
-    m_visited[bottom] = true;
-    // The side that became flush is the new bottom.
-    const std::array<int, 4> old = rect.support;
-    for (std::size_t k = 0; k < 4; ++k) {
-        rect.support[k] = old[(static_cast<std::size_t>(least.side) + k) % 4];
+    return standOn(static_cast<std::size_t>(least.side), rect);
+}
+
+bool Calipers::turn(CaliperRect& rect) {
+    // Only the least angle matters, and which sides share it: nothing needs sorting, and nothing to
+    // be guessed by the processor.
+    constexpr double kNone = std::numeric_limits<double>::infinity();
+    const auto& support = rect.support;
+    const auto sineOf = [&](std::size_t side) {
+        return support[side] == support[(side + 1) % 4] ? kNone : sineSquared(rect, side);
+    };
+    const std::array<double, 4> sines = {sineOf(0), sineOf(1), sineOf(2), sineOf(3)};
+    // Of equal ones the first in the order left, bottom, right, top.
+    double least = sines[3];
+    std::size_t side = 3;
+    bool isOrdered = sines[3] == sines[3];
+    for (std::size_t k = 0; k < 3; ++k) {
+        isOrdered &= sines[k] == sines[k];
+        side = sines[k] < least ? k : side;
+        least = sines[k] < least ? sines[k] : least;
     }
+    if (!isOrdered || !(least < kNone)) {
+        SideAngles entries{};
+        int count = 0;
+        return angles(rect, entries, count) &&
+               updateSupport(entries, count, sortAngles(entries, count), rect);
+    }
+    for (std::size_t k = 0; k < 4; ++k) {
+        const int following = next(rect.support[k]);
+        rect.support[k] = sines[k] == least ? following : rect.support[k];
+    }
+    return standOn(side, rect);
+}
+
+/// Makes the side that became flush the new bottom; false where its vertex was one before.
+bool Calipers::standOn(std::size_t side, CaliperRect& rect) {
+    const auto bottom = static_cast<std::size_t>(rect.support[side]);
+    if (m_visited[bottom] != 0) return false;
+    m_visited[bottom] = 1;
+    const std::array<int, 4> old = rect.support;
+    for (std::size_t k = 0; k < 4; ++k) rect.support[k] = old[(side + k) % 4];
     alignTo(rect.support[CaliperRect::kBase], rect);
     const auto [width, height] = sideRanges(rect);
     rect.area = width * height / rect.squaredLengths[1];

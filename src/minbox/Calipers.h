@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <vector>
 
 #include "BoxCandidate.h"
@@ -77,6 +78,10 @@ class Calipers {
     /// bottom to top times the other's.
     std::array<double, 2> sideRanges(const CaliperRect& rect) const;
 
+    /// The same as angles(), sortAngles() and updateSupport() one after the other: to the next
+    /// rectangle of a run. Returns false where the run has ended.
+    bool turn(CaliperRect& rect);
+
     /// Calls visit(CaliperRect&) for the rectangle on the edge that ends at the first position,
     /// and those that turning gives until a bottom vertex comes up again. It may change `score`.
     template <class Visit>
@@ -97,12 +102,14 @@ class Calipers {
 
     int size() const { return static_cast<int>(m_points.size()); }
     int next(int position) const { return position + 1 == size() ? 0 : position + 1; }
+    double sineSquared(const CaliperRect& rect, std::size_t side) const;
+    bool standOn(std::size_t side, CaliperRect& rect);
     void alignTo(int end, CaliperRect& rect) const;
 
     const MinBoundingBoxImpl& m_impl;
     std::vector<Vector> m_points;
     std::vector<Edge> m_edges;  ///< each at the position where it ends
-    std::vector<bool> m_visited;
+    std::vector<std::uint8_t> m_visited;
 };
 
 /// Lays a frame over a rectangle, with the direction that the calipers look along as its third
@@ -114,15 +121,12 @@ void layOver(const MinBoundingBoxImpl& impl, const CaliperRect& rect, const Cali
 
 template <class Visit>
 void Calipers::forEachRect(Visit visit) {
-    m_visited.assign(m_points.size(), false);
+    m_visited.assign(m_points.size(), 0);
     CaliperRect rect = edgeRect(0);
-    m_visited[static_cast<std::size_t>(rect.support[CaliperRect::kBase])] = true;
+    m_visited[static_cast<std::size_t>(rect.support[CaliperRect::kBase])] = 1;
     visit(rect);
     for (int i = 0; i < size(); ++i) {
-        SideAngles entries{};
-        int count = 0;
-        if (!angles(rect, entries, count)) break;
-        if (!updateSupport(entries, count, sortAngles(entries, count), rect)) break;
+        if (!turn(rect)) break;
         visit(rect);
     }
 }
