@@ -21,19 +21,6 @@ double hullDiagonal(const MinBoundingBoxImpl& impl) {
     return (high - low).GetLength();
 }
 
-bool hasOrthogonalAxes(const BoxFrame& frame) {
-    for (const double squaredLength : frame.squaredLengths) {
-        if (!(squaredLength > 0.0) || !std::isfinite(squaredLength)) return false;
-    }
-    for (std::size_t i = 0; i < 3; ++i) {
-        const std::size_t j = (i + 1) % 3;
-        const double dot = frame.axes[i] | frame.axes[j];
-        const double bound = kOrthogonal * kOrthogonal * frame.squaredLengths[i];
-        if (!(dot * dot <= bound * frame.squaredLengths[j])) return false;
-    }
-    return true;
-}
-
 bool holdsAllVertices(const MinBoundingBoxImpl& impl, const BoxFrame& frame) {
     const double slack = kOutside * hullDiagonal(impl);
     std::array<Range, 3> limits = frame.ranges;
@@ -71,6 +58,19 @@ double volumeOf(const BoxFrame& frame) {
     const auto& [r0, r1, r2] = frame.ranges;
     return (r1.length() / frame.squaredLengths[1]) * r0.length() *
            (r2.length() / frame.squaredLengths[2]);
+}
+
+bool hasOrthogonalAxes(const BoxFrame& frame) {
+    for (const double squaredLength : frame.squaredLengths) {
+        if (!(squaredLength > 0.0) || !std::isfinite(squaredLength)) return false;
+    }
+    for (std::size_t i = 0; i < 3; ++i) {
+        const std::size_t j = (i + 1) % 3;
+        const double dot = frame.axes[i] | frame.axes[j];
+        const double bound = kOrthogonal * kOrthogonal * frame.squaredLengths[i];
+        if (!(dot * dot <= bound * frame.squaredLengths[j])) return false;
+    }
+    return true;
 }
 
 FrameState secure(const MinBoundingBoxImpl& impl, BoxFrame& frame) {

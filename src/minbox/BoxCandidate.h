@@ -64,6 +64,9 @@ Range rangeAlong(const MinBoundingBoxImpl& impl, const Vector& origin, const Vec
 /// rectangle search makes them.
 double volumeOf(const BoxFrame& frame);
 
+/// Whether the axes are of finite length and orthogonal to each other.
+bool hasOrthogonalAxes(const BoxFrame& frame);
+
 /// What securing a frame found.
 enum class FrameState {
     kSound,    ///< it holds all hull vertices

@@ -76,14 +76,25 @@ void Calipers::set(const Vector& direction, const Outline& outline) {
         const Vector edge = m_points[i] - m_points[i == 0 ? m_points.size() - 1 : i - 1];
         const Vector inward = direction * edge;
         const Vector along = inward * direction;
-        m_edges.push_back({along, inward, along | along, inward | inward});
+        m_edges.push_back({Axis{along, along | along}, Axis{inward, inward | inward}});
     }
+    if (!m_edges.empty()) m_edges.push_back(m_edges.front());
 }
 
-void Calipers::alignTo(int end, CaliperRect& rect) const {
-    const Edge& edge = m_edges[static_cast<std::size_t>(end)];
-    rect.axes = {edge.along, edge.inward};
-    rect.squaredLengths = {edge.alongSquared, edge.inwardSquared};
+/// Forms what follows from where a rectangle stands.
+void Calipers::setOn(const Stand& stand, CaliperRect& rect) const {
+    const Edge& edge = m_edges[static_cast<std::size_t>(stand.support[CaliperRect::kBase])];
+    rect.axes = {edge[0].vector, edge[1].vector};
+    rect.squaredLengths = {edge[0].squared, edge[1].squared};
+    rect.support = stand.support;
+    rect.area = stand.area;
+}
+
+CaliperRect Calipers::rectOn(const Stand& stand) const {
+    CaliperRect rect;
+    rect.score = m_impl.unsetF;
+    setOn(stand, rect);
+    return rect;
 }
 
 CaliperRect Calipers::edgeRect(int end) const {
@@ -91,10 +102,7 @@ CaliperRect Calipers::edgeRect(int end) const {
         double x;
         double y;
     };
-    CaliperRect rect;
-    alignTo(end, rect);
-    rect.support = {end, end, end, end};
-    rect.score = m_impl.unsetF;
+    CaliperRect rect = rectOn({{end, end, end, end}, 0.0});
     Projection right{m_impl.zero, m_impl.zero};
     Projection top = right;
     Projection left = right;
@@ -118,12 +126,12 @@ CaliperRect Calipers::edgeRect(int end) const {
     return rect;
 }
 
-double Calipers::sineSquared(const CaliperRect& rect, std::size_t side) const {
+double Calipers::sineSquared(const std::array<int, 4>& support, std::size_t side) const {
     // Top and left run against the axes, which does not change the square.
-    const std::size_t axis = side & 1;
-    const Edge& edge = m_edges[static_cast<std::size_t>(next(rect.support[side]))];
-    const Vector sine = rect.axes[axis] * edge.along;
-    return (sine | sine) / (rect.squaredLengths[axis] * edge.alongSquared);
+    const Axis& axis = m_edges[static_cast<std::size_t>(support[CaliperRect::kBase])][side & 1];
+    const Axis& along = m_edges[static_cast<std::size_t>(support[side]) + 1][0];
+    const Vector sine = axis.vector * along.vector;
+    return (sine | sine) / (axis.squared * along.squared);
 }
 
 bool Calipers::angles(const CaliperRect& rect, SideAngles& entries, int& count) const {
@@ -131,7 +139,7 @@ bool Calipers::angles(const CaliperRect& rect, SideAngles& entries, int& count) 
     for (std::size_t i = 0; i < 4; ++i) {
         const std::size_t side = (i + 3) % 4;
         if (rect.support[side] == rect.support[i]) continue;
-        entries[static_cast<std::size_t>(count++)] = {sineSquared(rect, side),
+        entries[static_cast<std::size_t>(count++)] = {sineSquared(rect.support, side),
                                                       static_cast<int>(side)};
     }
     return count > 0;
@@ -143,20 +151,31 @@ bool Calipers::updateSupport(const SideAngles& entries, int count, const std::ar
         return entries[static_cast<std::size_t>(order[static_cast<std::size_t>(k)])];
     };
     const SideAngle least = entry(0);
+    Stand stand{rect.support, rect.area};
     for (int k = 0; k < count && entry(k).sinSq == least.sinSq; ++k) {
-        int& support = rect.support[static_cast<std::size_t>(entry(k).side)];
+        int& support = stand.support[static_cast<std::size_t>(entry(k).side)];
         support = next(support);
     }
-    return standOn(static_cast<std::size_t>(least.side), rect);
+    const bool isNew = standOn(static_cast<std::size_t>(least.side), stand);
+    setOn(stand, rect);
+    return isNew;
 }
 
 bool Calipers::turn(CaliperRect& rect) {
+    Stand stand{rect.support, rect.area};
+    const bool isNew = turn(stand);
+    setOn(stand, rect);
+    return isNew;
+}
+
+bool Calipers::turn(Stand& stand) {
     // Only the least angle matters, and which sides share it: nothing needs sorting, and nothing to
     // be guessed by the processor.
     constexpr double kNone = std::numeric_limits<double>::infinity();
-    const auto& support = rect.support;
+    const std::array<int, 4> support = stand.support;
     const auto sineOf = [&](std::size_t side) {
-        return support[side] == support[(side + 1) % 4] ? kNone : sineSquared(rect, side);
+        const double sine = sineSquared(support, side);
+        return support[side] == support[(side + 1) % 4] ? kNone : sine;
     };
     const std::array<double, 4> sines = {sineOf(0), sineOf(1), sineOf(2), sineOf(3)};
     // Of equal ones the first in the order left, bottom, right, top.
@@ -169,45 +188,63 @@ bool Calipers::turn(CaliperRect& rect) {
         least = sines[k] < least ? sines[k] : least;
     }
     if (!isOrdered || !(least < kNone)) {
+        CaliperRect rect = rectOn(stand);
         SideAngles entries{};
         int count = 0;
-        return angles(rect, entries, count) &&
-               updateSupport(entries, count, sortAngles(entries, count), rect);
+        const bool isNew = angles(rect, entries, count) &&
+                           updateSupport(entries, count, sortAngles(entries, count), rect);
+        stand = {rect.support, rect.area};
+        return isNew;
     }
     for (std::size_t k = 0; k < 4; ++k) {
-        const int following = next(rect.support[k]);
-        rect.support[k] = sines[k] == least ? following : rect.support[k];
+        stand.support[k] = sines[k] == least ? next(support[k]) : support[k];
     }
-    return standOn(side, rect);
+    return standOn(side, stand);
 }
 
 /// Makes the side that became flush the new bottom; false where its vertex was one before.
-bool Calipers::standOn(std::size_t side, CaliperRect& rect) {
-    const auto bottom = static_cast<std::size_t>(rect.support[side]);
+bool Calipers::standOn(std::size_t side, Stand& stand) {
+    const auto bottom = static_cast<std::size_t>(stand.support[side]);
     if (m_visited[bottom] != 0) return false;
     m_visited[bottom] = 1;
-    const std::array<int, 4> old = rect.support;
-    for (std::size_t k = 0; k < 4; ++k) rect.support[k] = old[(side + k) % 4];
-    alignTo(rect.support[CaliperRect::kBase], rect);
-    const auto [width, height] = sideRanges(rect);
-    rect.area = width * height / rect.squaredLengths[1];
+    // Round by `side` places: by one, then by two, without a guess for the processor.
+    const std::array<int, 4> s = stand.support;
+    const bool isOdd = (side & 1) != 0;
+    const std::array<int, 4> t = {isOdd ? s[1] : s[0], isOdd ? s[2] : s[1], isOdd ? s[3] : s[2],
+                                  isOdd ? s[0] : s[3]};
+    const bool isHalf = (side & 2) != 0;
+    stand.support = {isHalf ? t[2] : t[0], isHalf ? t[3] : t[1], isHalf ? t[0] : t[2],
+                     isHalf ? t[1] : t[3]};
+    const auto [width, height] = sideRanges(stand.support);
+    stand.area = width * height / m_edges[bottom][1].squared;
     return true;
 }
 
+std::array<double, 2> Calipers::sideRanges(const std::array<int, 4>& support) const {
+    const auto at = [&](CaliperRect::Side side) { return point(support[side]); };
+    const Edge& edge = m_edges[static_cast<std::size_t>(support[CaliperRect::kBase])];
+    return {edge[0].vector | (at(CaliperRect::kRight) - at(CaliperRect::kLeft)),
+            edge[1].vector | (at(CaliperRect::kTop) - at(CaliperRect::kBase))};
+}
+
 std::array<double, 2> Calipers::sideRanges(const CaliperRect& rect) const {
-    const auto support = [&](CaliperRect::Side side) { return point(rect.support[side]); };
-    return {rect.axes[0] | (support(CaliperRect::kRight) - support(CaliperRect::kLeft)),
-            rect.axes[1] | (support(CaliperRect::kTop) - support(CaliperRect::kBase))};
+    return sideRanges(rect.support);
+}
+
+void Calipers::startRun(const CaliperRect& first) {
+    m_visited.assign(m_points.size(), 0);
+    m_visited[static_cast<std::size_t>(first.support[CaliperRect::kBase])] = 1;
 }
 
 CaliperRect Calipers::minRect() {
-    CaliperRect best;
-    bool isFirst = true;
-    forEachRect([&](const CaliperRect& rect) {
-        if (isFirst || best.area > rect.area) best = rect;
-        isFirst = false;
-    });
-    return best;
+    const CaliperRect first = edgeRect(0);
+    startRun(first);
+    Stand stand{first.support, first.area};
+    Stand best = stand;
+    for (int i = 0; i < size() && turn(stand); ++i) {
+        if (best.area > stand.area) best = stand;
+    }
+    return rectOn(best);
 }
 
 void layOver(const MinBoundingBoxImpl& impl, const CaliperRect& rect, const Calipers& calipers,

@@ -92,23 +92,35 @@ class Calipers {
     CaliperRect minRect();
 
  private:
-    /// An outline edge, as the axes of a rectangle on it.
-    struct Edge {
-        Vector along;   ///< in the plane across the direction
-        Vector inward;  ///< from the edge into the outline
-        double alongSquared;
-        double inwardSquared;
+    /// An axis of a rectangle.
+    struct Axis {
+        Vector vector;
+        double squared;
+    };
+
+    /// An outline edge as the axes of a rectangle on it: along the edge, in the plane across the
+    /// direction, and from it into the outline.
+    using Edge = std::array<Axis, 2>;
+
+    /// A rectangle, but for what follows from where it stands.
+    struct Stand {
+        std::array<int, 4> support{};
+        double area = 0.0;
     };
 
     int size() const { return static_cast<int>(m_points.size()); }
     int next(int position) const { return position + 1 == size() ? 0 : position + 1; }
-    double sineSquared(const CaliperRect& rect, std::size_t side) const;
-    bool standOn(std::size_t side, CaliperRect& rect);
-    void alignTo(int end, CaliperRect& rect) const;
+    double sineSquared(const std::array<int, 4>& support, std::size_t side) const;
+    std::array<double, 2> sideRanges(const std::array<int, 4>& support) const;
+    bool standOn(std::size_t side, Stand& stand);
+    bool turn(Stand& stand);
+    void setOn(const Stand& stand, CaliperRect& rect) const;
+    CaliperRect rectOn(const Stand& stand) const;
+    void startRun(const CaliperRect& first);
 
     const MinBoundingBoxImpl& m_impl;
     std::vector<Vector> m_points;
-    std::vector<Edge> m_edges;  ///< each at the position where it ends
+    std::vector<Edge> m_edges;  ///< each at the position where it ends; the first again at the end
     std::vector<std::uint8_t> m_visited;
 };
 
@@ -121,9 +133,8 @@ void layOver(const MinBoundingBoxImpl& impl, const CaliperRect& rect, const Cali
 
 template <class Visit>
 void Calipers::forEachRect(Visit visit) {
-    m_visited.assign(m_points.size(), 0);
     CaliperRect rect = edgeRect(0);
-    m_visited[static_cast<std::size_t>(rect.support[CaliperRect::kBase])] = 1;
+    startRun(rect);
     visit(rect);
     for (int i = 0; i < size(); ++i) {
         if (!turn(rect)) break;

@@ -18,8 +18,12 @@ constexpr double kOblique = 4.0 * DirectionIndex::kTolerance;
 
 }  // namespace
 
-ClassWidths::ClassWidths(const MinBoundingBoxImpl& impl, const EdgeDirections& directions)
-    : m_impl(impl), m_directions(directions), m_widths(directions.units().size(), kUnknown) {
+ClassWidths::ClassWidths(const MinBoundingBoxImpl& impl, const EdgeDirections& directions,
+                         HeightFinder& heights)
+    : m_impl(impl),
+      m_directions(directions),
+      m_heights(heights),
+      m_widths(directions.units().size(), kUnknown) {
     double largest = 0.0;
     for (int i = 0; i < hullVertexCount(impl); ++i) {
         const Vector d = hullPoint(impl, i) - hullPoint(impl, 0);
@@ -41,7 +45,7 @@ double ClassWidths::widthOf(int direction) {
     double& width = m_widths[static_cast<std::size_t>(direction)];
     if (width == kUnknown) {
         const Vector& unit = m_directions.units()[static_cast<std::size_t>(direction)];
-        width = rangeAlong(m_impl, hullPoint(m_impl, 0), unit).length();
+        width = m_heights.rangeAlong(hullPoint(m_impl, 0), unit).length();
     }
     return width;
 }

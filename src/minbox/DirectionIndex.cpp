@@ -19,7 +19,7 @@ int largestComponent(const Vector& v) {
 }  // namespace
 
 DirectionIndex::DirectionIndex(const std::vector<Vector>& directions)
-    : m_directions(directions), m_size(sizeFor(directions.size())) {
+    : m_size(sizeFor(directions.size())) {
     std::vector<std::size_t> cells;
     cells.reserve(directions.size());
     for (const Vector& direction : directions) cells.push_back(cellOf(direction));
@@ -32,6 +32,10 @@ DirectionIndex::DirectionIndex(const std::vector<Vector>& directions)
     m_members.resize(directions.size());
     for (std::size_t i = 0; i < cells.size(); ++i) {
         m_members[m_first[cells[i] + 1]++] = static_cast<int>(i);
+    }
+    m_directions.reserve(directions.size());
+    for (const int member : m_members) {
+        m_directions.push_back(directions[static_cast<std::size_t>(member)]);
     }
 }
 

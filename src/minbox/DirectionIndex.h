@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -10,7 +11,6 @@
 /// face in a straight line.
 class DirectionIndex {
  public:
-    /// Keeps a reference to the directions.
     explicit DirectionIndex(const std::vector<Vector>& directions);
 
     /// How far from zero the dot product with an orthogonal direction may be.
@@ -22,9 +22,7 @@ class DirectionIndex {
         for (int face = 0; face < 3; ++face) {
             forEachCell(face, direction, [&](std::size_t cell) {
                 for (std::size_t i = m_first[cell]; i < m_first[cell + 1]; ++i) {
-                    const int index = m_members[i];
-                    const Vector& other = m_directions[static_cast<std::size_t>(index)];
-                    if (std::fabs(other | direction) <= kTolerance) visit(index);
+                    if (std::fabs(m_directions[i] | direction) <= kTolerance) visit(m_members[i]);
                 }
             });
         }
@@ -54,11 +52,11 @@ class DirectionIndex {
             const double end = 2.0 * (column + 1) / m_size - 1.0;
             const double v0 = -offset - rise * begin;
             const double v1 = -offset - rise * end;
-            const double low = std::fmin(v0, v1) - kSlack;
-            const double high = std::fmax(v0, v1) + kSlack;
+            const double low = std::min(v0, v1) - kSlack;
+            const double high = std::max(v0, v1) + kSlack;
             if (!(high >= -1.0 && low <= 1.0)) continue;
-            const int firstRow = static_cast<int>(inCells(std::fmax(low, -1.0)));
-            const int lastRow = static_cast<int>(inCells(std::fmin(high, 1.0)));
+            const int firstRow = static_cast<int>(inCells(std::max(low, -1.0)));
+            const int lastRow = static_cast<int>(inCells(std::min(high, 1.0)));
             for (int row = firstRow; row <= lastRow && row < m_size; ++row) {
                 visit(isAlongU ? cell(face, column, row) : cell(face, row, column));
             }
@@ -72,8 +70,8 @@ class DirectionIndex {
                static_cast<std::size_t>(column);
     }
 
-    const std::vector<Vector>& m_directions;
-    int m_size = 1;  ///< cells along a face's side
-    std::vector<std::size_t> m_first;
-    std::vector<int> m_members;
+    int m_size = 1;                    ///< cells along a face's side
+    std::vector<std::size_t> m_first;  ///< per cell, into the members
+    std::vector<int> m_members;        ///< cell by cell
+    std::vector<Vector> m_directions;  ///< of the members
 };

@@ -9,6 +9,7 @@
 #include "ClassWidths.h"
 #include "DirectionIndex.h"
 #include "EdgeDirections.h"
+#include "HeightFinder.h"
 #include "OrthogonalTriples.h"
 
 namespace {
@@ -21,6 +22,7 @@ struct EdgePlane {
         for (std::size_t place = 0; place < plane.classes().size(); ++place) {
             std::vector<int> further;
             plane.forEachPartner(place, [&](int other) {
+                if (!directions.areOrthogonal(plane.classes()[place], other)) return;
                 const auto others = directions.edges(other);
                 further.insert(further.end(), others.begin(), others.end());
             });
@@ -46,12 +48,15 @@ struct EdgePlane {
 class TriplePass {
  public:
     TriplePass(const MinBoundingBoxImpl& impl, const EdgeDirections& directions,
-               const DirectionIndex& index, ClassWidths& widths, const std::atomic<bool>& isAborted)
+               const DirectionIndex& index, HeightFinder& heights, ClassWidths& widths,
+               const std::atomic<bool>& isAborted, const VolumeLimit& limit)
         : m_impl(impl),
           m_directions(directions),
           m_index(index),
+          m_heights(heights),
           m_widths(widths),
           m_isAborted(isAborted),
+          m_limit(limit),
           m_origin(hullPoint(impl, impl.hullTriangles->front()[0])),
           m_ranges(static_cast<std::size_t>(directions.edgeCount())),
           m_hasRange(static_cast<std::size_t>(directions.edgeCount()), false) {}
@@ -114,13 +119,13 @@ class TriplePass {
     }
 
     bool canBeBetter(int pole, int j, int k) {
-        if (m_best.volume == m_impl.unset) return true;
-        return m_widths.volumeBound(pole, m_directions.classOf(j), m_directions.classOf(k)) <=
-               m_best.volume;
+        const double bound =
+            m_widths.volumeBound(pole, m_directions.classOf(j), m_directions.classOf(k));
+        return bound <= m_limit.get() && (m_best.volume == m_impl.unset || bound <= m_best.volume);
     }
 
     bool isBetter(const VolumeCandidate& box) const {
-        return box.volume == box.volume &&
+        return box.volume < m_limit.get() &&
                (m_best.volume == m_impl.unset || m_best.volume > box.volume);
     }
 
@@ -131,7 +136,7 @@ class TriplePass {
         box.squaredLengths[0] = box.axes[0] | box.axes[0];
         box.squaredLengths[1] = box.axes[1] | box.axes[1];
         box.squaredLengths[2] = box.squaredLengths[0] * box.squaredLengths[1];
-        box.ranges = {rangeAlongEdge(k), rangeAlongEdge(j), rangeAlong(m_impl, m_origin, third)};
+        box.ranges = {rangeAlongEdge(k), rangeAlongEdge(j), m_heights.rangeAlong(m_origin, third)};
         box.volume = volumeAlong(box);
         return box;
     }
@@ -145,7 +150,7 @@ class TriplePass {
     const Range& rangeAlongEdge(int edge) {
         const auto e = static_cast<std::size_t>(edge);
         if (!m_hasRange[e]) {
-            m_ranges[e] = rangeAlong(m_impl, m_origin, m_directions.vector(edge));
+            m_ranges[e] = m_heights.rangeAlong(m_origin, m_directions.vector(edge));
             m_hasRange[e] = true;
         }
         return m_ranges[e];
@@ -154,8 +159,10 @@ class TriplePass {
     const MinBoundingBoxImpl& m_impl;
     const EdgeDirections& m_directions;
     const DirectionIndex& m_index;
+    HeightFinder& m_heights;
     ClassWidths& m_widths;
     const std::atomic<bool>& m_isAborted;
+    const VolumeLimit& m_limit;
     Vector m_origin;
     std::vector<Range> m_ranges;  ///< along each edge, where m_hasRange says so
     std::vector<bool> m_hasRange;
@@ -166,24 +173,28 @@ class TriplePass {
 
 }  // namespace
 
-void searchEdges(const MinBoundingBoxImpl& impl, const std::atomic<bool>& isAborted,
+void searchEdges(const MinBoundingBoxImpl& impl, const SearchHull& hull,
+                 const std::atomic<bool>& isAborted, const VolumeLimit& limit,
                  VolumeCandidate& best) {
     const EdgeDirections directions(impl);
     const DirectionIndex index(directions.units());
-    ClassWidths widths(impl, directions);
-    const std::vector<ClassTriple> triples = findTriples(directions, widths, index, isAborted);
-    TriplePass pass(impl, directions, index, widths, isAborted);
+    HeightFinder heights(impl, hull.links());
+    ClassWidths widths(impl, directions, heights);
+    const std::vector<ClassTriple> triples =
+        findTriples(directions, widths, index, isAborted, limit);
+    TriplePass pass(impl, directions, index, heights, widths, isAborted, limit);
     std::vector<bool> isPole(directions.units().size(), false);
     // Only triples whose bound the best box does not undercut can hold a better one: take those of
     // low bound, at least twice as many each time, until the rest cannot.
     std::size_t taken = 0;
     while (taken < triples.size() && !isAborted) {
         std::size_t count = std::max<std::size_t>(2 * taken, 1);
-        const double limit = best.volume == impl.unset
-                                 ? triples[std::min(count, triples.size()) - 1].volumeBound
-                                 : best.volume;
+        const double volume = best.volume == impl.unset
+                                  ? triples[std::min(count, triples.size()) - 1].volumeBound
+                                  : best.volume;
+        const double most = std::min(volume, limit.get());
         count = taken;
-        while (count < triples.size() && triples[count].volumeBound <= limit) ++count;
+        while (count < triples.size() && triples[count].volumeBound <= most) ++count;
         if (count == taken) break;
         for (; taken < count; ++taken) {
             for (const int c : triples[taken].classes) isPole[static_cast<std::size_t>(c)] = true;

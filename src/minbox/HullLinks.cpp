@@ -1,23 +1,53 @@
 #include "HullLinks.h"
 
+#include <algorithm>
 #include <numeric>
 
-HullLinks::HullLinks(const MinBoundingBoxImpl& impl, const std::vector<Vector>& normals)
-    : m_triangles(*impl.hullTriangles), m_sides(m_triangles.size()) {
-    m_lengths.reserve(normals.size());
-    for (const Vector& normal : normals) m_lengths.push_back(normal.GetLength());
-    // An edge runs from a to b in its triangle f0, back in f1.
-    const auto link = [&](int triangle, int from, int across, int edge) {
-        const std::array<int, 3>& corner = corners(triangle);
-        const std::size_t k = corner[0] == from ? 0 : corner[1] == from ? 1 : 2;
-        m_sides[static_cast<std::size_t>(triangle)][k] = {across, edge};
+HullLinks::HullLinks(const MinBoundingBoxImpl& impl, const std::vector<Vector>& normals) {
+    m_normals.reserve(normals.size());
+    for (const Vector& normal : normals) m_normals.push_back({normal, normal.GetLength()});
+    for (int axis = 0; axis < 3; ++axis) {
+        std::vector<double>& column = m_normalColumns[static_cast<std::size_t>(axis)];
+        column.reserve(normals.size());
+        for (const Vector& normal : normals) column.push_back(normal[axis]);
+    }
+    linkSides(impl);
+    linkVertices(impl);
+}
+
+void HullLinks::markAway(const Vector& direction, std::vector<std::uint8_t>& isAway) const {
+    // In two steps over pieces, so that a compiler does several triangles at once.
+    constexpr std::size_t kPiece = 256;
+    std::array<double, kPiece> dots;
+    const std::size_t count = m_normals.size();
+    for (std::size_t begin = 0; begin < count; begin += kPiece) {
+        const std::size_t size = std::min(kPiece, count - begin);
+        const double* x = m_normalColumns[0].data() + begin;
+        const double* y = m_normalColumns[1].data() + begin;
+        const double* z = m_normalColumns[2].data() + begin;
+        for (std::size_t i = 0; i < size; ++i) {
+            dots[i] = x[i] * direction.x + y[i] * direction.y + z[i] * direction.z;
+        }
+        std::uint8_t* marks = isAway.data() + begin;
+        for (std::size_t i = 0; i < size; ++i) marks[i] = dots[i] < 0.0 ? 1 : 0;
+    }
+}
+
+void HullLinks::linkSides(const MinBoundingBoxImpl& impl) {
+    const std::vector<std::array<int, 3>>& triangles = *impl.hullTriangles;
+    m_sides.resize(triangles.size() * 4);
+    const auto sideFrom = [&](int vertex, int triangle) {
+        const std::array<int, 3>& corner = triangles[static_cast<std::size_t>(triangle)];
+        return firstSide(triangle) + (corner[0] == vertex ? 0 : corner[1] == vertex ? 1 : 2);
     };
+    // An edge runs from a to b in its triangle f0, back in f1.
     for (std::size_t e = 0; e < impl.hullEdges->size(); ++e) {
         const gte::HullEdge& edge = (*impl.hullEdges)[e];
-        link(edge.f0, edge.a, edge.f1, static_cast<int>(e));
-        link(edge.f1, edge.b, edge.f0, static_cast<int>(e));
+        const int forth = sideFrom(edge.a, edge.f0);
+        const int back = sideFrom(edge.b, edge.f1);
+        m_sides[static_cast<std::size_t>(forth)] = {back, static_cast<int>(e), edge.a};
+        m_sides[static_cast<std::size_t>(back)] = {forth, static_cast<int>(e), edge.b};
     }
-    linkVertices(impl);
 }
 
 void HullLinks::linkVertices(const MinBoundingBoxImpl& impl) {

@@ -2,8 +2,32 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
+#include "DirectionOrder.h"
 #include "LowDimensionBox.h"
+
+namespace {
+
+/// Classes among which each orthogonal triple has one. The squares of a coordinate of its three
+/// unit vectors add up to 1, so one of them is at least a third: in the coordinate in which that
+/// leaves the fewest classes.
+std::vector<int> polesOfAllTriples(const EdgeDirections& directions) {
+    constexpr double kThird = 1.0 / 3.0 - 1e-6;
+    std::vector<int> fewest;
+    for (int axis = 0; axis < 3; ++axis) {
+        std::vector<int> poles;
+        for (int c = 0; c < directions.classCount(); ++c) {
+            const double x = directions.units()[static_cast<std::size_t>(c)][axis];
+            if (x * x >= kThird) poles.push_back(c);
+        }
+        if (axis == 0 || poles.size() < fewest.size()) fewest = std::move(poles);
+    }
+    orderByDirection(directions.units(), fewest);
+    return fewest;
+}
+
+}  // namespace
 
 OrthogonalPlane::OrthogonalPlane(const EdgeDirections& directions, const DirectionIndex& index,
                                  int pole)
@@ -33,15 +57,21 @@ OrthogonalPlane::OrthogonalPlane(const EdgeDirections& directions, const Directi
 
 std::vector<ClassTriple> findTriples(const EdgeDirections& directions, ClassWidths& widths,
                                      const DirectionIndex& index,
-                                     const std::atomic<bool>& isAborted) {
+                                     const std::atomic<bool>& isAborted, const VolumeLimit& limit) {
     std::vector<ClassTriple> triples;
-    for (int a = 0; a < directions.classCount() && !isAborted; ++a) {
+    const auto isExact = [&](int a, int b, int c) {
+        return directions.areOrthogonal(a, b) || directions.areOrthogonal(b, c) ||
+               directions.areOrthogonal(c, a);
+    };
+    for (const int a : polesOfAllTriples(directions)) {
+        if (isAborted) break;
         const OrthogonalPlane plane(directions, index, a);
         for (std::size_t place = 0; place < plane.classes().size(); ++place) {
             const int b = plane.classes()[place];
             plane.forEachPartner(place, [&](int c) {
-                if (b >= c) return;
-                triples.push_back({{a, b, c}, widths.volumeBound(a, b, c)});
+                if (b >= c || !isExact(a, b, c)) return;
+                const double bound = widths.volumeBound(a, b, c);
+                if (bound <= limit.get()) triples.push_back({{a, b, c}, bound});
             });
         }
     }

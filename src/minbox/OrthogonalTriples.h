@@ -3,14 +3,16 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cmath>
 #include <vector>
 
 #include "ClassWidths.h"
 #include "DirectionIndex.h"
 #include "EdgeDirections.h"
+#include "VolumeLimit.h"
 
-/// Three mutually orthogonal classes of edges, and a bound below the volume, as computed, of any
-/// box along them.
+/// Three classes of edges at right angles to each other within the index's tolerance, at least two
+/// of them exactly, and a bound below the volume, as computed, of any box along them.
 struct ClassTriple {
     std::array<int, 3> classes;
     double volumeBound;
@@ -24,7 +26,8 @@ class OrthogonalPlane {
 
     const std::vector<int>& classes() const { return m_classes; }
 
-    /// Calls visit(b) for each class of the plane at a right angle to class classes()[place].
+    /// Calls visit(b) for each class of the plane at a right angle, within the index's tolerance,
+    /// to class classes()[place].
     template <class Visit>
     void forEachPartner(std::size_t place, Visit visit) const;
 
@@ -34,10 +37,11 @@ class OrthogonalPlane {
     std::vector<double> m_angles;  ///< 0 .. pi
 };
 
-/// All triples, by ascending bound. May end early once `isAborted` is set.
+/// All triples that may give a box below the limit, some of them more than once, by ascending
+/// bound. May end early once `isAborted` is set.
 std::vector<ClassTriple> findTriples(const EdgeDirections& directions, ClassWidths& widths,
                                      const DirectionIndex& index,
-                                     const std::atomic<bool>& isAborted);
+                                     const std::atomic<bool>& isAborted, const VolumeLimit& limit);
 
 template <class Visit>
 void OrthogonalPlane::forEachPartner(std::size_t place, Visit visit) const {
@@ -50,7 +54,10 @@ void OrthogonalPlane::forEachPartner(std::size_t place, Visit visit) const {
         auto it = std::lower_bound(m_angles.begin(), m_angles.end(), around - kTolerance);
         for (; it != m_angles.end() && *it <= around + kTolerance; ++it) {
             const int other = m_classes[static_cast<std::size_t>(it - m_angles.begin())];
-            if (m_directions.areOrthogonal(m_classes[place], other)) visit(other);
+            const auto& units = m_directions.units();
+            const double dot = units[static_cast<std::size_t>(m_classes[place])] |
+                               units[static_cast<std::size_t>(other)];
+            if (std::fabs(dot) <= DirectionIndex::kTolerance) visit(other);
         }
     }
 }

@@ -25,10 +25,10 @@ Silhouette::Silhouette(const MinBoundingBoxImpl& impl, const std::vector<Vector>
     : m_impl(impl),
       m_normals(normals),
       m_links(links),
-      m_dots(normals.size()),
+      m_placeBefore(links.sideCount(), 0),
+      m_isAway(normals.size()),
       m_next(static_cast<std::size_t>(hullVertexCount(impl)), 0) {
     m_outline.reserve(m_next.size());
-    m_walked.reserve(m_next.size());
 }
 
 const Outline& Silhouette::along(int face) {
@@ -37,58 +37,78 @@ const Outline& Silhouette::along(int face) {
     const bool isWalked = walkAround();
     if (!isWalked) {
         scanEdges();
-        m_walked = m_outline;
+        m_scanned = m_outline;
     }
     removeCollinear(m_impl, m_direction, m_outline);
     if (!isWalked && m_outline.size() < 3) {
         // An edge along the direction is in line with both its neighbours, and takes its two
         // corners away.
-        m_outline = m_walked;
+        m_outline = m_scanned;
         removeSteep(m_impl, m_direction, m_outline);
         removeCollinear(m_impl, m_direction, m_outline);
     }
     return m_outline;
 }
 
-bool Silhouette::isClear(int triangle, double dotOfTriangle) const {
-    return std::fabs(dotOfTriangle) > kClear * m_links.normalLength(triangle) * m_directionLength;
+/// Whether it is a crossing, and the triangles beside it clearly on their sides.
+bool Silhouette::isClearCrossing(int side) const {
+    const int away = HullLinks::triangleOf(side);
+    const int across = HullLinks::triangleOf(m_links.twin(side));
+    const double least = kClear * m_directionLength;
+    return dot(away) < -least * m_links.normalLength(away) &&
+           dot(across) > least * m_links.normalLength(across);
+}
+
+/// The crossing that followed this one on the last outline; kNone where this one was not on it.
+int Silhouette::followingBefore(int crossing) const {
+    const auto place = static_cast<std::size_t>(m_placeBefore[static_cast<std::size_t>(crossing)]);
+    if (place >= m_before.size() || m_before[place] != crossing) return kNone;
+    return m_before[place + 1 == m_before.size() ? 0 : place + 1];
 }
 
 /// Fills the outline; false where rounding makes it doubtful.
 bool Silhouette::walkAround() {
-    const std::optional<Crossing> first = findCrossing();
-    if (!first) return false;
-    m_walked.clear();
-    int lastEdge = kNone;
-    std::size_t placeOfLast = 0;
-    std::optional<Crossing> crossing = first;
+    const int first = findCrossing();
+    if (first == kNone || !isClearCrossing(first)) return false;
+    m_walk.clear();
+    int crossing = first;
     do {
-        const HullLinks::Side& side = m_links.sides(crossing->away)[crossing->side];
-        const bool isClearHere = isClear(crossing->away, dot(crossing->away)) &&
-                                 isClear(side.neighbour, dot(side.neighbour));
-        if (!isClearHere || m_walked.size() == m_next.size()) return false;
-        if (side.edge > lastEdge) {
-            lastEdge = side.edge;
-            placeOfLast = m_walked.size();
+        if (m_walk.size() == m_next.size()) return false;
+        m_walk.push_back(crossing);
+        // Faces beside each other share most of their outlines.
+        const int before = followingBefore(crossing);
+        if (before != kNone && isClearCrossing(before)) {
+            crossing = before;
+        } else {
+            crossing = following(crossing);
+            if (crossing == kNone || !isClearCrossing(crossing)) return false;
         }
-        m_walked.push_back(m_links.corners(crossing->away)[crossing->side]);
-        crossing = following(*crossing);
-        if (!crossing) return false;
-    } while (*crossing != *first);
-    m_last = *first;
-    // The scan's last link is that of the highest edge; it starts at the edge's a, which is where
-    // the walk enters the edge or where it leaves it.
-    const int start = (*m_impl.hullEdges)[static_cast<std::size_t>(lastEdge)].a;
-    if (m_walked[placeOfLast] != start) placeOfLast = (placeOfLast + 1) % m_walked.size();
-    m_outline.assign(m_walked.begin() + static_cast<std::ptrdiff_t>(placeOfLast), m_walked.end());
-    m_outline.insert(m_outline.end(), m_walked.begin(),
-                     m_walked.begin() + static_cast<std::ptrdiff_t>(placeOfLast));
+    } while (crossing != first);
+    takeWalk();
     return true;
 }
 
-/// Goes from the last outline's crossing downhill, or uphill, to where the sign changes.
-std::optional<Silhouette::Crossing> Silhouette::findCrossing() const {
-    int triangle = m_last.away;
+/// Makes the walk the outline, and keeps it for the next one.
+void Silhouette::takeWalk() {
+    const std::size_t size = m_walk.size();
+    std::size_t last = 0;  // place of the scan's last link, which is that of the highest edge
+    for (std::size_t i = 0; i < size; ++i) {
+        m_placeBefore[static_cast<std::size_t>(m_walk[i])] = static_cast<int>(i);
+        if (m_links.edge(m_walk[i]) > m_links.edge(m_walk[last])) last = i;
+    }
+    // The scan starts at the edge's a, which is where the walk enters the edge or where it leaves.
+    const int a = (*m_impl.hullEdges)[static_cast<std::size_t>(m_links.edge(m_walk[last]))].a;
+    if (m_links.start(m_walk[last]) != a) last = (last + 1) % size;
+    m_outline.clear();
+    for (std::size_t i = last; i < size; ++i) m_outline.push_back(m_links.start(m_walk[i]));
+    for (std::size_t i = 0; i < last; ++i) m_outline.push_back(m_links.start(m_walk[i]));
+    m_before.swap(m_walk);
+}
+
+/// Goes from the last outline's crossing downhill, or uphill, to where the sign changes; kNone
+/// where it gets lost.
+int Silhouette::findCrossing() const {
+    int triangle = m_before.empty() ? 0 : HullLinks::triangleOf(m_before.front());
     double here = dot(triangle);
     const bool isAway = here < m_impl.zero;
     const auto slope = [&](int t, double d) {
@@ -100,43 +120,40 @@ std::optional<Silhouette::Crossing> Silhouette::findCrossing() const {
         int best = kNone;
         double bestSlope = slope(triangle, here);
         double bestDot = here;
-        for (std::size_t k = 0; k < 3; ++k) {
-            const auto [across, edge] = m_links.sides(triangle)[k];
+        for (int k = 0; k < 3; ++k) {
+            const int side = HullLinks::firstSide(triangle) + k;
+            const int twin = m_links.twin(side);
+            const int across = HullLinks::triangleOf(twin);
             const double there = dot(across);
-            if ((there < m_impl.zero) != isAway) {
-                if (isAway) return Crossing{triangle, k};
-                return Crossing{across, m_links.placeOf(across, edge)};
-            }
+            if ((there < m_impl.zero) != isAway) return isAway ? side : twin;
             if (slope(across, there) > bestSlope) {
                 best = across;
                 bestSlope = slope(across, there);
                 bestDot = there;
             }
         }
-        if (best == kNone) return std::nullopt;
+        if (best == kNone) return kNone;
         triangle = best;
         here = bestDot;
     }
-    return std::nullopt;
+    return kNone;
 }
 
 /// The crossing that starts where this one ends: turns about that vertex over triangles that face
-/// away.
-std::optional<Silhouette::Crossing> Silhouette::following(Crossing crossing) const {
-    int triangle = crossing.away;
-    std::size_t side = (crossing.side + 1) % 3;
+/// away. kNone where there is none.
+int Silhouette::following(int crossing) const {
+    int side = HullLinks::next(crossing);
     for (std::size_t turns = 0; turns < m_normals.size(); ++turns) {
-        const auto [across, edge] = m_links.sides(triangle)[side];
-        if (!(dot(across) < m_impl.zero)) return Crossing{triangle, side};
-        side = (m_links.placeOf(across, edge) + 1) % 3;
-        triangle = across;
+        const int twin = m_links.twin(side);
+        if (!(dot(HullLinks::triangleOf(twin)) < m_impl.zero)) return side;
+        side = HullLinks::next(twin);
     }
-    return std::nullopt;
+    return kNone;
 }
 
 void Silhouette::scanEdges() {
     m_outline.clear();
-    for (std::size_t j = 0; j < m_dots.size(); ++j) m_dots[j] = m_normals[j] | m_direction;
+    m_links.markAway(m_direction, m_isAway);
     const int start = linkEdges();
     if (start == kNone) return;
     // Where rounding has broken the outline, the walk may never come back.
@@ -153,8 +170,8 @@ void Silhouette::scanEdges() {
 int Silhouette::linkEdges() {
     int start = kNone;
     for (const gte::HullEdge& edge : *m_impl.hullEdges) {
-        const bool isAway0 = m_dots[static_cast<std::size_t>(edge.f0)] < m_impl.zero;
-        const bool isAway1 = m_dots[static_cast<std::size_t>(edge.f1)] < m_impl.zero;
+        const bool isAway0 = m_isAway[static_cast<std::size_t>(edge.f0)] != 0;
+        const bool isAway1 = m_isAway[static_cast<std::size_t>(edge.f1)] != 0;
         if (isAway0 == isAway1) continue;
         const auto& away =
             (*m_impl.hullTriangles)[static_cast<std::size_t>(isAway0 ? edge.f0 : edge.f1)];

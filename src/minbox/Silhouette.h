@@ -1,6 +1,6 @@
 #pragma once
 
-#include <optional>
+#include <cstdint>
 #include <vector>
 
 #include "BoxCandidate.h"
@@ -27,22 +27,16 @@ class Silhouette {
     const Outline& along(int face);
 
  private:
-    /// A side of a triangle that faces away, with a triangle across that does not.
-    struct Crossing {
-        int away;
-        std::size_t side;
+    // A crossing is a side of a triangle that faces away, with a triangle across that does not.
 
-        bool operator==(const Crossing&) const = default;
-    };
-
-    double dot(int triangle) const {
-        return m_normals[static_cast<std::size_t>(triangle)] | m_direction;
-    }
-    bool isClear(int triangle, double dotOfTriangle) const;
+    double dot(int triangle) const { return m_links.dot(triangle, m_direction); }
+    bool isClearCrossing(int side) const;
+    int followingBefore(int crossing) const;
 
     bool walkAround();
-    std::optional<Crossing> findCrossing() const;
-    std::optional<Crossing> following(Crossing crossing) const;
+    void takeWalk();
+    int findCrossing() const;
+    int following(int crossing) const;
 
     void scanEdges();
     int linkEdges();
@@ -52,9 +46,11 @@ class Silhouette {
     const HullLinks& m_links;
     Vector m_direction;
     double m_directionLength = 0.0;
-    Crossing m_last{0, 0};       ///< where to look for a crossing first
-    std::vector<double> m_dots;  ///< of each triangle's normal with the direction, for the scan
-    std::vector<int> m_next;     ///< the vertex after each vertex of the outline, for the scan
-    std::vector<int> m_walked;   ///< the outline as the walk meets it
+    std::vector<int> m_walk;             ///< the outline's crossings, as the walk meets them
+    std::vector<int> m_before;           ///< those of the last outline that was walked
+    std::vector<int> m_placeBefore;      ///< by side, where m_before has it if it does
+    std::vector<std::uint8_t> m_isAway;  ///< whether a triangle faces away, for the scan
+    std::vector<int> m_next;  ///< the vertex after each vertex of the outline, for the scan
     Outline m_outline;
+    Outline m_scanned;  ///< the outline as the scan finds it
 };

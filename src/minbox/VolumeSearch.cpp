@@ -4,68 +4,30 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "Calipers.h"
 #include "EdgeSearch.h"
+#include "FaceSearch.h"
 #include "FaceWorkers.h"
-#include "HeightFinder.h"
 #include "LowDimensionBox.h"
 #include "OfferBox.h"
-#include "Silhouette.h"
 #include "TeskDebug/Exception.h"
 
 namespace {
 
 const char* const kAborting = "Aborting...";
 
-/// The working memory of one thread, and the best box of its faces.
-struct FaceWorker {
-    FaceWorker(const MinBoundingBoxImpl& impl, const SearchHull& hull)
-        : silhouette(impl, hull.normals(), hull.links()),
-          calipers(impl),
-          heights(impl, hull.links()) {
-        calipers.reserve(hull.hull().getVertices().size());
-    }
-
-    Silhouette silhouette;
-    Calipers calipers;
-    HeightFinder heights;
-    VolumeCandidate best;
-};
-
 double volumeKey(const VolumeCandidate& box) {
     return box.volume;
 }
 
-void searchFace(const MinBoundingBoxImpl& impl, const SearchHull& hull, int face,
-                FaceWorker& worker) {
-    const Vector& normal = hull.normals()[static_cast<std::size_t>(face)];
-    const auto makeBox = [&] {
-        const CaliperRect rect = worker.calipers.minRect();
-        const Vector& base = worker.calipers.point(rect.support[CaliperRect::kBase]);
-        VolumeCandidate box;
-        layOver(impl, rect, worker.calipers, normal, worker.heights.rangeAlong(base, normal), box);
-        return box;
-    };
-    const auto remeasure = [](VolumeCandidate& box) { box.volume = volumeOf(box); };
-    offerOver(impl, normal, worker.silhouette.along(face), worker.calipers, makeBox, volumeKey,
-              remeasure, worker.best);
-}
-
-void searchOnThisThread(MinBoundingBoxImpl& impl, const SearchHull& hull, FaceWorker& worker) {
-    for (int face = 0; face < hull.faceCount(); ++face) {
-        if (impl.callback && impl.progress->isOwnedByThisThread()) impl.progress->step();
-        searchFace(impl, hull, face, worker);
-    }
-}
-
 /// The body of a worker thread: reports every face, and stops at the first abort.
-void searchRange(MinBoundingBoxImpl& impl, const SearchHull& hull, const FaceRange& range,
-                 std::atomic<bool>& isAborted, FaceWorker& worker) {
+void searchRange(MinBoundingBoxImpl& impl, const FaceRange& range, std::atomic<bool>& isAborted,
+                 FaceSearch& search) {
     try {
-        for (int face = range.first; face < range.last && !isAborted; ++face) {
+        search.run(range, [&] {
+            if (isAborted) return false;
             impl.progress->step();
-            searchFace(impl, hull, face, worker);
-        }
+            return true;
+        });
     } catch (const Tesk::AbortException&) {
         isAborted = true;
     }
@@ -74,10 +36,11 @@ void searchRange(MinBoundingBoxImpl& impl, const SearchHull& hull, const FaceRan
 /// The edge search on a thread of its own, joined however the scope ends.
 class EdgeThread {
  public:
-    EdgeThread(const MinBoundingBoxImpl& impl, std::atomic<bool>& isAborted, VolumeCandidate& best)
-        : m_isAborted(isAborted), m_thread([this, &impl, &best] {
+    EdgeThread(const MinBoundingBoxImpl& impl, const SearchHull& hull, std::atomic<bool>& isAborted,
+               const VolumeLimit& limit, VolumeCandidate& best)
+        : m_isAborted(isAborted), m_thread([this, &impl, &hull, &limit, &best] {
               try {
-                  searchEdges(impl, m_isAborted, best);
+                  searchEdges(impl, hull, m_isAborted, limit, best);
               } catch (...) {
                   m_failure = std::current_exception();
                   m_isAborted = true;
@@ -105,9 +68,10 @@ class EdgeThread {
 void searchBesideEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
                            VolumeCandidate& faceBest, VolumeCandidate& edgeBest) {
     std::atomic<bool> isAborted = false;
-    EdgeThread edges(impl, isAborted, edgeBest);
+    VolumeLimit limit;
+    EdgeThread edges(impl, hull, isAborted, limit, edgeBest);
     try {
-        searchFaces(impl, hull, isAborted, faceBest);
+        searchFaces(impl, hull, isAborted, limit, faceBest);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::system_error&) {
@@ -123,34 +87,36 @@ void searchBesideEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
 
 void searchAfterEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
                           VolumeCandidate& faceBest, VolumeCandidate& edgeBest) {
+    // The faces first: with their box at hand, hardly a triple of edges is worth a look.
     std::atomic<bool> isAborted = false;
-    searchEdges(impl, isAborted, edgeBest);
-    searchFaces(impl, hull, isAborted, faceBest);
+    VolumeLimit limit;
+    searchFaces(impl, hull, isAborted, limit, faceBest);
+    searchEdges(impl, hull, isAborted, limit, edgeBest);
 }
 
 }  // namespace
 
 void searchFaces(MinBoundingBoxImpl& impl, const SearchHull& hull, std::atomic<bool>& isAborted,
-                 VolumeCandidate& best) {
+                 VolumeLimit& limit, VolumeCandidate& best) {
     const std::vector<FaceRange> ranges = splitFaces(hull.faceCount(), impl.threadCount);
-    std::vector<FaceWorker> workers;
-    workers.reserve(ranges.size());
-    for (std::size_t t = 0; t < ranges.size(); ++t) workers.emplace_back(impl, hull);
+    std::vector<FaceSearch> searches;
+    searches.reserve(ranges.size());
+    for (std::size_t t = 0; t < ranges.size(); ++t) searches.emplace_back(impl, hull, limit);
     const auto merge = [&](std::size_t t) {
-        if (workers[t].best.volume != impl.unset &&
-            isBetter(impl, workers[t].best, best, volumeKey)) {
-            best = workers[t].best;
-        }
+        const VolumeCandidate& found = searches[t].best();
+        if (found.volume != impl.unset && isBetter(impl, found, best, volumeKey)) best = found;
     };
     if (ranges.size() == 1) {
-        searchOnThisThread(impl, hull, workers[0]);
+        searches[0].run(ranges[0], [&] {
+            if (impl.callback && impl.progress->isOwnedByThisThread()) impl.progress->step();
+            return true;
+        });
         merge(0);
         return;
     }
     runWorkers(
-        ranges.size(),
-        [&](std::size_t t) { searchRange(impl, hull, ranges[t], isAborted, workers[t]); }, merge,
-        [&] { isAborted = true; });
+        ranges.size(), [&](std::size_t t) { searchRange(impl, ranges[t], isAborted, searches[t]); },
+        merge, [&] { isAborted = true; });
     if (isAborted) throw Tesk::AbortException(kAborting);
 }
 

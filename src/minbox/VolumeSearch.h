@@ -5,6 +5,7 @@
 #include "BoxCandidate.h"
 #include "MinBoundingBoxImpl.h"
 #include "SearchHull.h"
+#include "VolumeLimit.h"
 
 /// The box of least volume around points: MinBoundingBox::operator().
 OrientedBox3 searchLeastVolume(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points);
@@ -14,5 +15,7 @@ OrientedBox3 searchLeastVolume(MinBoundingBoxImpl& impl, int n, const UPoint3<fl
 ///
 /// Takes one progress step per face. Throws what the callback throws on the calling thread; after
 /// an abort on a worker, Tesk::AbortException("Aborting...") with `isAborted` set.
+///
+/// @param limit  lowered to the volumes that it finds, as it finds them
 void searchFaces(MinBoundingBoxImpl& impl, const SearchHull& hull, std::atomic<bool>& isAborted,
-                 VolumeCandidate& best);
+                 VolumeLimit& limit, VolumeCandidate& best);

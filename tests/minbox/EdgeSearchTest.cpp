@@ -99,8 +99,9 @@ TEST(OrthogonalTriples, OfABoxAreItsThreeDirections) {
     const Prepared prepared(boxCorners(2, 3, 4));
     const EdgeDirections directions(prepared.impl);
     const DirectionIndex index(directions.units());
-    ClassWidths widths(prepared.impl, directions);
-    const auto triples = findTriples(directions, widths, index, false);
+    HeightFinder heights(prepared.impl, prepared.hull.links());
+    ClassWidths widths(prepared.impl, directions, heights);
+    const auto triples = findTriples(directions, widths, index, false, VolumeLimit());
     std::set<std::set<int>> distinct;
     for (const ClassTriple& triple : triples) {
         distinct.insert({triple.classes[0], triple.classes[1], triple.classes[2]});
@@ -113,7 +114,7 @@ TEST(OrthogonalTriples, OfABoxAreItsThreeDirections) {
 TEST(EdgeSearch, EndsAtOnceWhenAborted) {
     const Prepared prepared(prismCorners(100, 2));
     VolumeCandidate best;
-    searchEdges(prepared.impl, true, best);
+    searchEdges(prepared.impl, prepared.hull, true, VolumeLimit(), best);
     EXPECT_EQ(best.volume, -1.0);
 }
 
@@ -126,7 +127,7 @@ TEST(EdgeSearch, ATurnedBoxIsFoundThoughItsEdgesAreNotOrthogonalExactly) {
         EXPECT_NEAR(volumeOf(calculator(countOf(points), points.data())), 24.0, 1e-4);
         const Prepared prepared(points);
         VolumeCandidate best;
-        searchEdges(prepared.impl, false, best);
+        searchEdges(prepared.impl, prepared.hull, false, VolumeLimit(), best);
         found += best.volume > 0.0 ? 1 : 0;
     }
     EXPECT_GT(found, 10) << "those turned by right angles";

@@ -25,9 +25,10 @@ Found searchApart(const Points& points) {
     const SearchHull hull(impl, countOf(points), points.data());
     impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
     std::atomic<bool> isAborted = false;
+    VolumeLimit limit;
     Found found;
-    searchFaces(impl, hull, isAborted, found.faces);
-    searchEdges(impl, isAborted, found.edges);
+    searchFaces(impl, hull, isAborted, limit, found.faces);
+    searchEdges(impl, hull, isAborted, VolumeLimit(), found.edges);
     return found;
 }
 

@@ -22,8 +22,9 @@ VolumeCandidate shippedFaces(const Points& points, int threads) {
     const SearchHull searched(impl, countOf(points), points.data());
     impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
     std::atomic<bool> isAborted = false;
+    VolumeLimit limit;
     VolumeCandidate best;
-    searchFaces(impl, searched, isAborted, best);
+    searchFaces(impl, searched, isAborted, limit, best);
     return best;
 }
 
@@ -31,7 +32,7 @@ VolumeCandidate shippedEdges(const Points& points) {
     MinBoundingBoxImpl impl(1);
     const SearchHull searched(impl, countOf(points), points.data());
     VolumeCandidate best;
-    searchEdges(impl, false, best);
+    searchEdges(impl, searched, false, VolumeLimit(), best);
     return best;
 }
 

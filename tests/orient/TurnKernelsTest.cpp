@@ -97,7 +97,9 @@ TEST_P(EachWidth, CodesTellTheSamplesApartAndAreOddBesideThem) {
                 EXPECT_EQ(column / 2, columns.countBelow(v.x[i]));
                 EXPECT_EQ(column / 2, columns.countUpTo(v.x[i]));
             }
-            if (row % 2 == 0) EXPECT_EQ(row / 2, rows.countUpTo(v.y[i]));
+            if (row % 2 == 0) {
+                EXPECT_EQ(row / 2, rows.countUpTo(v.y[i]));
+            }
         }
         EXPECT_GT(odd, 0u);
         EXPECT_LT(odd, codes.size());
