@@ -1,8 +1,10 @@
 #include "PrincipalAxes.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <vector>
 
@@ -66,25 +68,34 @@ void sweep(UMatrix4<float>& a, UMatrix4<float>& v) {
     }
 }
 
-/// 1, or a power of two by which to divide coordinates so large that their fourth powers overflow.
-float unitFor(const UPoint3<float>* points, int n) {
-    constexpr int kLargest = 29;
-    float largest = 0.0f;
+/// What one pass over the points finds.
+struct Survey {
+    Vector3 mean;
+    float largest = 0.0f;  ///< magnitude of a coordinate; infinite or undefined where one is
+};
+
+Survey survey(const UPoint3<float>* points, int n) {
+    // Without the sign, the bits of floats are in the order of their magnitudes, infinity and what
+    // is undefined above all.
+    const auto magnitude = [](float x) { return std::bit_cast<std::uint32_t>(x) & 0x7fff'ffffu; };
+    std::uint32_t x = 0, y = 0, z = 0;
+    Vector3 sum;
     for (int i = 0; i < n; ++i) {
-        for (int k = 0; k < 3; ++k) largest = std::max(largest, std::fabs(points[i][k]));
+        const Vector3 p(points[i].x, points[i].y, points[i].z);
+        sum += p;
+        x = std::max(x, magnitude(p.x));
+        y = std::max(y, magnitude(p.y));
+        z = std::max(z, magnitude(p.z));
     }
+    return {sum / static_cast<float>(n), std::bit_cast<float>(std::max({x, y, z}))};
+}
+
+/// 1, or a power of two by which to divide coordinates so large that their fourth powers overflow.
+float unitFor(float largest) {
+    constexpr int kLargest = 29;
     int exponent = 0;
     std::frexp(largest, &exponent);
     return exponent <= kLargest ? 1.0f : std::ldexp(1.0f, exponent - kLargest);
-}
-
-bool areFinite(const UPoint3<float>* points, int n) {
-    for (int i = 0; i < n; ++i) {
-        for (int k = 0; k < 3; ++k) {
-            if (!std::isfinite(points[i][k])) return false;
-        }
-    }
-    return true;
 }
 
 bool isFinite(const OrientedBox3& box) {
@@ -97,10 +108,24 @@ bool isFinite(const OrientedBox3& box) {
     return sum == 0.0f;
 }
 
-UPoint3<float> meanOf(const UPoint3<float>* points, int n) {
-    UPoint3<float> sum;
-    for (int i = 0; i < n; ++i) sum += points[i];
-    return sum / static_cast<float>(n);
+/// All sums go over the points in their order, side by side.
+UMatrix4<float> covarianceAbout(const Vector3& mean, const UPoint3<float>* points, int n) {
+    float xx = 0.0f, xy = 0.0f, xz = 0.0f, yy = 0.0f, yz = 0.0f, zz = 0.0f;
+    for (int i = 0; i < n; ++i) {
+        const Vector3 q = Vector3(points[i].x, points[i].y, points[i].z) - mean;
+        xx += q.x * q.x;
+        xy += q.y * q.x;
+        xz += q.z * q.x;
+        yy += q.y * q.y;
+        yz += q.z * q.y;
+        zz += q.z * q.z;
+    }
+    const float sums[3][3] = {{xx, xy, xz}, {xy, yy, yz}, {xz, yz, zz}};
+    UMatrix4<float> covariance;
+    for (int i = 0; i < 3; ++i) {
+        for (int j = 0; j < 3; ++j) covariance.at(i, j) = sums[i][j] / static_cast<float>(n);
+    }
+    return covariance;
 }
 
 /// Right-handed unit axes, along the eigenvectors in the order of the box's axes.
@@ -116,39 +141,38 @@ void setFrame(const Eigenvectors& eigen, OrientedBox3& box) {
     box.axis[2] = box.axis[0].Cross(box.axis[1]);
 }
 
-void setSize(const UPoint3<float>* points, int n, const UPoint3<float>& mean, OrientedBox3& box) {
+void setSize(const UPoint3<float>* points, int n, const Vector3& mean, OrientedBox3& box) {
     constexpr float kFar = std::numeric_limits<float>::infinity();
+    const auto [axis0, axis1, axis2] = box.axis;
     Vector3 low(kFar, kFar, kFar);
     Vector3 high(-kFar, -kFar, -kFar);
     for (int i = 0; i < n; ++i) {
-        const Vector3 r = points[i] - mean;
-        for (int k = 0; k < 3; ++k) {
-            const float d = r | box.axis[k];
-            if (low[k] > d) low[k] = d;
-            if (d > high[k]) high[k] = d;
-        }
+        const Vector3 r = Vector3(points[i].x, points[i].y, points[i].z) - mean;
+        const Vector3 d(r | axis0, r | axis1, r | axis2);
+        low = {low.x > d.x ? d.x : low.x, low.y > d.y ? d.y : low.y, low.z > d.z ? d.z : low.z};
+        high = {d.x > high.x ? d.x : high.x, d.y > high.y ? d.y : high.y,
+                d.z > high.z ? d.z : high.z};
     }
-    UPoint3<float> center = mean;
+    Vector3 center = mean;
     for (int k = 0; k < 3; ++k) {
         const float middle = (high[k] - low[k]) / 2.0f + low[k];
         center = center + box.axis[k] * middle;
         box.extent[k] = high[k] - low[k];
     }
-    box.center = {center.x, center.y, center.z};
+    box.center = center;
 }
 
-OrientedBox3 boxOf(const UPoint3<float>* points, int n) {
+OrientedBox3 boxAbout(const Vector3& mean, const UPoint3<float>* points, int n) {
     OrientedBox3 box;
-    const Eigenvectors eigen = eigenvectorsOf(covarianceOf(points, n));
-    setFrame(eigen, box);
-    setSize(points, n, meanOf(points, n), box);
+    setFrame(eigenvectorsOf(covarianceAbout(mean, points, n)), box);
+    setSize(points, n, mean, box);
     return box;
 }
 
 OrientedBox3 scaledBoxOf(const UPoint3<float>* points, int n, float unit) {
     std::vector<UPoint3<float>> scaled(points, points + n);
     for (UPoint3<float>& p : scaled) p = p / unit;
-    OrientedBox3 box = boxOf(scaled.data(), n);
+    OrientedBox3 box = boxAbout(survey(scaled.data(), n).mean, scaled.data(), n);
     box.center = box.center * unit;
     box.extent = box.extent * unit;
     return box;
@@ -157,23 +181,7 @@ OrientedBox3 scaledBoxOf(const UPoint3<float>* points, int n, float unit) {
 }  // namespace
 
 UMatrix4<float> covarianceOf(const UPoint3<float>* points, int n) {
-    std::vector<Vector3> offsets;
-    offsets.reserve(static_cast<std::size_t>(n));
-    for (int i = 0; i < n; ++i) offsets.emplace_back(points[i].x, points[i].y, points[i].z);
-    Vector3 mean;
-    for (const Vector3& q : offsets) mean += q;
-    mean /= static_cast<float>(n);
-    for (Vector3& q : offsets) q -= mean;
-    UMatrix4<float> covariance;
-    for (int i = 0; i < 3; ++i) {
-        for (int j = i; j < 3; ++j) {
-            float sum = 0.0f;
-            for (const Vector3& q : offsets) sum += q[j] * q[i];
-            covariance.at(i, j) = sum / static_cast<float>(n);
-            covariance.at(j, i) = covariance.at(i, j);
-        }
-    }
-    return covariance;
+    return covarianceAbout(survey(points, n).mean, points, n);
 }
 
 Eigenvectors eigenvectorsOf(UMatrix4<float> matrix) {
@@ -211,8 +219,11 @@ std::array<int, 3> axisOrder(const std::array<float, 3>& eigenvalues) {
 }
 
 OrientedBox3 principalAxesBox(const UPoint3<float>* points, int n) {
-    if (points == nullptr || n < 1 || !areFinite(points, n)) return noBox();
-    const float unit = unitFor(points, n);
-    const OrientedBox3 box = unit == 1.0f ? boxOf(points, n) : scaledBoxOf(points, n, unit);
+    if (points == nullptr || n < 1) return noBox();
+    const auto [mean, largest] = survey(points, n);
+    if (!std::isfinite(largest)) return noBox();
+    const float unit = unitFor(largest);
+    const OrientedBox3 box =
+        unit == 1.0f ? boxAbout(mean, points, n) : scaledBoxOf(points, n, unit);
     return isFinite(box) ? box : noBox();
 }
