@@ -90,6 +90,17 @@ void benchSet(const NamedPoints& set, const Options& options, Totals& totals) {
     totals.slower += boxes.ratio < 1.0 ? 1 : 0;
 }
 
+/// A set whose box would take too long: the hull alone.
+void benchHull(const NamedPoints& set, const Options& options) {
+    std::size_t vertices = 0;
+    const int count = static_cast<int>(set.points.size());
+    const PairedTimes hull = timeInTurn(
+        options.runs, [&] { qhullVertices(set.points); },
+        [&] { vertices = gte::ConvexHull3(set.points.data(), count, 3).getVertices().size(); });
+    fmt::print("{:<28} {:>8} {:>7} {:>9.2f} {:>9.2f} {:>6.1f}\n", set.name, count, vertices,
+               hull.baselineSeconds * 1e3, hull.shippedSeconds * 1e3, hull.ratio);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -100,8 +111,9 @@ int main(int argc, char** argv) {
     app.add_option("--only", options.only, "The one set of this name");
     CLI11_PARSE(app, argc, argv);
     fmt::print(
-        "Hulls against Qhull, least-volume boxes with their hulls against CGAL, one thread "
-        "each and in turn.\nMedians of {}.\n\n{:<28} {:>8} {:>7} {:>9} {:>9} {:>6} {:>10} "
+        "Hulls against Qhull, least-volume boxes with their hulls against CGAL, in turn. (Ours "
+        "searches edges\non a thread of its own: to compare one core's work, run this on one.) "
+        "Medians of {}.\n\n{:<28} {:>8} {:>7} {:>9} {:>9} {:>6} {:>10} "
         "{:>10} {:>6} {:>8}  {}\n",
         options.runs, "points", "count", "hull", "Qhull ms", "ours ms", "ratio", "CGAL ms",
         "ours ms", "ratio", "volumes", "result hash");
@@ -109,6 +121,11 @@ int main(int argc, char** argv) {
     for (const NamedPoints& set : benchPointSets(options.maxPoints)) {
         if (!options.only.empty() && set.name != options.only) continue;
         benchSet(set, options, totals);
+    }
+    constexpr std::size_t kMillion = 1'000'000;
+    if (options.only.empty() && options.maxPoints >= kMillion) {
+        TestRandom random(1);
+        benchHull({"sphere 1M", pointsOnSphere(kMillion, random)}, options);
     }
     Totals parts;
     for (const NamedPoints& set : samplePointSets(options.maxPoints)) {

@@ -194,6 +194,8 @@ std::optional<Command> readCommand(int argc, char** argv) {
     app.set_version_flag("--version", "tesk-orient " TESK_VERSION);
     app.footer(kFooter);
     app.require_subcommand(1);
+    // Windows too takes --options only: /part.stl is a file.
+    app.allow_windows_style_options(false);
     CLI::App* orient = app.add_subcommand("orient", "Rank the build orientations of a part");
     addCommon(*orient, orientOptions, texts, "the turned part");
     addThreads(*orient, orientOptions);

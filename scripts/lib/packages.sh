@@ -25,6 +25,17 @@ libgtest-dev|the test framework
 libgmock-dev|its matchers
 LIST
             ;;
+        win64)
+            packages_for build
+            cat <<'LIST'
+g++-mingw-w64-x86-64-posix|the compiler for Windows
+wine64|runs programs for Windows
+googletest|sources of the test framework
+libz-mingw-w64-dev|tesk-orient's compression, for Windows
+libutfcpp-dev|the mesh file library needs it to build
+dpkg-dev|unpacks source packages
+LIST
+            ;;
         checks)
             packages_for test
             cat <<'LIST'

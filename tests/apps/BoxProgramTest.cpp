@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <numbers>
+#include <regex>
 
 #include "MeshChecks.h"
 #include "MeshEncoding.h"
@@ -18,7 +19,6 @@ namespace {
 
 using nlohmann::json;
 using testing::HasSubstr;
-using testing::MatchesRegex;
 using testing::Not;
 
 /// The commands that look for boxes, on a box of 40 × 30 × 20 mm that is turned.
@@ -243,11 +243,14 @@ TEST_F(BoxProgram, LaysThePartFlatOnThePlate) {
     EXPECT_NEAR(lowest, 0.0f, 1e-5f);
     const ProgramResult table = runTeskOrient({"lay-flat", m_part});
     EXPECT_EQ(table.code, 0);
-    EXPECT_THAT(table.out, MatchesRegex("(.|\n)*X +[0-9.]+ +40\\.000\n +Y +[0-9.]+ +30\\.000\n"
-                                        " +Z +[0-9.]+ +20\\.000\n(.|\n)*turn the part(.|\n)*"));
+    const std::regex sizes(
+        "X +[0-9.]+ +40\\.000\n +Y +[0-9.]+ +30\\.000\n +Z +[0-9.]+ +20\\.000\n");
+    EXPECT_TRUE(std::regex_search(table.out, sizes)) << table.out;
+    EXPECT_THAT(table.out, HasSubstr("turn the part"));
 }
 
 TEST_F(BoxProgram, CtrlCEndsEveryCommandAndLeavesNoFile) {
+    if (!canInterrupt()) GTEST_SKIP() << "no program can be interrupted here";
     const Part sphere = makeSphere(40.0f, 120'000);
     const std::string big =
         m_folder.write("big.stl", App::encoderFor(".stl")({sphere.positions, sphere.triangles}));

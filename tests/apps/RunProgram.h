@@ -21,6 +21,9 @@ enum class InheritedSigint { kEnds, kIgnored };
 ProgramResult run(const std::string& program, const std::vector<std::string>& arguments,
                   int interruptAfterMs = -1, InheritedSigint inherited = InheritedSigint::kEnds);
 
+/// Whether run() can interrupt a program. On Windows only a console can, and a test has none.
+bool canInterrupt();
+
 /// tesk-orient.
 ProgramResult runTeskOrient(const std::vector<std::string>& arguments, int interruptAfterMs = -1,
                             InheritedSigint inherited = InheritedSigint::kEnds);

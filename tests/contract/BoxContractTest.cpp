@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <exception>
 #include <functional>
 #include <string>
 #include <type_traits>
@@ -68,6 +69,47 @@ TEST(BoxContract, AnAbortIsThrownInTheHostAndCaughtInTheHost) {
                               b.minBaseAreaAndHeightBox(static_cast<int>(p.size()), p.data());
                           }),
               "the host gives up");
+}
+
+struct ReportingCall {
+    const char* name;
+    std::function<void(MinBoundingBox&, const Points&)> run;
+    unsigned int mostThreads;  ///< with more, it reports nothing
+};
+
+std::vector<ReportingCall> reportingCalls() {
+    const auto count = [](const Points& p) { return static_cast<int>(p.size()); };
+    return {
+        {"volume", [=](MinBoundingBox& b, const Points& p) { b(count(p), p.data()); }, 4},
+        {"base area",
+         [=](MinBoundingBox& b, const Points& p) { b.minBaseAreaBox(count(p), p.data()); }, 1},
+        {"height",
+         [=](MinBoundingBox& b, const Points& p) { b.minBaseAreaAndHeightBox(count(p), p.data()); },
+         1}};
+}
+
+TEST(BoxContract, AbortsOfEveryOperationLeaveNothingBehindThreadedAndNot) {
+    const Points points = boxCorners();
+    for (const ReportingCall& call : reportingCalls()) {
+        for (unsigned int threads = 1; threads <= call.mostThreads; ++threads) {
+            SCOPED_TRACE(std::string(call.name) + ", " + std::to_string(threads));
+            MinBoundingBox calculator(threads);
+            for (int round = 0; round < 20; ++round) {
+                calculator.setCallBackFunction([](int) { throw Tesk::AbortException("enough"); });
+                bool isCaught = false;
+                try {
+                    call.run(calculator, points);
+                } catch (const std::exception& exception) {  // by its base
+                    isCaught = dynamic_cast<const Tesk::AbortException*>(&exception) != nullptr;
+                }
+                EXPECT_TRUE(isCaught);
+                EXPECT_EQ(std::uncaught_exceptions(), 0);
+            }
+            calculator.setCallBackFunction(nullptr);
+            const OrientedBox3 box = calculator(8, points.data());
+            EXPECT_EQ(box.extent.x * box.extent.y * box.extent.z, 6000.0f);
+        }
+    }
 }
 
 TEST(BoxContract, APartIsLaidFlatAndAnAbortLeavesTheMatrix) {

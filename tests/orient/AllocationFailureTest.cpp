@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -14,10 +15,10 @@
 
 namespace {
 
-constexpr long kNever = 1L << 40;
+constexpr std::int64_t kNever = std::int64_t{1} << 40;
 
-std::atomic<long> allocationsLeft = kNever;
-std::atomic<long> blocksHeld = 0;
+std::atomic<std::int64_t> allocationsLeft = kNever;
+std::atomic<std::int64_t> blocksHeld = 0;
 
 /// A block, or null where this allocation is to fail.
 void* tryToAllocate(std::size_t size) {
@@ -77,17 +78,17 @@ namespace {
 struct Outcome {
     bool isComplete = false;
     bool ranOutOfMemory = false;
-    long leaked = 0;
+    std::int64_t leaked = 0;
 };
 
-Outcome callWith(MeshKernel& mesh, long allocations,
+Outcome callWith(MeshKernel& mesh, std::int64_t allocations,
                  std::vector<OptimizeOrient::OptOrientation>& list) {
     Outcome outcome;
     UVector3<float> axis;
     float angle = 0.0f;
     OptimizeOrient::seedRandom(1);
     const std::size_t capacityBefore = list.capacity();
-    const long heldBefore = blocksHeld;
+    const std::int64_t heldBefore = blocksHeld;
     allocationsLeft = allocations;
     try {
         OrientOptimizer::calculateOrients(&mesh, {.supportAreaWeight = 1}, axis, angle, &list, {});
@@ -97,19 +98,19 @@ Outcome callWith(MeshKernel& mesh, long allocations,
     }
     allocationsLeft = kNever;
     // The caller's list may have got its one block.
-    const long forTheList = capacityBefore == 0 && list.capacity() != 0 ? 1 : 0;
+    const std::int64_t forTheList = capacityBefore == 0 && list.capacity() != 0 ? 1 : 0;
     outcome.leaked = blocksHeld - heldBefore - forTheList;
     return outcome;
 }
 
-long allocationsOfAWholeCall(MeshKernel& mesh) {
+std::int64_t allocationsOfAWholeCall(MeshKernel& mesh) {
     std::vector<OptimizeOrient::OptOrientation> list;
     callWith(mesh, kNever / 2, list);
     UVector3<float> axis;
     float angle = 0.0f;
     allocationsLeft = kNever;
     OrientOptimizer::calculateOrients(&mesh, {.supportAreaWeight = 1}, axis, angle, &list, {});
-    const long used = kNever - allocationsLeft;
+    const std::int64_t used = kNever - allocationsLeft;
     allocationsLeft = kNever;
     return used;
 }
@@ -118,12 +119,12 @@ void expectCleanFailures(const Part& part, int threads) {
     const OmpThreads setting(threads);
     MeshKernel mesh = part.kernel();
     const std::uint64_t expected = calculated(mesh, {.supportAreaWeight = 1}).hash();
-    const long all = allocationsOfAWholeCall(mesh);
+    const std::int64_t all = allocationsOfAWholeCall(mesh);
     ASSERT_GT(all, 30);
-    const long tries = testsAreSmall() ? 12 : 50;
-    const long stride = std::max(1L, all / tries);
+    const std::int64_t tries = testsAreSmall() ? 12 : 50;
+    const std::int64_t stride = std::max<std::int64_t>(1, all / tries);
     int failures = 0;
-    for (long allowed = 0; allowed < all; allowed += stride) {
+    for (std::int64_t allowed = 0; allowed < all; allowed += stride) {
         std::vector<OptimizeOrient::OptOrientation> list;
         const Outcome outcome = callWith(mesh, allowed, list);
         ASSERT_TRUE(outcome.isComplete || outcome.ranOutOfMemory);

@@ -7,6 +7,7 @@
 #include <limits>
 #include <numbers>
 
+#include "FloatBits.h"
 #include "TestRandom.h"
 
 namespace {
@@ -22,6 +23,18 @@ double ulpsOff(double value, long double exact) {
     const double unit = size == 0.0 ? std::numeric_limits<double>::denorm_min()
                                     : std::nextafter(size, kInfinity) - size;
     return static_cast<double>(std::fabs(static_cast<long double>(value) - exact)) / unit;
+}
+
+const char* const kNoJudge = "the C library's long double functions are less exact than ours";
+
+/// MinGW's leave these functions to the processor's own, which lose digits. The bits that are
+/// compared below hold there too.
+constexpr bool isJudgeExact() {
+#if defined(__MINGW32__)
+    return false;
+#else
+    return true;
+#endif
 }
 
 double anyDouble(TestRandom& random, double low, double high) {
@@ -71,6 +84,7 @@ TEST(Transcendental, CosineAndSineAreAccurateBesideTheirZeros) {
 }
 
 TEST(Transcendental, CosineAndSineHoldUpToAMillionTurns) {
+    if (!isJudgeExact()) GTEST_SKIP() << kNoJudge;
     TestRandom random(3);
     for (int i = 0; i < 100000; ++i) {
         const double angle = anyDouble(random, -1e6, 1e6);
@@ -101,6 +115,7 @@ TEST(Transcendental, AnglesThatAreNotFiniteGiveNoNumber) {
 }
 
 TEST(Transcendental, ArcCosineStaysWithinTwoUnitsOfTheLastPlace) {
+    if (!isJudgeExact()) GTEST_SKIP() << kNoJudge;
     TestRandom random(5);
     double worst = 0.0;
     for (int i = 0; i < 200000; ++i) {
@@ -157,6 +172,20 @@ TEST(Transcendental, TheAngleOfNoDirectionIsZero) {
     EXPECT_EQ(Tesk::angleOf(0.0, 2.0), 0.0);
     EXPECT_EQ(Tesk::angleOf(0.0, -2.0), kPi);
     EXPECT_EQ(Tesk::angleOf(3.0, 0.0), kPi / 2);
+}
+
+TEST(Transcendental, TheBitsAreTheSameOnEveryPlatform) {
+    TestRandom random(8);
+    BitHash hash;
+    for (int i = 0; i < 200000; ++i) {
+        const double angle = anyDouble(random, -1e6, 1e6);
+        const double c = anyDouble(random, -1.0, 1.0);
+        hash.add(Tesk::cosine(angle));
+        hash.add(Tesk::sine(angle));
+        hash.add(Tesk::arcCosine(c));
+        hash.add(Tesk::angleOf(c, angle));
+    }
+    EXPECT_EQ(hash.value(), 9163389519378472087u);
 }
 
 }  // namespace

@@ -31,6 +31,11 @@ class BitHash {
     void add(float value) {
         add(std::isnan(value) ? 0x7fc00000u : std::bit_cast<std::uint32_t>(value));
     }
+    void add(double value) {
+        const auto bits = std::bit_cast<std::uint64_t>(value);
+        add(static_cast<std::uint32_t>(bits));
+        add(static_cast<std::uint32_t>(bits >> 32));
+    }
     std::uint64_t value() const { return m_hash; }
 
  private:

@@ -13,11 +13,19 @@ __extension__ using Unsigned128 = unsigned __int128;
 /// lowest counts 2^kLowest. Digits may be negative or too large until sign() carries them.
 class ExactSum {
  public:
-    /// Adds the product and what its rounding loses, which is a double again.
     void addProduct(double a, double b) {
-        const double product = a * b;
-        add(product);
-        add(std::fma(a, b, -product));
+        if (a == 0.0 || b == 0.0) return;
+        int exponentA = 0;
+        int exponentB = 0;
+        const Unsigned128 wholeA = wholeOf(a, exponentA);
+        const Unsigned128 wholeB = wholeOf(b, exponentB);
+        const Unsigned128 product = wholeA * wholeB;
+        // In two parts, each of which can be shifted by a digit.
+        constexpr int kHalf = 64;
+        const bool isPositive = (a > 0.0) == (b > 0.0);
+        const int exponent = exponentA + exponentB;
+        add(product & ~std::uint64_t{0}, exponent, isPositive);
+        add(product >> kHalf, exponent + kHalf, isPositive);
     }
 
     int sign() const {
@@ -37,16 +45,21 @@ class ExactSum {
     static constexpr std::int64_t kMask = (std::int64_t{1} << kBits) - 1;
     static constexpr int kLowest = -800;
 
-    void add(double value) {
-        if (value == 0.0) return;
-        int exponent = 0;
+    /// The magnitude as a whole number of 53 bits times a power of two.
+    static Unsigned128 wholeOf(double value, int& exponent) {
+        constexpr int kPrecision = 53;
         const double fraction = std::frexp(std::fabs(value), &exponent);
-        const int place = exponent - 53 - kLowest;
-        assert(place >= 0 && place / kBits + 2 < static_cast<int>(m_digits.size()));
-        auto rest = static_cast<Unsigned128>(std::ldexp(fraction, 53)) << (place % kBits);
+        exponent -= kPrecision;
+        return static_cast<Unsigned128>(std::ldexp(fraction, kPrecision));
+    }
+
+    void add(Unsigned128 whole, int exponent, bool isPositive) {
+        const int place = exponent - kLowest;
+        assert(place >= 0 && place / kBits + 3 < static_cast<int>(m_digits.size()));
+        Unsigned128 rest = whole << (place % kBits);
         for (auto i = static_cast<std::size_t>(place / kBits); rest != 0; ++i, rest >>= kBits) {
             const auto digit = static_cast<std::int64_t>(rest & Unsigned128{kMask});
-            m_digits[i] += value > 0.0 ? digit : -digit;
+            m_digits[i] += isPositive ? digit : -digit;
         }
     }
 

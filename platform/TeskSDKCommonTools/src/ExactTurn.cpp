@@ -10,13 +10,37 @@ int signOf(double value) {
     return value > 0.0 ? 1 : value < 0.0 ? -1 : 0;
 }
 
+/// A double as the sum of two of at most 26 bits, whose products with others of that kind are
+/// exact.
+struct Halves {
+    explicit Halves(double value) {
+        constexpr double kSplitter = 0x1p27 + 1.0;
+        const double shifted = kSplitter * value;
+        high = shifted - (shifted - value);
+        low = value - high;
+    }
+
+    double high;
+    double low;
+};
+
+/// What rounding took from a product: itself a double, and found without a fused operation, which
+/// not every C library rounds once (T. J. Dekker, "A floating-point technique for extending the
+/// available precision", Numerische Mathematik 18 (1971)).
+double restOfProduct(double a, double b, double product) {
+    const Halves x(a);
+    const Halves y(b);
+    const double rest = ((x.high * y.high - product) + x.high * y.low) + x.low * y.high;
+    return rest + x.low * y.low;
+}
+
 /// A sum of doubles that keeps what rounding loses: components by rising magnitude, none of which
 /// overlaps another. Its sign is that of the last.
 class Expansion {
  public:
     void addProduct(double a, double b) {
         const double product = a * b;
-        add(std::fma(a, b, -product));
+        add(restOfProduct(a, b, product));
         add(product);
     }
 

@@ -13,8 +13,8 @@ namespace gte {
 /// the one with the lowest index stands for all.
 ///
 /// Points that are not finite are left out. Collinear points give their two ends, a single point
-/// itself, no points an empty polygon. Exact where products of coordinates neither overflow nor
-/// fall below 1e-290, as with all coordinates that are floats.
+/// itself, no points an empty polygon. Exact where coordinates stay below 1e290 and their products
+/// neither overflow nor fall below 1e-290, as with all coordinates that are floats.
 ///
 /// Cost O(n log n). Source: A. M. Andrew, "Another efficient algorithm for convex hulls in two
 /// dimensions", Information Processing Letters 9 (1979); J. R. Shewchuk, "Adaptive precision
