@@ -14,6 +14,14 @@ std::string displayName(const fs::path& path) {
     return {name.begin(), name.end()};
 }
 
+fs::path pathOf(const std::string& name) {
+#if defined(_WIN32)
+    return {std::u8string(name.begin(), name.end())};
+#else
+    return {name};  // whatever bytes they are
+#endif
+}
+
 std::string readFileBytes(const fs::path& path) {
     std::error_code error;
     const fs::file_status status = fs::status(path, error);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Failure.h"
+#include "FileBytes.h"
 #include "Version.h"
 
 namespace App {
@@ -96,8 +97,8 @@ void addThreads(CLI::App& command, CommonOptions& options) {
 }
 
 void take(const CommonTexts& texts, CommonOptions& options) {
-    options.part = texts.part;
-    options.output = texts.output;
+    options.part = pathOf(texts.part);
+    options.output = pathOf(texts.output);
     if (!texts.unit.empty()) options.unit = unitNamed(texts.unit);
 }
 

@@ -6,6 +6,10 @@
 #include <optional>
 #include <variant>
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
 #include "BoxCommand.h"
 #include "Failure.h"
 #include "Interrupt.h"
@@ -23,6 +27,9 @@ int codeOf(App::ExitCode code) {
 }  // namespace
 
 int main(int argc, char** argv) {
+#if defined(_WIN32)
+    SetConsoleOutputCP(CP_UTF8);
+#endif
     const App::Interrupt interrupt;
     try {
         if (const std::optional<App::Command> command = App::readCommand(argc, argv)) {

@@ -36,6 +36,10 @@ libutfcpp-dev|the mesh file library needs it to build
 dpkg-dev|unpacks source packages
 LIST
             ;;
+        package)
+            packages_for test
+            echo "dpkg-dev|finds what a Debian package depends on"
+            ;;
         checks)
             packages_for test
             cat <<'LIST'

@@ -1,13 +1,16 @@
 # Wine for the tests of the Windows build. Source it after common.sh.
 
-# start_wine: a server that stays, else every program waits for one to start and end; it ends with the
-# script. Its settings lie in build/wine.
+wine_server=/usr/lib/wine/wineserver64
+
+# start_wine: a server that stays, else every program waits for one to start and end. Its settings lie in
+# build/wine; it ends with stop_wine, or by itself after two idle minutes.
 start_wine() {
-    local server=/usr/lib/wine/wineserver64
     export WINEPREFIX=$PWD/build/wine
     mkdir -p "$WINEPREFIX"
-    "$server" -p120 >/dev/null 2>&1 </dev/null
-    trap '"'"$server"'" -k >/dev/null 2>&1 </dev/null || true' EXIT
-    scripts/run_with_wine wineboot -i >/dev/null 2>&1 </dev/null ||
-        fail "Wine does not start"
+    "$wine_server" -p120 >/dev/null 2>&1 </dev/null
+    scripts/run_with_wine wineboot -i >/dev/null 2>&1 </dev/null || fail "Wine does not start"
+}
+
+stop_wine() {
+    "$wine_server" -k >/dev/null 2>&1 </dev/null || true
 }

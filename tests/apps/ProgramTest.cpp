@@ -148,6 +148,19 @@ TEST_F(Program, SaysBeforeTheWorkThatTheOutputCannotBeWritten) {
     }
 }
 
+TEST_F(Program, FileNamesMayHoldAnyLetter) {
+    const std::u8string name = u8"Teil äß ☃ 部品.stl";
+    const std::filesystem::path file = std::filesystem::path(m_example).parent_path() / name;
+    std::filesystem::copy_file(m_example, file);
+    const std::u8string text = file.u8string();
+    const std::string argument(text.begin(), text.end());
+    const ProgramResult found = runTeskOrient({"box", argument, "--quiet"});
+    EXPECT_EQ(found.code, 0) << found.error;
+    std::filesystem::remove(file);
+    const ProgramResult missing = runTeskOrient({"box", argument});
+    EXPECT_EQ(missing.error, "tesk-orient: " + argument + ": no such file\n");
+}
+
 TEST_F(Program, CtrlCEndsItWithinATenthOfASecondAndLeavesNoFile) {
     if (!canInterrupt()) GTEST_SKIP() << "no program can be interrupted here";
     const Part sphere = makeSphere(40.0f, 700'000);
