@@ -6,6 +6,7 @@
 
 #include "BoxTestSupport.h"
 #include "DirectionIndex.h"
+#include "DirectionOrder.h"
 #include "EdgeDirections.h"
 #include "OrthogonalTriples.h"
 #include "SearchHull.h"
@@ -109,6 +110,68 @@ TEST(OrthogonalTriples, OfABoxAreItsThreeDirections) {
         EXPECT_GT(triple.volumeBound, 23.999999);
     }
     EXPECT_EQ(distinct.size(), 1u);
+}
+
+TEST(OrthogonalTriples, AreFoundHoweverTheyLieToTheCoordinateAxes) {
+    // The edges along (2, 2, −1), (−1, 2, 2) and (2, −1, 2): of no coordinate has one of them more
+    // than four ninths.
+    Points points = boxCorners(20, 30, 40);
+    for (UPoint3<float>& p : points) {
+        p = {2 * p.x - p.y + 2 * p.z, 2 * p.x + 2 * p.y - p.z, 2 * p.y - p.x + 2 * p.z};
+    }
+    const Prepared prepared(points);
+    const EdgeDirections directions(prepared.impl);
+    HeightFinder heights(prepared.impl, prepared.hull.links());
+    ClassWidths widths(prepared.impl, directions, heights);
+    const DirectionIndex index(directions.units());
+    EXPECT_FALSE(findTriples(directions, widths, index, false, VolumeLimit()).empty());
+}
+
+TEST(OrthogonalTriples, ThatCannotGiveABoxBelowTheLimitAreLeftOut) {
+    const Prepared prepared(boxCorners(2, 3, 4));
+    const EdgeDirections directions(prepared.impl);
+    HeightFinder heights(prepared.impl, prepared.hull.links());
+    ClassWidths widths(prepared.impl, directions, heights);
+    const DirectionIndex index(directions.units());
+    VolumeLimit limit;
+    limit.lowerTo(25.0);
+    EXPECT_FALSE(findTriples(directions, widths, index, false, limit).empty());
+    limit.lowerTo(23.0);
+    limit.lowerTo(24.5);  // no way back up
+    EXPECT_TRUE(findTriples(directions, widths, index, false, limit).empty());
+}
+
+TEST(EdgeSearch, FindsNothingThatIsNotBelowTheLimit) {
+    const Prepared prepared(boxCorners(2, 3, 4));
+    VolumeLimit limit;
+    limit.lowerTo(24.0);
+    VolumeCandidate best;
+    searchEdges(prepared.impl, prepared.hull, false, limit, best);
+    EXPECT_EQ(best.volume, -1.0);
+}
+
+TEST(DirectionOrder, KeepsAllAndBringsNeighboursTogether) {
+    TestRandom random(6);
+    std::vector<Vector> directions;
+    std::vector<int> numbers;
+    for (int i = 0; i < 2000; ++i) {
+        const UPoint3<float> p = pointsOnSphere(1, random)[0];
+        directions.emplace_back(7.0 * p.x, 7.0 * p.y, 7.0 * p.z);
+        numbers.push_back(i);
+    }
+    const auto way = [&] {
+        double sum = 0.0;
+        for (std::size_t i = 1; i < numbers.size(); ++i) {
+            const Vector step = directions[static_cast<std::size_t>(numbers[i])] -
+                                directions[static_cast<std::size_t>(numbers[i - 1])];
+            sum += step.GetLength();
+        }
+        return sum;
+    };
+    const double before = way();
+    orderByDirection(directions, numbers);
+    EXPECT_LT(way(), before / 8);
+    EXPECT_EQ(std::set<int>(numbers.begin(), numbers.end()).size(), 2000u);
 }
 
 TEST(EdgeSearch, EndsAtOnceWhenAborted) {

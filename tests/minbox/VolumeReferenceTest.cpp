@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cmath>
 
 #include "CompareBoxes.h"
 #include "EdgeSearch.h"
@@ -78,6 +79,19 @@ TEST(VolumeReferenceRandom, FacesEdgesAndTheBoxAgree) {
         const PlainHull plain(hull, countOf(points));
         compareFaces(points, plain);
         compareEdgesAndBoxes(points, plain);
+    }
+}
+
+TEST(VolumeReferenceRandom, FacesAgreeWhereEdgesRunNearlyAlongNormals) {
+    TestRandom random(35);
+    for (int i = 0; i < (testsAreSmall() ? 300 : 3000) && !HasFailure(); ++i) {
+        SCOPED_TRACE(i);
+        const double noise = std::pow(10.0, -random.below(12));
+        const Points part = withNoise(bracketCorners(random), noise, random);
+        const Points points =
+            transformed(transformed(part, nearlyRightTurn(random)), nearlyRightTurn(random));
+        const gte::ConvexHull3 hull(points.data(), countOf(points), 3);
+        if (!hull.getTriangles().empty()) compareFaces(points, PlainHull(hull, countOf(points)));
     }
 }
 
