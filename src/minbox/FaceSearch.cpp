@@ -1,5 +1,6 @@
 #include "FaceSearch.h"
 
+#include <algorithm>
 #include <numeric>
 
 #include "OfferBox.h"
@@ -12,9 +13,11 @@ double volumeKey(const VolumeCandidate& box) {
 
 }  // namespace
 
-FaceSearch::FaceSearch(const MinBoundingBoxImpl& impl, const SearchHull& hull, VolumeLimit& limit)
+FaceSearch::FaceSearch(const MinBoundingBoxImpl& impl, const SearchHull& hull,
+                       const VolumeBound& bound, VolumeLimit& limit)
     : m_impl(impl),
       m_hull(hull),
+      m_bound(bound),
       m_limit(limit),
       m_silhouette(impl, hull.normals(), hull.links()),
       m_calipers(impl),
@@ -24,13 +27,16 @@ FaceSearch::FaceSearch(const MinBoundingBoxImpl& impl, const SearchHull& hull, V
 
 void FaceSearch::start(const FaceRange& range) {
     m_range = range;
-    m_volumes.assign(static_cast<std::size_t>(range.last - range.first), std::nullopt);
+    m_known.assign(static_cast<std::size_t>(range.last - range.first), Known());
+    for (int face = range.first; face < range.last; ++face) {
+        known(face).volume = m_bound.along(m_hull.normals()[static_cast<std::size_t>(face)]);
+    }
     m_isPassNeeded = false;
     m_best = VolumeCandidate();
 }
 
 std::vector<int> FaceSearch::facesInOrder() const {
-    std::vector<int> faces(m_volumes.size());
+    std::vector<int> faces(m_known.size());
     std::iota(faces.begin(), faces.end(), m_range.first);
     orderByDirection(m_hull.normals(), faces);
     return faces;
@@ -45,12 +51,31 @@ VolumeCandidate FaceSearch::makeBox(int face) {
     return box;
 }
 
+/// A good box found early lets most other faces be passed over.
+void FaceSearch::lookAtMostPromising() {
+    constexpr std::size_t kFew = 8;
+    std::vector<int> faces(m_known.size());
+    std::iota(faces.begin(), faces.end(), m_range.first);
+    const auto end = faces.begin() + static_cast<std::ptrdiff_t>(std::min(kFew, faces.size()));
+    std::partial_sort(faces.begin(), end, faces.end(),
+                      [&](int a, int b) { return known(a).volume < known(b).volume; });
+    for (auto face = faces.begin(); face != end; ++face) {
+        if (canHoldTheBest(*face)) look(*face);
+    }
+}
+
+bool FaceSearch::canHoldTheBest(int face) {
+    const Known& what = known(face);
+    return what.state == Known::State::kNotLookedAt && !(what.volume > m_limit.get());
+}
+
 void FaceSearch::look(int face) {
     const Outline& outline = m_silhouette.along(face);
+    known(face).state = Known::State::kNoBox;
     if (outline.size() < 3) return;
     m_calipers.set(m_hull.normals()[static_cast<std::size_t>(face)], outline);
     VolumeCandidate box = makeBox(face);
-    m_volumes[static_cast<std::size_t>(face - m_range.first)] = box.volume;
+    known(face) = {box.volume, Known::State::kBox};
     if (box.volume != box.volume || !hasOrthogonalAxes(box)) {
         m_isPassNeeded = true;
         return;
@@ -72,9 +97,9 @@ void FaceSearch::look(int face) {
 void FaceSearch::pass() {
     m_best = VolumeCandidate();
     for (int face = m_range.first; face < m_range.last; ++face) {
-        const auto volume = m_volumes[static_cast<std::size_t>(face - m_range.first)];
-        if (!volume) continue;
-        const bool isWorse = m_best.volume != m_impl.unset && *volume >= m_best.volume;
+        const Known& what = known(face);
+        if (what.state == Known::State::kNoBox) continue;
+        const bool isWorse = m_best.volume != m_impl.unset && what.volume >= m_best.volume;
         if (!isWorse) offer(face);
     }
 }

@@ -99,9 +99,10 @@ void searchAfterEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
 void searchFaces(MinBoundingBoxImpl& impl, const SearchHull& hull, std::atomic<bool>& isAborted,
                  VolumeLimit& limit, VolumeCandidate& best) {
     const std::vector<FaceRange> ranges = splitFaces(hull.faceCount(), impl.threadCount);
+    const VolumeBound bound(impl, hull);
     std::vector<FaceSearch> searches;
     searches.reserve(ranges.size());
-    for (std::size_t t = 0; t < ranges.size(); ++t) searches.emplace_back(impl, hull, limit);
+    for (std::size_t t = 0; t < ranges.size(); ++t) searches.emplace_back(impl, hull, bound, limit);
     const auto merge = [&](std::size_t t) {
         const VolumeCandidate& found = searches[t].best();
         if (found.volume != impl.unset && isBetter(impl, found, best, volumeKey)) best = found;
