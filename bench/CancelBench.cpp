@@ -92,7 +92,7 @@ void printBoxes(const NamedPoints& set, unsigned int threads) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::size_t maxPoints = 150'000;
+    std::size_t maxPoints = 20'000;
     CLI::App app("Tells how soon a call ends after its callback has asked for it");
     app.add_option("--max-points", maxPoints, "Leave out bigger sets");
     CLI11_PARSE(app, argc, argv);

@@ -95,16 +95,16 @@ void printSizes(int runs, std::size_t most, const std::string& csvFile) {
     }
 }
 
-/// A plate on edge has hundreds of thousands of cells under it, most of them without the part.
+/// A plate on edge has half a million cells under it.
 void printThin(int runs) {
     fmt::print("\nThin against thick, evaluation of all candidates:\n");
     for (const std::size_t size : {80'000, 300'000, 1'200'000}) {
         const Evaluated cube = evaluate(refined(makeBox({0, 0, 0}, {900, 900, 900}), size), runs);
-        const Evaluated plate = evaluate(refined(makeBox({0, 0, 0}, {900, 900, 1}), size), runs);
+        const Evaluated plate = evaluate(refined(makeBox({0, 0, 0}, {312, 312, 1}), size), runs);
         const double perCube = cube.seconds / static_cast<double>(cube.candidates);
         const double perPlate = plate.seconds / static_cast<double>(plate.candidates);
         fmt::print(
-            "{:>9} triangles: cube {:.2f} ms, plate 900 x 900 x 1 {:.2f} ms per candidate, "
+            "{:>9} triangles: cube {:.2f} ms, plate 312 x 312 x 1 {:.2f} ms per candidate, "
             "ratio {:.2f}\n",
             cube.triangles, perCube * 1e3, perPlate * 1e3, perPlate / perCube);
         std::fflush(stdout);

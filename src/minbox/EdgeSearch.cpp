@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
-#include <unordered_set>
 
 #include "ClassWidths.h"
 #include "DirectionIndex.h"
@@ -38,6 +37,51 @@ struct EdgePlane {
 
     std::vector<int> edges;                              ///< ascending
     std::unordered_map<int, std::vector<int>> partners;  ///< by class, ascending
+};
+
+/// Pairs of edges, each of two different ones. All in one block, which is given back at once
+/// however many there are.
+class PairSet {
+ public:
+    void clear() {
+        m_slots.clear();
+        m_count = 0;
+    }
+
+    /// False where the pair is there already.
+    bool insert(int j, int k) {
+        if (2 * (m_count + 1) > m_slots.size()) grow();
+        const std::uint64_t pair =
+            static_cast<std::uint64_t>(j) << 32 | static_cast<std::uint64_t>(k);
+        std::uint64_t& slot = slotFor(pair);
+        if (slot == pair) return false;
+        slot = pair;
+        ++m_count;
+        return true;
+    }
+
+ private:
+    static constexpr std::uint64_t kFree = 0;  // of no pair of different edges
+
+    /// Where the pair is, or can be put.
+    std::uint64_t& slotFor(std::uint64_t pair) {
+        const std::size_t last = m_slots.size() - 1;
+        auto slot = static_cast<std::size_t>(pair * 0x9e3779b97f4a7c15u >> 20) & last;
+        while (m_slots[slot] != kFree && m_slots[slot] != pair) slot = (slot + 1) & last;
+        return m_slots[slot];
+    }
+
+    void grow() {
+        constexpr std::size_t kFirst = 64;
+        std::vector<std::uint64_t> old(std::max(kFirst, 2 * m_slots.size()), kFree);
+        old.swap(m_slots);
+        for (const std::uint64_t pair : old) {
+            if (pair != kFree) slotFor(pair) = pair;
+        }
+    }
+
+    std::vector<std::uint64_t> m_slots;  ///< a power of two of them, at most half of them taken
+    std::size_t m_count = 0;
 };
 
 /// One pass over the triples whose first edge is of some classes.
@@ -88,12 +132,10 @@ class TriplePass {
             if ((second | third) != m_impl.zero) continue;
             const std::vector<int>& partners = plane.partners.at(m_directions.classOf(*j));
             auto k = std::upper_bound(partners.begin(), partners.end(), *j);
-            for (; k != partners.end(); ++k) {
+            for (; k != partners.end() && !m_isAborted; ++k) {
                 const Vector& last = m_directions.vector(*k);
                 if ((last | second) != m_impl.zero || (last | third) != m_impl.zero) continue;
-                const std::uint64_t pair =
-                    static_cast<std::uint64_t>(*j) << 32 | static_cast<std::uint64_t>(*k);
-                if (!m_seen.insert(pair).second) return;
+                if (!m_seen.insert(*j, *k)) return;
                 third = last * second;
                 if (canBeBetter(pole, *j, *k)) consider(*j, *k, third);
             }
@@ -167,7 +209,7 @@ class TriplePass {
     std::vector<Range> m_ranges;  ///< along each edge, where m_hasRange says so
     std::vector<bool> m_hasRange;
     std::unordered_map<int, std::unique_ptr<EdgePlane>> m_planes;
-    std::unordered_set<std::uint64_t> m_seen;
+    PairSet m_seen;
     VolumeCandidate m_best;
 };
 
