@@ -65,24 +65,3 @@ build_bench() {
         -DTESK_BUILD_BENCH=ON -DTESK_BUILD_TESTS=OFF -DTESK_BUILD_APPS=OFF
     quietly build/bench.log cmake --build build/bench "${targets[@]}"
 }
-
-# run_tests PRESET [CTEST ARGUMENTS...]: runs what is built; the last line says how many tests passed and
-# failed. Ends the script.
-run_tests() {
-    local preset=$1 report=$PWD/build/$1/report.xml status=0 passed=0 failed=0 skipped=0 line
-    shift
-    rm -f "$report"
-    ctest --preset "$preset" --output-junit "$report" "$@" </dev/null || status=$?
-    [ ! -f "$report" ] ||
-        read -r passed failed skipped < <(awk -f scripts/lib/count_tests.awk "$report")
-    [ "$failed" = 0 ] || [ "$status" != 0 ] || status=1
-    if [ "$passed" = 0 ]; then
-        say "No test ran."
-        [ "$status" != 0 ] || status=1
-    fi
-    [ "$status" = 0 ] || [ "$failed" != 0 ] || say "ctest ended with code $status."
-    line="$passed passed, $failed failed"
-    [ "$skipped" = 0 ] || line="$line, $skipped skipped"
-    say "$line"
-    exit "$status"
-}
