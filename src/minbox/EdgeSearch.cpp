@@ -215,7 +215,7 @@ class TriplePass {
 
 }  // namespace
 
-void searchEdges(const MinBoundingBoxImpl& impl, const SearchHull& hull,
+void searchEdges(const MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
                  const std::atomic<bool>& isAborted, const VolumeLimit& limit,
                  VolumeCandidate& best) {
     const EdgeDirections directions(impl);
@@ -223,7 +223,7 @@ void searchEdges(const MinBoundingBoxImpl& impl, const SearchHull& hull,
     HeightFinder heights(impl, hull.links());
     ClassWidths widths(impl, directions, heights);
     const std::vector<ClassTriple> triples =
-        findTriples(directions, widths, index, isAborted, limit);
+        findTriples(directions, widths, index, bound, isAborted, limit);
     TriplePass pass(impl, directions, index, heights, widths, isAborted, limit);
     std::vector<bool> isPole(directions.units().size(), false);
     // Only triples whose bound the best box does not undercut can hold a better one: take those of

@@ -5,6 +5,7 @@
 #include "BoxCandidate.h"
 #include "MinBoundingBoxImpl.h"
 #include "SearchHull.h"
+#include "VolumeBound.h"
 #include "VolumeLimit.h"
 
 /// The boxes parallel to three mutually orthogonal hull edges. `best` stays unset where there are
@@ -15,6 +16,6 @@
 /// i < j < k of edges are taken in lexicographic order; the first of equal volumes wins. Once a
 /// triple with i is found, the further ones of that i are tested against the vector product of
 /// its k and j in place of edge i: the same direction but for rounding.
-void searchEdges(const MinBoundingBoxImpl& impl, const SearchHull& hull,
+void searchEdges(const MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
                  const std::atomic<bool>& isAborted, const VolumeLimit& limit,
                  VolumeCandidate& best);

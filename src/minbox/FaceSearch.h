@@ -1,11 +1,12 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "BoxCandidate.h"
 #include "Calipers.h"
-#include "DirectionOrder.h"
 #include "FaceWorkers.h"
 #include "HeightFinder.h"
 #include "MinBoundingBoxImpl.h"
@@ -14,47 +15,51 @@
 #include "VolumeBound.h"
 #include "VolumeLimit.h"
 
-/// The box of least volume with a side flush with a hull face, over a range of faces: of equal
-/// volumes that of the lowest face. Holds working memory; one per thread.
+/// The box of least volume with a side flush with a hull face: of equal volumes that of the lowest
+/// face. Any number of threads work at it together.
 ///
 /// What is meant is a pass over the faces in ascending order that checks a box before it becomes
-/// the best. The faces are looked at in an order that suits the caches instead, and those passed
-/// over that cannot have the best box. That gives the same as long as boxes pass their check; where
-/// one does not, the pass is made, over the volumes known by then.
+/// the best. The faces are looked at in an order that suits the search instead, by whichever thread
+/// is free, and those passed over that cannot have the best box. That gives the same as long as
+/// boxes pass their check; where one does not, the pass is made, over the volumes known by then.
 class FaceSearch {
  public:
     /// Keeps references to all. Lowers the limit to the volumes of sound boxes.
     FaceSearch(const MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
                VolumeLimit& limit);
 
-    /// Searches a range. `step()` is called before each face; where it returns false, the search
-    /// ends and the best box is without meaning.
-    template <class Step>
-    void run(const FaceRange& range, Step step);
+    /// One thread's part in the search. Holds working memory.
+    class Worker {
+     public:
+        explicit Worker(FaceSearch& search);
 
-    /// Its volume is unset where no face gave one.
-    const VolumeCandidate& best() const { return m_best; }
+        /// Looks at faces until there are no more. `step()` is called before each; where it returns
+        /// false, the thread's part ends, and the best box is without meaning.
+        template <class Step>
+        void run(Step step);
+
+     private:
+        friend class FaceSearch;
+
+        void look(int face);
+        void offer(int face, VolumeCandidate& best);
+        VolumeCandidate makeBox(int face);
+
+        FaceSearch& m_search;
+        Silhouette m_silhouette;
+        Calipers m_calipers;
+        HeightFinder m_heights;
+        int m_bestFace = 0;
+        VolumeCandidate m_best;
+    };
+
+    /// The best box once the workers have ended: its volume is unset where no face gave one.
+    ///
+    /// @param ranges  those that the pass is made over, each from the start
+    VolumeCandidate best(std::span<Worker> workers, std::span<const FaceRange> ranges) const;
 
  private:
-    VolumeCandidate makeBox(int face);
-
-    void start(const FaceRange& range);
-    std::vector<int> facesInOrder() const;
-    void lookAtMostPromising();
-    bool canHoldTheBest(int face);
-    void look(int face);
-    void pass();
-    void offer(int face);
-
-    const MinBoundingBoxImpl& m_impl;
-    const SearchHull& m_hull;
-    const VolumeBound& m_bound;
-    VolumeLimit& m_limit;
-    Silhouette m_silhouette;
-    Calipers m_calipers;
-    HeightFinder m_heights;
-    FaceRange m_range{0, 0};
-    /// What is known of a face of the range.
+    /// What is known of a face.
     struct Known {
         enum class State : std::uint8_t { kNotLookedAt, kNoBox, kBox };
 
@@ -62,21 +67,32 @@ class FaceSearch {
         State state = State::kNotLookedAt;
     };
 
-    Known& known(int face) { return m_known[static_cast<std::size_t>(face - m_range.first)]; }
+    const Vector& normal(int face) const {
+        return m_hull.normals()[static_cast<std::size_t>(face)];
+    }
+    void orderFaces();
+    std::span<const int> takeFaces();
+    bool canHoldTheBest(int face);
+    VolumeCandidate pass(Worker& worker, const FaceRange& range) const;
 
-    std::vector<Known> m_known;
-    bool m_isPassNeeded = false;
-    int m_bestFace = 0;
-    VolumeCandidate m_best;
+    const MinBoundingBoxImpl& m_impl;
+    const SearchHull& m_hull;
+    const VolumeBound& m_bound;
+    VolumeLimit& m_limit;
+    std::vector<Known> m_known;  ///< by face; each is one worker's business
+    std::vector<int> m_faces;    ///< in the order in which they are looked at
+    std::atomic<std::size_t> m_taken = 0;
+    std::atomic<bool> m_isPassNeeded = false;
 };
 
 template <class Step>
-void FaceSearch::run(const FaceRange& range, Step step) {
-    start(range);
-    lookAtMostPromising();
-    for (const int face : facesInOrder()) {
-        if (!step()) return;
-        if (canHoldTheBest(face)) look(face);
+void FaceSearch::Worker::run(Step step) {
+    for (;;) {
+        const std::span<const int> faces = m_search.takeFaces();
+        if (faces.empty()) return;
+        for (const int face : faces) {
+            if (!step()) return;
+            if (m_search.canHoldTheBest(face)) look(face);
+        }
     }
-    if (m_isPassNeeded) pass();
 }

@@ -56,7 +56,7 @@ OrthogonalPlane::OrthogonalPlane(const EdgeDirections& directions, const Directi
 }
 
 std::vector<ClassTriple> findTriples(const EdgeDirections& directions, ClassWidths& widths,
-                                     const DirectionIndex& index,
+                                     const DirectionIndex& index, const VolumeBound& bound,
                                      const std::atomic<bool>& isAborted, const VolumeLimit& limit) {
     std::vector<ClassTriple> triples;
     const auto isExact = [&](int a, int b, int c) {
@@ -65,13 +65,14 @@ std::vector<ClassTriple> findTriples(const EdgeDirections& directions, ClassWidt
     };
     for (const int a : polesOfAllTriples(directions)) {
         if (isAborted) break;
+        if (bound.isAbove(limit.get(), directions.units()[static_cast<std::size_t>(a)])) continue;
         const OrthogonalPlane plane(directions, index, a);
         for (std::size_t place = 0; place < plane.classes().size(); ++place) {
             const int b = plane.classes()[place];
             plane.forEachPartner(place, [&](int c) {
                 if (b >= c || !isExact(a, b, c)) return;
-                const double bound = widths.volumeBound(a, b, c);
-                if (bound <= limit.get()) triples.push_back({{a, b, c}, bound});
+                const double least = widths.volumeBound(a, b, c);
+                if (least <= limit.get()) triples.push_back({{a, b, c}, least});
             });
         }
     }

@@ -1,103 +1,135 @@
 #include "VolumeBound.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <set>
+#include <numbers>
 
 namespace {
 
-/// Of the size: more than rounding takes from an extent of a box.
-constexpr double kSlack = 1e-12;
+/// Of the hull's diagonal, per extent: more than a box that passes its check may leave out, and
+/// than its axes' being only nearly at right angles, or nearly along the direction, can take away.
+constexpr double kSlack = 1e-8;
 
-/// Directions to the points of a grid around the origin, one of each two opposite ones.
-std::vector<Vector> gridDirections() {
-    constexpr int kReach = 2;
-    std::vector<Vector> directions;
-    for (int x = 0; x <= kReach; ++x) {
-        for (int y = -kReach; y <= kReach; ++y) {
-            for (int z = -kReach; z <= kReach; ++z) {
-                const bool isFirstOfTwo = x > 0 || (x == 0 && (y > 0 || (y == 0 && z > 0)));
-                const bool isDouble = x % 2 == 0 && y % 2 == 0 && z % 2 == 0;
-                if (isFirstOfTwo && !isDouble) directions.emplace_back(x, y, z);
-            }
+/// A right angle, in steps.
+constexpr int kRight = 4096;
+constexpr int kCoarse = kRight / 8;
+constexpr int kFinest = 2;
+
+/// Ranges to climb for, per direction: where they are spent, finding the box costs less.
+constexpr int kMostTries = 200;
+
+struct Turn {
+    double cosine;
+    double sine;
+};
+
+/// By a number of steps.
+const Turn& turnBy(int steps) {
+    static const auto turns = [] {
+        std::array<Turn, kRight + 1> all{};
+        for (int i = 0; i <= kRight; ++i) {
+            const double angle = i * (std::numbers::pi / 2.0 / kRight);
+            all[static_cast<std::size_t>(i)] = {std::cos(angle), std::sin(angle)};
         }
-    }
-    return directions;
+        return all;
+    }();
+    return turns[static_cast<std::size_t>(steps)];
 }
 
-/// The vertices that are farthest in some direction.
-std::set<int> farthestVertices(const MinBoundingBoxImpl& impl) {
-    std::set<int> found;
-    for (const Vector& direction : gridDirections()) {
-        int lowest = 0;
-        int highest = 0;
-        double low = hullPoint(impl, 0) | direction;
-        double high = low;
-        for (int i = 1; i < hullVertexCount(impl); ++i) {
-            const double height = hullPoint(impl, i) | direction;
-            if (height < low) {
-                low = height;
-                lowest = i;
-            } else if (height > high) {
-                high = height;
-                highest = i;
-            }
-        }
-        found.insert({lowest, highest});
+/// A unit vector at a right angle to one.
+Vector unitAcross(const Vector& unit) {
+    const double x = std::fabs(unit.x);
+    const double y = std::fabs(unit.y);
+    const double z = std::fabs(unit.z);
+    if (x <= y && x <= z) return (unit * Vector(1, 0, 0)).GetNormal();
+    return (unit * (y <= z ? Vector(0, 1, 0) : Vector(0, 0, 1))).GetNormal();
+}
+
+double hullDiagonal(const MinBoundingBoxImpl& impl) {
+    Vector low = hullPoint(impl, 0);
+    Vector high = low;
+    for (int i = 1; i < hullVertexCount(impl); ++i) {
+        const Vector p = hullPoint(impl, i);
+        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
     }
-    return found;
+    return (high - low).GetLength();
 }
 
 }  // namespace
 
-void VolumeBound::Columns::push_back(const Vector& v) {
-    x.push_back(v.x);
-    y.push_back(v.y);
-    z.push_back(v.z);
+VolumeBound::VolumeBound(const MinBoundingBoxImpl& impl, const SearchHull& hull)
+    : m_supports(impl, hull.links()), m_slack(kSlack * hullDiagonal(impl)) {
+    m_fine = kCoarse;
+    const double fine = m_supports.cellAngle() * kRight / (std::numbers::pi / 2.0);
+    while (m_fine > kFinest && m_fine > fine) m_fine /= 2;
 }
 
-VolumeBound::VolumeBound(const MinBoundingBoxImpl& impl, const SearchHull& hull) {
-    std::vector<UPoint3<float>> corners;
-    const std::vector<UPoint3<float>>& vertices = hull.hull().getVertices();
-    for (const int vertex : farthestVertices(impl)) {
-        corners.push_back(vertices[static_cast<std::size_t>(vertex)]);
-        m_points.push_back(hullPoint(impl, vertex));
-        const Vector d = hullPoint(impl, vertex) - hullPoint(impl, 0);
-        m_size = std::max(m_size, 2.0 * d.GetLength());
-    }
-    takeTriangles(impl.unitLength,
-                  gte::ConvexHull3(corners.data(), static_cast<int>(corners.size()), 3));
+VolumeBound::View VolumeBound::viewOf(const Vector& direction) const {
+    const Vector unit = direction.GetNormal();
+    const Vector first = unitAcross(unit);
+    const double height = (m_supports.across(unit) | unit) - m_slack;
+    return {first, unit * first, std::max(height, 0.0)};
 }
 
-void VolumeBound::takeTriangles(double unitLength, const gte::ConvexHull3& polytope) {
-    const auto corner = [&](int vertex) {
-        const UPoint3<float>& p = polytope.getVertices()[static_cast<std::size_t>(vertex)];
-        return Vector(static_cast<double>(p.x), static_cast<double>(p.y),
-                      static_cast<double>(p.z)) *
-               (1.0 / unitLength);
+VolumeBound::Volumes VolumeBound::volumes(const View& view, int first, int last,
+                                          Supports supports) const {
+    const Turn& middle = turnBy((first + last) / 2);
+    const Vector along = view.first * middle.cosine + view.second * middle.sine;
+    const Vector across = view.second * middle.cosine - view.first * middle.sine;
+    const bool isExact = supports == Supports::kExact;
+    const Vector length = isExact ? m_supports.across(along) : m_supports.nearlyAcross(along);
+    const Vector width = isExact ? m_supports.across(across) : m_supports.nearlyAcross(across);
+    const Turn lengthwise{length | view.first, length | view.second};
+    const Turn widthwise{width | view.second, width | view.first};
+    const auto volumeAt = [&](const Turn& t) {
+        const double x = lengthwise.cosine * t.cosine + lengthwise.sine * t.sine - m_slack;
+        const double y = widthwise.cosine * t.cosine - widthwise.sine * t.sine - m_slack;
+        return std::max(x, 0.0) * std::max(y, 0.0) * view.height;
     };
-    for (const auto& [a, b, c] : polytope.getTriangles()) {
-        m_normals.push_back((corner(b) - corner(a)) * (corner(c) - corner(a)));
-    }
+    return {std::min(volumeAt(turnBy(first)), volumeAt(turnBy(last))), volumeAt(middle)};
 }
 
-double VolumeBound::along(const Vector& normal) const {
-    const double length = normal.GetLength();
-    double low = 0.0;
-    double high = 0.0;
-    for (std::size_t i = 0; i < m_points.x.size(); ++i) {
-        const double height =
-            m_points.x[i] * normal.x + m_points.y[i] * normal.y + m_points.z[i] * normal.z;
-        low = i == 0 ? height : std::min(low, height);
-        high = i == 0 ? height : std::max(high, height);
+double VolumeBound::roughly(const Vector& direction) const {
+    const View view = viewOf(direction);
+    double least = volumes(view, 0, kCoarse, Supports::kNear).bound;
+    for (int first = kCoarse; first < kRight; first += kCoarse) {
+        least = std::min(least, volumes(view, first, first + kCoarse, Supports::kNear).bound);
     }
-    // Four sums side by side; which is added to which does not matter here.
-    std::array<double, 4> sums{};
-    for (std::size_t i = 0; i < m_normals.x.size(); ++i) {
-        sums[i % 4] += std::fabs(m_normals.x[i] * normal.x + m_normals.y[i] * normal.y +
-                                 m_normals.z[i] * normal.z);
+    return least;
+}
+
+double VolumeBound::against(double limit, const Vector& direction) const {
+    const View view = viewOf(direction);
+    double least = std::numeric_limits<double>::infinity();
+    int tries = kMostTries;
+    for (int first = 0; first < kRight; first += kCoarse) {
+        least = std::min(least, refined(view, first, first + kCoarse, limit, tries));
+        if (!(least > limit)) return 0.0;
     }
-    const double area = ((sums[0] + sums[1]) + (sums[2] + sums[3])) / 4.0 / length;
-    const double slack = kSlack * m_size;
-    return std::max((high - low) / length - slack, 0.0) * std::max(area - slack * m_size, 0.0);
+    return least;
+}
+
+/// Halves a range until the bounds over all its parts are above the limit, or no hope is left: what
+/// is returned is then not above it.
+double VolumeBound::refined(const View& view, int first, int last, double limit, int& tries) const {
+    const int size = last - first;
+    double least = 0.0;
+    if (size >= m_fine) {
+        least = volumes(view, first, last, Supports::kNear).bound;
+        if (least > limit) return least;
+    }
+    if (size <= m_fine) {
+        if (tries == 0) return least;
+        --tries;
+        const Volumes exact = volumes(view, first, last, Supports::kExact);
+        least = std::max(least, exact.bound);
+        const bool isHopeless = !(exact.middle > limit);
+        if (least > limit || isHopeless || size <= kFinest) return least;
+    }
+    const int middle = (first + last) / 2;
+    const double before = refined(view, first, middle, limit, tries);
+    if (!(before > limit)) return before;
+    return std::min(before, refined(view, middle, last, limit, tries));
 }

@@ -1,37 +1,58 @@
 #pragma once
 
-#include <array>
-#include <vector>
+#include <limits>
 
 #include "BoxCandidate.h"
 #include "MinBoundingBoxImpl.h"
 #include "SearchHull.h"
+#include "SupportMap.h"
 
-/// Bounds below the volume of any box that stands on a plane with a given normal, for a fraction of
-/// what finding the box costs.
+/// Bounds below the volume of any box with an axis along a direction, for a fraction of what
+/// finding the box costs.
 ///
-/// An inner polytope of some of the hull's vertices, the farthest in about a hundred directions,
-/// stands for the hull: its height along the normal times the area of its shadow. The area is that
-/// of its triangles, seen along the normal, divided by two.
+/// Seen along the direction, the box is a rectangle at some angle. Any two vertices bound the
+/// hull's width at every angle, by a sinusoid. Over a range of angles, two that are far apart along
+/// its middle and two that are far apart across it bound the rectangle's area: the product of the
+/// sinusoids, which has its least value at an end of the range, as the logarithm of each is
+/// concave.
 class VolumeBound {
  public:
-    /// Looks at all vertices once per direction. Keeps nothing of the arguments.
+    /// Keeps references to both.
     VolumeBound(const MinBoundingBoxImpl& impl, const SearchHull& hull);
 
-    /// Below the volume, as the search computes it, of any box along the normal.
-    double along(const Vector& normal) const;
+    /// Below the volume, as the searches compute it, of any box along the direction.
+    double roughly(const Vector& direction) const;
+
+    /// The same, as good as it takes to be above a limit; 0 where it cannot be.
+    double against(double limit, const Vector& direction) const;
+
+    /// Whether no box along the direction has a volume of at most the limit, as far as can be told.
+    bool isAbove(double limit, const Vector& direction) const {
+        return limit < std::numeric_limits<double>::infinity() && against(limit, direction) > limit;
+    }
 
  private:
-    /// Vectors by coordinate, so that several go through the same operations at once.
-    struct Columns {
-        std::vector<double> x, y, z;
-
-        void push_back(const Vector& v);
+    /// The hull seen along a direction.
+    struct View {
+        Vector first;  ///< two axes across the direction
+        Vector second;
+        double height;  ///< along the direction, less what a box may leave out
     };
 
-    void takeTriangles(double unitLength, const gte::ConvexHull3& polytope);
+    /// The least volume of a box at a range of angles is above the one, that in the middle of it
+    /// is the other.
+    struct Volumes {
+        double bound;
+        double middle;
+    };
 
-    Columns m_points;
-    Columns m_normals;  ///< of the inner polytope's triangles, as long as twice their areas
-    double m_size = 0.0;
+    enum class Supports { kNear, kExact };
+
+    View viewOf(const Vector& direction) const;
+    Volumes volumes(const View& view, int first, int last, Supports supports) const;
+    double refined(const View& view, int first, int last, double limit, int& tries) const;
+
+    SupportMap m_supports;
+    double m_slack = 0.0;
+    int m_fine = 1;  ///< steps over which the table tells directions apart
 };

@@ -20,10 +20,10 @@ double volumeKey(const VolumeCandidate& box) {
 }
 
 /// The body of a worker thread: reports every face, and stops at the first abort.
-void searchRange(MinBoundingBoxImpl& impl, const FaceRange& range, std::atomic<bool>& isAborted,
-                 FaceSearch& search) {
+void workUntilAborted(MinBoundingBoxImpl& impl, std::atomic<bool>& isAborted,
+                      FaceSearch::Worker& worker) {
     try {
-        search.run(range, [&] {
+        worker.run([&] {
             if (isAborted) return false;
             impl.progress->step();
             return true;
@@ -36,11 +36,11 @@ void searchRange(MinBoundingBoxImpl& impl, const FaceRange& range, std::atomic<b
 /// The edge search on a thread of its own, joined however the scope ends.
 class EdgeThread {
  public:
-    EdgeThread(const MinBoundingBoxImpl& impl, const SearchHull& hull, std::atomic<bool>& isAborted,
-               const VolumeLimit& limit, VolumeCandidate& best)
-        : m_isAborted(isAborted), m_thread([this, &impl, &hull, &limit, &best] {
+    EdgeThread(const MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
+               std::atomic<bool>& isAborted, const VolumeLimit& limit, VolumeCandidate& best)
+        : m_isAborted(isAborted), m_thread([this, &impl, &hull, &bound, &limit, &best] {
               try {
-                  searchEdges(impl, hull, m_isAborted, limit, best);
+                  searchEdges(impl, hull, bound, m_isAborted, limit, best);
               } catch (...) {
                   m_failure = std::current_exception();
                   m_isAborted = true;
@@ -69,9 +69,10 @@ void searchBesideEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
                            VolumeCandidate& faceBest, VolumeCandidate& edgeBest) {
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
-    EdgeThread edges(impl, hull, isAborted, limit, edgeBest);
+    const VolumeBound bound(impl, hull);
+    EdgeThread edges(impl, hull, bound, isAborted, limit, edgeBest);
     try {
-        searchFaces(impl, hull, isAborted, limit, faceBest);
+        searchFaces(impl, hull, bound, isAborted, limit, faceBest);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::system_error&) {
@@ -90,35 +91,32 @@ void searchAfterEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
     // The faces first: with their box at hand, hardly a triple of edges is worth a look.
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
-    searchFaces(impl, hull, isAborted, limit, faceBest);
-    searchEdges(impl, hull, isAborted, limit, edgeBest);
+    const VolumeBound bound(impl, hull);
+    searchFaces(impl, hull, bound, isAborted, limit, faceBest);
+    searchEdges(impl, hull, bound, isAborted, limit, edgeBest);
 }
 
 }  // namespace
 
-void searchFaces(MinBoundingBoxImpl& impl, const SearchHull& hull, std::atomic<bool>& isAborted,
-                 VolumeLimit& limit, VolumeCandidate& best) {
+void searchFaces(MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
+                 std::atomic<bool>& isAborted, VolumeLimit& limit, VolumeCandidate& best) {
     const std::vector<FaceRange> ranges = splitFaces(hull.faceCount(), impl.threadCount);
-    const VolumeBound bound(impl, hull);
-    std::vector<FaceSearch> searches;
-    searches.reserve(ranges.size());
-    for (std::size_t t = 0; t < ranges.size(); ++t) searches.emplace_back(impl, hull, bound, limit);
-    const auto merge = [&](std::size_t t) {
-        const VolumeCandidate& found = searches[t].best();
-        if (found.volume != impl.unset && isBetter(impl, found, best, volumeKey)) best = found;
-    };
-    if (ranges.size() == 1) {
-        searches[0].run(ranges[0], [&] {
+    FaceSearch search(impl, hull, bound, limit);
+    std::vector<FaceSearch::Worker> workers;
+    workers.reserve(ranges.size());
+    for (std::size_t t = 0; t < ranges.size(); ++t) workers.emplace_back(search);
+    if (workers.size() == 1) {
+        workers[0].run([&] {
             if (impl.callback && impl.progress->isOwnedByThisThread()) impl.progress->step();
             return true;
         });
-        merge(0);
-        return;
+    } else {
+        runWorkers(
+            workers.size(), [&](std::size_t t) { workUntilAborted(impl, isAborted, workers[t]); },
+            [](std::size_t) {}, [&] { isAborted = true; });
+        if (isAborted) throw Tesk::AbortException(kAborting);
     }
-    runWorkers(
-        ranges.size(), [&](std::size_t t) { searchRange(impl, ranges[t], isAborted, searches[t]); },
-        merge, [&] { isAborted = true; });
-    if (isAborted) throw Tesk::AbortException(kAborting);
+    best = search.best(workers, ranges);
 }
 
 OrientedBox3 searchLeastVolume(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points) {

@@ -5,6 +5,7 @@
 #include "BoxCandidate.h"
 #include "MinBoundingBoxImpl.h"
 #include "SearchHull.h"
+#include "VolumeBound.h"
 #include "VolumeLimit.h"
 
 /// The box of least volume around points: MinBoundingBox::operator().
@@ -17,5 +18,5 @@ OrientedBox3 searchLeastVolume(MinBoundingBoxImpl& impl, int n, const UPoint3<fl
 /// an abort on a worker, Tesk::AbortException("Aborting...") with `isAborted` set.
 ///
 /// @param limit  lowered to the volumes that it finds, as it finds them
-void searchFaces(MinBoundingBoxImpl& impl, const SearchHull& hull, std::atomic<bool>& isAborted,
-                 VolumeLimit& limit, VolumeCandidate& best);
+void searchFaces(MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
+                 std::atomic<bool>& isAborted, VolumeLimit& limit, VolumeCandidate& best);

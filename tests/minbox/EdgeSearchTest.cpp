@@ -58,10 +58,12 @@ TEST(DirectionIndex, FindsDirectionsJustInsideTheTolerance) {
 
 /// The hull of some points, ready for an edge search.
 struct Prepared {
-    explicit Prepared(const Points& points) : impl(1), hull(impl, countOf(points), points.data()) {}
+    explicit Prepared(const Points& points)
+        : impl(1), hull(impl, countOf(points), points.data()), bound(impl, hull) {}
 
     MinBoundingBoxImpl impl;
     SearchHull hull;
+    VolumeBound bound;
 };
 
 TEST(EdgeDirections, ParallelEdgesShareAClassExactly) {
@@ -102,7 +104,8 @@ TEST(OrthogonalTriples, OfABoxAreItsThreeDirections) {
     const DirectionIndex index(directions.units());
     HeightFinder heights(prepared.impl, prepared.hull.links());
     ClassWidths widths(prepared.impl, directions, heights);
-    const auto triples = findTriples(directions, widths, index, false, VolumeLimit());
+    const auto triples =
+        findTriples(directions, widths, index, prepared.bound, false, VolumeLimit());
     std::set<std::set<int>> distinct;
     for (const ClassTriple& triple : triples) {
         distinct.insert({triple.classes[0], triple.classes[1], triple.classes[2]});
@@ -124,7 +127,8 @@ TEST(OrthogonalTriples, AreFoundHoweverTheyLieToTheCoordinateAxes) {
     HeightFinder heights(prepared.impl, prepared.hull.links());
     ClassWidths widths(prepared.impl, directions, heights);
     const DirectionIndex index(directions.units());
-    EXPECT_FALSE(findTriples(directions, widths, index, false, VolumeLimit()).empty());
+    EXPECT_FALSE(
+        findTriples(directions, widths, index, prepared.bound, false, VolumeLimit()).empty());
 }
 
 TEST(OrthogonalTriples, ThatCannotGiveABoxBelowTheLimitAreLeftOut) {
@@ -135,10 +139,10 @@ TEST(OrthogonalTriples, ThatCannotGiveABoxBelowTheLimitAreLeftOut) {
     const DirectionIndex index(directions.units());
     VolumeLimit limit;
     limit.lowerTo(25.0);
-    EXPECT_FALSE(findTriples(directions, widths, index, false, limit).empty());
+    EXPECT_FALSE(findTriples(directions, widths, index, prepared.bound, false, limit).empty());
     limit.lowerTo(23.0);
     limit.lowerTo(24.5);  // no way back up
-    EXPECT_TRUE(findTriples(directions, widths, index, false, limit).empty());
+    EXPECT_TRUE(findTriples(directions, widths, index, prepared.bound, false, limit).empty());
 }
 
 TEST(EdgeSearch, FindsNothingThatIsNotBelowTheLimit) {
@@ -146,7 +150,7 @@ TEST(EdgeSearch, FindsNothingThatIsNotBelowTheLimit) {
     VolumeLimit limit;
     limit.lowerTo(24.0);
     VolumeCandidate best;
-    searchEdges(prepared.impl, prepared.hull, false, limit, best);
+    searchEdges(prepared.impl, prepared.hull, prepared.bound, false, limit, best);
     EXPECT_EQ(best.volume, -1.0);
 }
 
@@ -177,7 +181,7 @@ TEST(DirectionOrder, KeepsAllAndBringsNeighboursTogether) {
 TEST(EdgeSearch, EndsAtOnceWhenAborted) {
     const Prepared prepared(prismCorners(100, 2));
     VolumeCandidate best;
-    searchEdges(prepared.impl, prepared.hull, true, VolumeLimit(), best);
+    searchEdges(prepared.impl, prepared.hull, prepared.bound, true, VolumeLimit(), best);
     EXPECT_EQ(best.volume, -1.0);
 }
 
@@ -190,7 +194,7 @@ TEST(EdgeSearch, ATurnedBoxIsFoundThoughItsEdgesAreNotOrthogonalExactly) {
         EXPECT_NEAR(volumeOf(calculator(countOf(points), points.data())), 24.0, 1e-4);
         const Prepared prepared(points);
         VolumeCandidate best;
-        searchEdges(prepared.impl, prepared.hull, false, VolumeLimit(), best);
+        searchEdges(prepared.impl, prepared.hull, prepared.bound, false, VolumeLimit(), best);
         found += best.volume > 0.0 ? 1 : 0;
     }
     EXPECT_GT(found, 10) << "those turned by right angles";

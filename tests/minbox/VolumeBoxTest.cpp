@@ -25,10 +25,11 @@ Found searchApart(const Points& points) {
     const SearchHull hull(impl, countOf(points), points.data());
     impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
     std::atomic<bool> isAborted = false;
+    const VolumeBound bound(impl, hull);
     VolumeLimit limit;
     Found found;
-    searchFaces(impl, hull, isAborted, limit, found.faces);
-    searchEdges(impl, hull, isAborted, VolumeLimit(), found.edges);
+    searchFaces(impl, hull, bound, isAborted, limit, found.faces);
+    searchEdges(impl, hull, bound, isAborted, VolumeLimit(), found.edges);
     return found;
 }
 

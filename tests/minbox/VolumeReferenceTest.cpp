@@ -25,7 +25,7 @@ VolumeCandidate shippedFaces(const Points& points, int threads) {
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
     VolumeCandidate best;
-    searchFaces(impl, searched, isAborted, limit, best);
+    searchFaces(impl, searched, VolumeBound(impl, searched), isAborted, limit, best);
     return best;
 }
 
@@ -33,7 +33,7 @@ VolumeCandidate shippedEdges(const Points& points) {
     MinBoundingBoxImpl impl(1);
     const SearchHull searched(impl, countOf(points), points.data());
     VolumeCandidate best;
-    searchEdges(impl, searched, false, VolumeLimit(), best);
+    searchEdges(impl, searched, VolumeBound(impl, searched), false, VolumeLimit(), best);
     return best;
 }
 

@@ -1,0 +1,82 @@
+#include "SupportMap.h"
+
+#include <algorithm>
+#include <limits>
+#include <numbers>
+
+namespace {
+
+constexpr std::ptrdiff_t kAny = std::numeric_limits<std::ptrdiff_t>::max();
+constexpr std::ptrdiff_t kFew = 32;
+
+/// The end of a climb along the hull's edges, from a vertex; at the latest where more edges meet
+/// than that.
+int climb(const MinBoundingBoxImpl& impl, const HullLinks& links, const Vector& direction,
+          int vertex, std::ptrdiff_t mostEdges) {
+    double here = hullPoint(impl, vertex) | direction;
+    for (;;) {
+        const int start = vertex;
+        if (links.neighboursEnd(start) - links.neighboursBegin(start) > mostEdges) return start;
+        for (const int* n = links.neighboursBegin(start); n != links.neighboursEnd(start); ++n) {
+            const double there = hullPoint(impl, *n) | direction;
+            if (there > here) {
+                here = there;
+                vertex = *n;
+            }
+        }
+        if (vertex == start) return vertex;
+    }
+}
+
+}  // namespace
+
+SupportMap::SupportMap(const MinBoundingBoxImpl& impl, const HullLinks& links)
+    : m_impl(impl), m_links(links) {
+    constexpr double kSmallest = 4.0;
+    constexpr double kLargest = 256.0;
+    const double side = std::sqrt(static_cast<double>(hullVertexCount(impl)));
+    m_side = static_cast<int>(std::clamp(side, kSmallest, kLargest));
+    m_half = m_side / 2.0;
+    m_cells.reserve(static_cast<std::size_t>(3 * m_side * m_side));
+    int lowest = 0;
+    int highest = 0;
+    for (int axis = 0; axis < 3; ++axis) {
+        for (int row = 0; row < m_side; ++row) {
+            // There and back, so that each cell lies beside the one before.
+            const std::size_t first = m_cells.size();
+            for (int place = 0; place < m_side; ++place) {
+                const int column = row % 2 == 0 ? place : m_side - 1 - place;
+                const Vector middle = middleOf(axis, row, column);
+                highest = climb(impl, links, middle, highest, kAny);
+                lowest = climb(impl, links, middle * -1.0, lowest, kAny);
+                m_cells.push_back(
+                    {hullPoint(impl, highest) - hullPoint(impl, lowest), lowest, highest});
+            }
+            if (row % 2 != 0) {
+                std::reverse(m_cells.begin() + static_cast<std::ptrdiff_t>(first), m_cells.end());
+            }
+        }
+    }
+}
+
+Vector SupportMap::across(const Vector& direction) const {
+    bool isOpposite = false;
+    const Cell& cell = cellOf(direction, isOpposite);
+    const int highest =
+        climb(m_impl, m_links, direction, isOpposite ? cell.lowest : cell.highest, kFew);
+    const int lowest =
+        climb(m_impl, m_links, direction * -1.0, isOpposite ? cell.highest : cell.lowest, kFew);
+    return hullPoint(m_impl, highest) - hullPoint(m_impl, lowest);
+}
+
+double SupportMap::cellAngle() const {
+    return std::numbers::pi / 4.0 / m_half / 2.0;
+}
+
+Vector SupportMap::middleOf(int axis, int row, int column) const {
+    const double u = (row + 0.5) / m_half - 1.0;
+    const double v = (column + 0.5) / m_half - 1.0;
+    if (axis == 0) return {1.0, u, v};
+    if (axis == 1) return {v, 1.0, u};
+    return {u, v, 1.0};
+}
