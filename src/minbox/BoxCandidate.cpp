@@ -41,14 +41,20 @@ bool holdsAllVertices(const MinBoundingBoxImpl& impl, const BoxFrame& frame) {
 }  // namespace
 
 Range rangeAlong(const MinBoundingBoxImpl& impl, const Vector& origin, const Vector& axis) {
+    // In two steps over pieces, so that a compiler does several vertices at once.
+    constexpr int kPiece = 256;
+    std::array<double, kPiece> heights;
     Range range{impl.zero, impl.zero};
     const int count = hullVertexCount(impl);
-    for (int i = 0; i < count; ++i) {
-        const double x = (hullPoint(impl, i) - origin) | axis;
-        if (x < range.min) {
-            range.min = x;
-        } else if (x > range.max) {
-            range.max = x;
+    for (int first = 0; first < count; first += kPiece) {
+        const int size = std::min(kPiece, count - first);
+        for (int i = 0; i < size; ++i) {
+            heights[static_cast<std::size_t>(i)] = (hullPoint(impl, first + i) - origin) | axis;
+        }
+        for (int i = 0; i < size; ++i) {
+            const double x = heights[static_cast<std::size_t>(i)];
+            range.min = x < range.min ? x : range.min;
+            range.max = x > range.max ? x : range.max;
         }
     }
     return range;

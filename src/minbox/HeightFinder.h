@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "BoxCandidate.h"
@@ -10,7 +11,8 @@
 /// bits that looking at all would give. Holds working memory; one per thread.
 ///
 /// It climbs along edges, and then looks at every vertex that is within rounding of the highest and
-/// joined to it by such vertices: on a convex hull those are all that can be the highest.
+/// joined to it by such vertices: on a convex hull those are all that can be the highest. Where
+/// they are many, it looks at all.
 class HeightFinder {
  public:
     /// Keeps references to both.
@@ -20,7 +22,8 @@ class HeightFinder {
     Range rangeAlong(const Vector& origin, const Vector& direction);
 
  private:
-    double farthest(int start, const Vector& origin, const Vector& direction, double sign);
+    std::optional<double> farthest(int start, const Vector& origin, const Vector& direction,
+                                   double sign);
     int climb(int vertex, const Vector& origin, const Vector& direction, double sign) const;
 
     double height(int vertex, const Vector& origin, const Vector& direction) const {

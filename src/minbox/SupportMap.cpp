@@ -1,6 +1,7 @@
 #include "SupportMap.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <numbers>
 
@@ -59,9 +60,36 @@ SupportMap::SupportMap(const MinBoundingBoxImpl& impl, const HullLinks& links)
     }
 }
 
+/// Without a guess for the processor: directions come in any order.
+SupportMap::Place SupportMap::placeOf(const Vector& d) const {
+    const double x = std::fabs(d.x);
+    const double y = std::fabs(d.y);
+    const double z = std::fabs(d.z);
+    // The largest coordinate says through which face, the others over it where.
+    const bool isY = y > x;
+    const bool isZ = z > (isY ? y : x);
+    const double largest = isZ ? d.z : isY ? d.y : d.x;
+    const double u = isZ ? d.x : isY ? d.z : d.y;
+    const double v = isZ ? d.y : isY ? d.x : d.z;
+    const double scale = m_half / largest;
+    const int row = std::min(static_cast<int>(u * scale + m_half), m_side - 1);
+    const int column = std::min(static_cast<int>(v * scale + m_half), m_side - 1);
+    const int face = isZ ? 2 : isY ? 1 : 0;
+    const int cell = (face * m_side + row) * m_side + column;
+    return {static_cast<std::size_t>(cell), std::copysign(1.0, largest)};
+}
+
+void SupportMap::nearlyAcross(std::span<const Vector> directions, Vector* across) const {
+    for (const Vector& direction : directions) {
+        const Place place = placeOf(direction);
+        *across++ = m_cells[place.cell].across * place.sign;
+    }
+}
+
 Vector SupportMap::across(const Vector& direction) const {
-    bool isOpposite = false;
-    const Cell& cell = cellOf(direction, isOpposite);
+    const Place place = placeOf(direction);
+    const Cell& cell = m_cells[place.cell];
+    const bool isOpposite = place.sign < 0.0;
     const int highest =
         climb(m_impl, m_links, direction, isOpposite ? cell.lowest : cell.highest, kFew);
     const int lowest =

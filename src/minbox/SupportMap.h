@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cmath>
+#include <span>
 #include <vector>
 
 #include "BoxCandidate.h"
@@ -18,9 +18,9 @@ class SupportMap {
     /// three cells per vertex. Keeps references to both.
     SupportMap(const MinBoundingBoxImpl& impl, const HullLinks& links);
 
-    /// From the lowest to the highest vertex along a direction, or nearly so: those along the
-    /// middle of the direction's cell.
-    Vector nearlyAcross(const Vector& direction) const;
+    /// From the lowest to the highest vertex along each of some directions, or nearly so: those
+    /// along the middle of the direction's cell. As many vectors as directions.
+    void nearlyAcross(std::span<const Vector> directions, Vector* across) const;
 
     /// From the lowest to the highest vertex along a direction, but for plateaus and vertices at
     /// which very many edges meet, where a climb may end early.
@@ -37,7 +37,13 @@ class SupportMap {
         int highest;
     };
 
-    const Cell& cellOf(const Vector& direction, bool& isOpposite) const;
+    /// A cell, and 1 or −1 for a direction that goes through the opposite one.
+    struct Place {
+        std::size_t cell;
+        double sign;
+    };
+
+    Place placeOf(const Vector& direction) const;
     Vector middleOf(int axis, int row, int column) const;
 
     const MinBoundingBoxImpl& m_impl;
@@ -47,40 +53,3 @@ class SupportMap {
     double m_half = 0.0;
     std::vector<Cell> m_cells;
 };
-
-inline const SupportMap::Cell& SupportMap::cellOf(const Vector& d, bool& isOpposite) const {
-    const double x = std::fabs(d.x);
-    const double y = std::fabs(d.y);
-    const double z = std::fabs(d.z);
-    // The largest coordinate says through which face, the others over it where.
-    std::size_t axis = 0;
-    double largest = d.x;
-    double u = d.y;
-    double v = d.z;
-    if (y > x) {
-        axis = 1;
-        largest = d.y;
-        u = d.z;
-        v = d.x;
-    }
-    if (z > x && z > y) {
-        axis = 2;
-        largest = d.z;
-        u = d.x;
-        v = d.y;
-    }
-    isOpposite = largest < 0.0;
-    const double scale = m_half / largest;
-    const auto place = [&](double coordinate) {
-        const int cell = static_cast<int>(coordinate * scale + m_half);
-        return static_cast<std::size_t>(cell < 0 ? 0 : cell < m_side ? cell : m_side - 1);
-    };
-    const auto side = static_cast<std::size_t>(m_side);
-    return m_cells[(axis * side + place(u)) * side + place(v)];
-}
-
-inline Vector SupportMap::nearlyAcross(const Vector& direction) const {
-    bool isOpposite = false;
-    const Vector& v = cellOf(direction, isOpposite).across;
-    return isOpposite ? Vector(-v.x, -v.y, -v.z) : v;
-}

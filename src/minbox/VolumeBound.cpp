@@ -13,8 +13,10 @@ constexpr double kSlack = 1e-8;
 
 /// A right angle, in steps.
 constexpr int kRight = 4096;
-constexpr int kCoarse = kRight / 8;
+constexpr int kRanges = 8;  // to begin with
+constexpr int kCoarse = kRight / kRanges;
 constexpr int kFinest = 2;
+constexpr int kParts = 4;  // of a range that is divided
 
 /// Ranges to climb for, per direction: where they are spent, finding the box costs less.
 constexpr int kMostTries = 200;
@@ -63,7 +65,7 @@ VolumeBound::VolumeBound(const MinBoundingBoxImpl& impl, const SearchHull& hull)
     : m_supports(impl, hull.links()), m_slack(kSlack * hullDiagonal(impl)) {
     m_fine = kCoarse;
     const double fine = m_supports.cellAngle() * kRight / (std::numbers::pi / 2.0);
-    while (m_fine > kFinest && m_fine > fine) m_fine /= 2;
+    while (m_fine > kFinest && m_fine > 2.0 * fine) m_fine /= kParts;
 }
 
 VolumeBound::View VolumeBound::viewOf(const Vector& direction) const {
@@ -73,63 +75,96 @@ VolumeBound::View VolumeBound::viewOf(const Vector& direction) const {
     return {first, unit * first, std::max(height, 0.0)};
 }
 
-VolumeBound::Volumes VolumeBound::volumes(const View& view, int first, int last,
-                                          Supports supports) const {
-    const Turn& middle = turnBy((first + last) / 2);
-    const Vector along = view.first * middle.cosine + view.second * middle.sine;
-    const Vector across = view.second * middle.cosine - view.first * middle.sine;
-    const bool isExact = supports == Supports::kExact;
-    const Vector length = isExact ? m_supports.across(along) : m_supports.nearlyAcross(along);
-    const Vector width = isExact ? m_supports.across(across) : m_supports.nearlyAcross(across);
-    const Turn lengthwise{length | view.first, length | view.second};
-    const Turn widthwise{width | view.second, width | view.first};
-    const auto volumeAt = [&](const Turn& t) {
-        const double x = lengthwise.cosine * t.cosine + lengthwise.sine * t.sine - m_slack;
-        const double y = widthwise.cosine * t.cosine - widthwise.sine * t.sine - m_slack;
-        return std::max(x, 0.0) * std::max(y, 0.0) * view.height;
-    };
-    return {std::min(volumeAt(turnBy(first)), volumeAt(turnBy(last))), volumeAt(middle)};
+struct VolumeBound::Widths {
+    Turn along;
+    Turn across;
+};
+
+VolumeBound::Widths VolumeBound::widths(const View& view, const Vector& along,
+                                        const Vector& across) const {
+    return {{along | view.first, along | view.second}, {across | view.second, across | view.first}};
+}
+
+double VolumeBound::volumeAt(const View& view, const Widths& widths, int angle) const {
+    const Turn& t = turnBy(angle);
+    const double x = widths.along.cosine * t.cosine + widths.along.sine * t.sine - m_slack;
+    const double y = widths.across.cosine * t.cosine - widths.across.sine * t.sine - m_slack;
+    return std::max(x, 0.0) * std::max(y, 0.0) * view.height;
+}
+
+/// The bounds over as many ranges side by side as there is room for, with vertices that are only
+/// nearly the farthest.
+void VolumeBound::nearBounds(const View& view, int first, int size,
+                             std::span<double> bounds) const {
+    std::array<Vector, 2 * kRanges> directions;
+    for (std::size_t i = 0; i < bounds.size(); ++i) {
+        const Turn& t = turnBy(first + static_cast<int>(i) * size + size / 2);
+        directions[2 * i] = view.first * t.cosine + view.second * t.sine;
+        directions[2 * i + 1] = view.second * t.cosine - view.first * t.sine;
+    }
+    std::array<Vector, 2 * kRanges> across;
+    m_supports.nearlyAcross(std::span(directions).first(2 * bounds.size()), across.data());
+    for (std::size_t i = 0; i < bounds.size(); ++i) {
+        const int begin = first + static_cast<int>(i) * size;
+        const Widths found = widths(view, across[2 * i], across[2 * i + 1]);
+        bounds[i] = std::min(volumeAt(view, found, begin), volumeAt(view, found, begin + size));
+    }
 }
 
 double VolumeBound::roughly(const Vector& direction) const {
-    const View view = viewOf(direction);
-    double least = volumes(view, 0, kCoarse, Supports::kNear).bound;
-    for (int first = kCoarse; first < kRight; first += kCoarse) {
-        least = std::min(least, volumes(view, first, first + kCoarse, Supports::kNear).bound);
-    }
-    return least;
+    std::array<double, kRanges> bounds;
+    nearBounds(viewOf(direction), 0, kCoarse, bounds);
+    return *std::min_element(bounds.begin(), bounds.end());
 }
 
 double VolumeBound::against(double limit, const Vector& direction) const {
     const View view = viewOf(direction);
-    double least = std::numeric_limits<double>::infinity();
     int tries = kMostTries;
-    for (int first = 0; first < kRight; first += kCoarse) {
-        least = std::min(least, refined(view, first, first + kCoarse, limit, tries));
-        if (!(least > limit)) return 0.0;
+    std::array<double, kRanges> bounds;
+    nearBounds(view, 0, kCoarse, bounds);
+    double least = std::numeric_limits<double>::infinity();
+    for (int i = 0; i < kRanges; ++i) {
+        double& bound = bounds[static_cast<std::size_t>(i)];
+        if (!(bound > limit)) bound = divided(view, i * kCoarse, kCoarse, limit, tries);
+        if (!(bound > limit)) return 0.0;
+        least = std::min(least, bound);
     }
     return least;
 }
 
-/// Halves a range until the bounds over all its parts are above the limit, or no hope is left: what
-/// is returned is then not above it.
-double VolumeBound::refined(const View& view, int first, int last, double limit, int& tries) const {
-    const int size = last - first;
-    double least = 0.0;
-    if (size >= m_fine) {
-        least = volumes(view, first, last, Supports::kNear).bound;
-        if (least > limit) return least;
+/// Divides a range until the bounds over all its parts are above the limit, or no hope is left:
+/// what is returned is then not above it.
+double VolumeBound::divided(const View& view, int first, int size, double limit, int& tries) const {
+    if (size <= m_fine) return climbed(view, first, size, limit, tries);
+    const int part = size / kParts;
+    std::array<double, kParts> bounds;
+    nearBounds(view, first, part, bounds);
+    double least = std::numeric_limits<double>::infinity();
+    for (int i = 0; i < kParts && least > limit; ++i) {
+        double& bound = bounds[static_cast<std::size_t>(i)];
+        if (!(bound > limit)) bound = divided(view, first + i * part, part, limit, tries);
+        least = std::min(least, bound);
     }
-    if (size <= m_fine) {
-        if (tries == 0) return least;
-        --tries;
-        const Volumes exact = volumes(view, first, last, Supports::kExact);
-        least = std::max(least, exact.bound);
-        const bool isHopeless = !(exact.middle > limit);
-        if (least > limit || isHopeless || size <= kFinest) return least;
+    return least;
+}
+
+/// The same with the farthest vertices, from where the table does not tell directions apart.
+double VolumeBound::climbed(const View& view, int first, int size, double limit, int& tries) const {
+    if (tries == 0) return 0.0;
+    --tries;
+    const int middle = first + size / 2;
+    const Turn& t = turnBy(middle);
+    const Vector along = view.first * t.cosine + view.second * t.sine;
+    const Vector across = view.second * t.cosine - view.first * t.sine;
+    const Widths found = widths(view, m_supports.across(along), m_supports.across(across));
+    const double bound =
+        std::min(volumeAt(view, found, first), volumeAt(view, found, first + size));
+    const bool isHopeless = !(volumeAt(view, found, middle) > limit);
+    if (bound > limit || isHopeless || size <= kFinest) return bound;
+    const int part = size / kParts;
+    double least = std::numeric_limits<double>::infinity();
+    for (int i = 0; i < kParts && least > limit; ++i) {
+        least = std::min(least, climbed(view, first + i * part, part, limit, tries));
     }
-    const int middle = (first + last) / 2;
-    const double before = refined(view, first, middle, limit, tries);
-    if (!(before > limit)) return before;
-    return std::min(before, refined(view, middle, last, limit, tries));
+    return least;
 }

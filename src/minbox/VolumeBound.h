@@ -1,6 +1,7 @@
 #pragma once
 
 #include <limits>
+#include <span>
 
 #include "BoxCandidate.h"
 #include "MinBoundingBoxImpl.h"
@@ -39,18 +40,16 @@ class VolumeBound {
         double height;  ///< along the direction, less what a box may leave out
     };
 
-    /// The least volume of a box at a range of angles is above the one, that in the middle of it
-    /// is the other.
-    struct Volumes {
-        double bound;
-        double middle;
-    };
-
-    enum class Supports { kNear, kExact };
+    /// The hull's width over a range of angles, at least: along the range and across it, as
+    /// a cosine's and a sine's part.
+    struct Widths;
 
     View viewOf(const Vector& direction) const;
-    Volumes volumes(const View& view, int first, int last, Supports supports) const;
-    double refined(const View& view, int first, int last, double limit, int& tries) const;
+    Widths widths(const View& view, const Vector& along, const Vector& across) const;
+    double volumeAt(const View& view, const Widths& widths, int angle) const;
+    void nearBounds(const View& view, int first, int size, std::span<double> bounds) const;
+    double divided(const View& view, int first, int size, double limit, int& tries) const;
+    double climbed(const View& view, int first, int size, double limit, int& tries) const;
 
     SupportMap m_supports;
     double m_slack = 0.0;
