@@ -10,14 +10,6 @@ constexpr int kNone = -1;
 /// sign, with room to spare (three products and two sums round by less than 4e-16).
 constexpr double kClear = 2e-15;
 
-/// The place of a vertex in a triangle; kNone where it is not a corner.
-int placeOf(int vertex, const std::array<int, 3>& triangle) {
-    for (int k = 0; k < 3; ++k) {
-        if (triangle[static_cast<std::size_t>(k)] == vertex) return k;
-    }
-    return kNone;
-}
-
 }  // namespace
 
 Silhouette::Silhouette(const MinBoundingBoxImpl& impl, const std::vector<Vector>& normals,
@@ -26,9 +18,8 @@ Silhouette::Silhouette(const MinBoundingBoxImpl& impl, const std::vector<Vector>
       m_normals(normals),
       m_links(links),
       m_placeBefore(links.sideCount(), 0),
-      m_isAway(normals.size()),
-      m_next(static_cast<std::size_t>(hullVertexCount(impl)), 0) {
-    m_outline.reserve(m_next.size());
+      m_isAway(normals.size()) {
+    m_outline.reserve(static_cast<std::size_t>(hullVertexCount(impl)));
 }
 
 const Outline& Silhouette::along(int face) {
@@ -71,9 +62,10 @@ bool Silhouette::walkAround() {
     const int first = findCrossing();
     if (first == kNone || !isClearCrossing(first)) return false;
     m_walk.clear();
+    const auto most = static_cast<std::size_t>(hullVertexCount(m_impl));
     int crossing = first;
     do {
-        if (m_walk.size() == m_next.size()) return false;
+        if (m_walk.size() == most) return false;
         m_walk.push_back(crossing);
         // Faces beside each other share most of their outlines.
         const int before = followingBefore(crossing);
@@ -151,38 +143,51 @@ int Silhouette::following(int crossing) const {
     return kNone;
 }
 
+/// The outline through the highest-numbered edge on it, from that edge's a.
 void Silhouette::scanEdges() {
     m_outline.clear();
     m_links.markAway(m_direction, m_isAway);
-    const int start = linkEdges();
-    if (start == kNone) return;
+    int side = sideOfHighestEdge();
+    if (side == kNone) return;
+    const int start = m_links.start(side);
     // Where rounding has broken the outline, the walk may never come back.
     const auto limit = static_cast<std::size_t>(m_impl.pointCount);
     int vertex = start;
     do {
         m_outline.push_back(vertex);
-        vertex = m_next[static_cast<std::size_t>(vertex)];
+        side = HullLinks::next(highestCrossingAround(side));
+        vertex = m_links.start(side);
     } while (vertex != start && m_outline.size() < limit);
 }
 
-/// Links the outline's vertices in the order of the triangles that face away. Returns where the
-/// last link was made, or kNone.
-int Silhouette::linkEdges() {
-    int start = kNone;
-    for (const gte::HullEdge& edge : *m_impl.hullEdges) {
-        const bool isAway0 = m_isAway[static_cast<std::size_t>(edge.f0)] != 0;
-        const bool isAway1 = m_isAway[static_cast<std::size_t>(edge.f1)] != 0;
-        if (isAway0 == isAway1) continue;
-        const auto& away =
-            (*m_impl.hullTriangles)[static_cast<std::size_t>(isAway0 ? edge.f0 : edge.f1)];
-        const int k = placeOf(edge.a, away);
-        if (k == kNone) continue;
-        if (away[static_cast<std::size_t>((k + 2) % 3)] == edge.b) {
-            m_next[static_cast<std::size_t>(edge.b)] = edge.a;
-        } else {
-            m_next[static_cast<std::size_t>(edge.a)] = edge.b;
-        }
-        start = edge.a;
+/// The side that starts at the highest-numbered crossing edge's a, on that edge; kNone where there
+/// is no crossing.
+int Silhouette::sideOfHighestEdge() const {
+    const std::vector<gte::HullEdge>& edges = *m_impl.hullEdges;
+    for (std::size_t e = edges.size(); e-- > 0;) {
+        if (facesAway(edges[e].f0) == facesAway(edges[e].f1)) continue;
+        int side = HullLinks::firstSide(edges[e].f0);
+        while (m_links.start(side) != edges[e].a) ++side;
+        return side;
     }
-    return start;
+    return kNone;
+}
+
+/// The crossing of the highest-numbered edge among those that start where a side starts. On an
+/// outline that meets itself there are several.
+int Silhouette::highestCrossingAround(int side) const {
+    int highest = side;
+    int edge = kNone;
+    int turned = side;
+    do {
+        const int twin = m_links.twin(turned);
+        const bool isCrossing =
+            facesAway(HullLinks::triangleOf(turned)) && !facesAway(HullLinks::triangleOf(twin));
+        if (isCrossing && m_links.edge(turned) > edge) {
+            highest = turned;
+            edge = m_links.edge(turned);
+        }
+        turned = HullLinks::next(twin);
+    } while (turned != side);
+    return highest;
 }

@@ -11,11 +11,12 @@
 /// Finds the outline of the hull seen along a face normal: the edges between triangles that face
 /// away from it and those that do not. Holds working memory; one per thread.
 ///
-/// The outline is what a scan over all edges gives: linked in the order of the edge list, started
-/// where the last link was made. Mostly it is found by a walk from triangle to triangle instead.
-/// The walk is trusted where no triangle beside it is seen so nearly edge-on that rounding could
-/// have turned its sign: an exactly convex hull has one closed outline, and any triangle whose sign
-/// rounding has turned would be joined to it by triangles just as near. Otherwise the scan decides.
+/// The outline is what a scan over all edges gives that links vertices in the order of the edge
+/// list, a later link taking an earlier one's place, and starts where the last link was made.
+/// Mostly it is found by a walk from triangle to triangle instead. The walk is trusted where no
+/// triangle beside it is seen so nearly edge-on that rounding could have turned its sign: an
+/// exactly convex hull has one closed outline, and any triangle whose sign rounding has turned
+/// would be joined to it by triangles just as near. Otherwise the scan decides.
 class Silhouette {
  public:
     /// Keeps references to all.
@@ -39,7 +40,9 @@ class Silhouette {
     int following(int crossing) const;
 
     void scanEdges();
-    int linkEdges();
+    int sideOfHighestEdge() const;
+    int highestCrossingAround(int side) const;
+    bool facesAway(int triangle) const { return m_isAway[static_cast<std::size_t>(triangle)] != 0; }
 
     const MinBoundingBoxImpl& m_impl;
     const std::vector<Vector>& m_normals;
@@ -50,7 +53,6 @@ class Silhouette {
     std::vector<int> m_before;           ///< those of the last outline that was walked
     std::vector<int> m_placeBefore;      ///< by side, where m_before has it if it does
     std::vector<std::uint8_t> m_isAway;  ///< whether a triangle faces away, for the scan
-    std::vector<int> m_next;  ///< the vertex after each vertex of the outline, for the scan
     Outline m_outline;
     Outline m_scanned;  ///< the outline as the scan finds it
 };
