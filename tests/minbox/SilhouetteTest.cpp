@@ -77,6 +77,32 @@ TEST(Silhouette, OfEveryFaceIsThatOfTheScanOverAllEdges) {
     }
 }
 
+TEST(Silhouette, ThatMeetsItselfIsThatOfTheScanToo) {
+    // No convex hull has such an outline, but rounding may: normals that look away or across at
+    // random stand for it.
+    TestRandom random(43);
+    const Points points = pointsOnSphere(40, random);
+    MinBoundingBoxImpl impl(1);
+    const SearchHull hull(impl, countOf(points), points.data());
+    PlainHull plain(hull.hull(), countOf(points));
+    std::vector<int> next(plain.points.size(), 0);
+    int compared = 0;
+    for (int i = 0; i < 200; ++i) {
+        for (Vector& normal : plain.normals) {
+            normal = random.below(2) == 0 ? Vector(0, 0, -1) : Vector(1, 0, 0);
+        }
+        plain.normals[0] = Vector(0, 0, 1);
+        const HullLinks links(impl, plain.normals);
+        Silhouette silhouette(impl, plain.normals, links);
+        std::vector<int> expected =
+            plainOutline(plain, 0, next, static_cast<int>(plain.points.size()));
+        plainTidyOutline(plain.points, plain.normals[0], expected);
+        ASSERT_EQ(silhouette.along(0), expected);
+        compared += expected.size() > 2 ? 1 : 0;
+    }
+    EXPECT_GT(compared, 100);
+}
+
 TEST(Silhouette, OfOneHullDoesNotDependOnTheDirectionBefore) {
     TestRandom random(42);
     const Points points = pointsOnSphere(300, random);
