@@ -22,18 +22,34 @@ FaceSearch::FaceSearch(const MinBoundingBoxImpl& impl, const SearchHull& hull,
       m_limit(limit),
       m_known(static_cast<std::size_t>(hull.faceCount())),
       m_faces(static_cast<std::size_t>(hull.faceCount())) {
-    std::iota(m_faces.begin(), m_faces.end(), 0);
+    boundFaces();
     orderFaces();
+}
+
+/// A first bound for each face; where they are many, on all threads.
+void FaceSearch::boundFaces() {
+    constexpr int kMany = 4096;
+    const auto boundRange = [this](const FaceRange& range) {
+        for (int face = range.first; face < range.last; ++face) {
+            m_known[static_cast<std::size_t>(face)].volume = m_bound.roughly(normal(face));
+        }
+    };
+    const int count = m_hull.faceCount();
+    const std::vector<FaceRange> ranges = splitFaces(count, count < kMany ? 1 : m_impl.threadCount);
+    if (ranges.size() == 1) {
+        boundRange(ranges[0]);
+        return;
+    }
+    runWorkers(
+        ranges.size(), [&](std::size_t t) { boundRange(ranges[t]); }, [](std::size_t) {}, [] {});
 }
 
 /// By direction, so that a face has much in common with the one before. But first the most
 /// promising: a good box found early lets most others be passed over.
 void FaceSearch::orderFaces() {
     constexpr std::size_t kFew = 8;
+    std::iota(m_faces.begin(), m_faces.end(), 0);
     orderByDirection(m_hull.normals(), m_faces);
-    for (const int face : m_faces) {
-        m_known[static_cast<std::size_t>(face)].volume = m_bound.roughly(normal(face));
-    }
     std::vector<int> promising(std::min(kFew, m_faces.size()));
     const auto volume = [&](int face) { return m_known[static_cast<std::size_t>(face)].volume; };
     std::partial_sort_copy(m_faces.begin(), m_faces.end(), promising.begin(), promising.end(),

@@ -24,7 +24,8 @@
 /// boxes pass their check; where one does not, the pass is made, over the volumes known by then.
 class FaceSearch {
  public:
-    /// Keeps references to all. Lowers the limit to the volumes of sound boxes.
+    /// Bounds and orders the faces. Keeps references to all. Lowers the limit to the volumes of
+    /// sound boxes.
     FaceSearch(const MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
                VolumeLimit& limit);
 
@@ -53,6 +54,8 @@ class FaceSearch {
         VolumeCandidate m_best;
     };
 
+    const SearchHull& hull() const { return m_hull; }
+
     /// The best box once the workers have ended: its volume is unset where no face gave one.
     ///
     /// @param ranges  those that the pass is made over, each from the start
@@ -70,6 +73,7 @@ class FaceSearch {
     const Vector& normal(int face) const {
         return m_hull.normals()[static_cast<std::size_t>(face)];
     }
+    void boundFaces();
     void orderFaces();
     std::span<const int> takeFaces();
     bool canHoldTheBest(int face);

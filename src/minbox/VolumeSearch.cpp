@@ -70,9 +70,11 @@ void searchBesideEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
     const VolumeBound bound(impl, hull);
+    // Before the edges: they wait for nothing, but have less to do once a box is known.
+    FaceSearch faces(impl, hull, bound, limit);
     EdgeThread edges(impl, hull, bound, isAborted, limit, edgeBest);
     try {
-        searchFaces(impl, hull, bound, isAborted, limit, faceBest);
+        searchFaces(impl, faces, isAborted, faceBest);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::system_error&) {
@@ -92,16 +94,16 @@ void searchAfterEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
     const VolumeBound bound(impl, hull);
-    searchFaces(impl, hull, bound, isAborted, limit, faceBest);
+    FaceSearch faces(impl, hull, bound, limit);
+    searchFaces(impl, faces, isAborted, faceBest);
     searchEdges(impl, hull, bound, isAborted, limit, edgeBest);
 }
 
 }  // namespace
 
-void searchFaces(MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
-                 std::atomic<bool>& isAborted, VolumeLimit& limit, VolumeCandidate& best) {
-    const std::vector<FaceRange> ranges = splitFaces(hull.faceCount(), impl.threadCount);
-    FaceSearch search(impl, hull, bound, limit);
+void searchFaces(MinBoundingBoxImpl& impl, FaceSearch& search, std::atomic<bool>& isAborted,
+                 VolumeCandidate& best) {
+    const std::vector<FaceRange> ranges = splitFaces(search.hull().faceCount(), impl.threadCount);
     std::vector<FaceSearch::Worker> workers;
     workers.reserve(ranges.size());
     for (std::size_t t = 0; t < ranges.size(); ++t) workers.emplace_back(search);

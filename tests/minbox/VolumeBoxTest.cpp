@@ -27,8 +27,9 @@ Found searchApart(const Points& points) {
     std::atomic<bool> isAborted = false;
     const VolumeBound bound(impl, hull);
     VolumeLimit limit;
+    FaceSearch search(impl, hull, bound, limit);
     Found found;
-    searchFaces(impl, hull, bound, isAborted, limit, found.faces);
+    searchFaces(impl, search, isAborted, found.faces);
     searchEdges(impl, hull, bound, isAborted, VolumeLimit(), found.edges);
     return found;
 }

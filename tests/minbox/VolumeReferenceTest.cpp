@@ -24,8 +24,10 @@ VolumeCandidate shippedFaces(const Points& points, int threads) {
     impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
+    const VolumeBound bound(impl, searched);
+    FaceSearch search(impl, searched, bound, limit);
     VolumeCandidate best;
-    searchFaces(impl, searched, VolumeBound(impl, searched), isAborted, limit, best);
+    searchFaces(impl, search, isAborted, best);
     return best;
 }
 
