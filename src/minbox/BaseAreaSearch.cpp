@@ -1,6 +1,7 @@
 #include "BaseAreaSearch.h"
 
 #include "BaseAreaScores.h"
+#include "BoxBound.h"
 #include "FaceWorkers.h"
 #include "HeightFinder.h"
 #include "LowDimensionBox.h"
@@ -38,9 +39,38 @@ class BoxKey {
     bool m_isBaseArea;
 };
 
+/// Tells which faces cannot give a smaller box than one that is known.
+class FaceFilter {
+ public:
+    FaceFilter(const MinBoundingBoxImpl& impl, const SearchHull& hull)
+        : m_impl(impl), m_bound(impl, hull, BoxMeasure::kSmallestSide) {}
+
+    bool canGiveSmaller(const Vector& direction, const BoxCandidate& best) const {
+        // More than what rounding to float does to a key.
+        constexpr float kRounding = 1.000001f;
+        if (best.volume == m_impl.unset || isBeyondFloat(direction)) return true;
+        const auto limit = static_cast<double>(BoxKey(m_impl)(best) * kRounding);
+        return m_impl.baseAreaMode ? !m_bound.isAbove(limit, direction)
+                                   : !(m_bound.heightAlong(direction) > limit);
+    }
+
+ private:
+    /// Extents are rounded to float before they are divided by the lengths of their axes, which go
+    /// with the square of the direction's: along a very short one, their bits may get lost, and
+    /// a box seem smaller than it is.
+    bool isBeyondFloat(const Vector& direction) const {
+        constexpr double kLeast = 1e-8;
+        return !(direction.GetLength() * m_bound.hullDiagonal() > kLeast);
+    }
+
+    const MinBoundingBoxImpl& m_impl;
+    BoxBound m_bound;
+};
+
 void searchDirection(const MinBoundingBoxImpl& impl, const SearchHull& hull, int face,
-                     DirectionWorker& worker) {
+                     const FaceFilter& filter, DirectionWorker& worker) {
     const Vector& direction = hull.normals()[static_cast<std::size_t>(face)];
+    if (!filter.canGiveSmaller(direction, worker.best)) return;
     const auto rangeAlong = [&](const Vector& origin, const Vector& along) {
         return worker.heights.rangeAlong(origin, along);
     };
@@ -90,6 +120,7 @@ OrientedBox3 search(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* point
 
 void searchDirections(MinBoundingBoxImpl& impl, const SearchHull& hull, BoxCandidate& best) {
     const std::vector<FaceRange> ranges = splitFaces(hull.faceCount(), impl.threadCount);
+    const FaceFilter filter(impl, hull);
     std::vector<DirectionWorker> workers;
     workers.reserve(ranges.size());
     for (std::size_t t = 0; t < ranges.size(); ++t) workers.emplace_back(impl, hull);
@@ -102,14 +133,14 @@ void searchDirections(MinBoundingBoxImpl& impl, const SearchHull& hull, BoxCandi
     if (ranges.size() == 1) {
         for (int face = 0; face < hull.faceCount(); ++face) {
             if (impl.callback) impl.progress->step();
-            searchDirection(impl, hull, face, workers[0]);
+            searchDirection(impl, hull, face, filter, workers[0]);
         }
         merge(0);
         return;
     }
     const auto work = [&](std::size_t t) {
         for (int face = ranges[t].first; face < ranges[t].last; ++face) {
-            searchDirection(impl, hull, face, workers[t]);
+            searchDirection(impl, hull, face, filter, workers[t]);
         }
     };
     runWorkers(ranges.size(), work, merge, [] {});

@@ -215,7 +215,7 @@ class TriplePass {
 
 }  // namespace
 
-void searchEdges(const MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
+void searchEdges(const MinBoundingBoxImpl& impl, const SearchHull& hull, const BoxBound& bound,
                  const std::atomic<bool>& isAborted, const VolumeLimit& limit,
                  VolumeCandidate& best) {
     const EdgeDirections directions(impl);

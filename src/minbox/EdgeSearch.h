@@ -2,10 +2,10 @@
 
 #include <atomic>
 
+#include "BoxBound.h"
 #include "BoxCandidate.h"
 #include "MinBoundingBoxImpl.h"
 #include "SearchHull.h"
-#include "VolumeBound.h"
 #include "VolumeLimit.h"
 
 /// The boxes parallel to three mutually orthogonal hull edges. `best` stays unset where there are
@@ -16,6 +16,6 @@
 /// i < j < k of edges are taken in lexicographic order; the first of equal volumes wins. Once a
 /// triple with i is found, the further ones of that i are tested against the vector product of
 /// its k and j in place of edge i: the same direction but for rounding.
-void searchEdges(const MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
+void searchEdges(const MinBoundingBoxImpl& impl, const SearchHull& hull, const BoxBound& bound,
                  const std::atomic<bool>& isAborted, const VolumeLimit& limit,
                  VolumeCandidate& best);

@@ -15,7 +15,7 @@ double volumeKey(const VolumeCandidate& box) {
 }  // namespace
 
 FaceSearch::FaceSearch(const MinBoundingBoxImpl& impl, const SearchHull& hull,
-                       const VolumeBound& bound, VolumeLimit& limit)
+                       const BoxBound& bound, VolumeLimit& limit)
     : m_impl(impl),
       m_hull(hull),
       m_bound(bound),

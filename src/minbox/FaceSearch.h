@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "BoxBound.h"
 #include "BoxCandidate.h"
 #include "Calipers.h"
 #include "FaceWorkers.h"
@@ -12,7 +13,6 @@
 #include "MinBoundingBoxImpl.h"
 #include "SearchHull.h"
 #include "Silhouette.h"
-#include "VolumeBound.h"
 #include "VolumeLimit.h"
 
 /// The box of least volume with a side flush with a hull face: of equal volumes that of the lowest
@@ -26,7 +26,7 @@ class FaceSearch {
  public:
     /// Bounds and orders the faces. Keeps references to all. Lowers the limit to the volumes of
     /// sound boxes.
-    FaceSearch(const MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
+    FaceSearch(const MinBoundingBoxImpl& impl, const SearchHull& hull, const BoxBound& bound,
                VolumeLimit& limit);
 
     /// One thread's part in the search. Holds working memory.
@@ -81,7 +81,7 @@ class FaceSearch {
 
     const MinBoundingBoxImpl& m_impl;
     const SearchHull& m_hull;
-    const VolumeBound& m_bound;
+    const BoxBound& m_bound;
     VolumeLimit& m_limit;
     std::vector<Known> m_known;  ///< by face; each is one worker's business
     std::vector<int> m_faces;    ///< in the order in which they are looked at

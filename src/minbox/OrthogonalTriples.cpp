@@ -56,7 +56,7 @@ OrthogonalPlane::OrthogonalPlane(const EdgeDirections& directions, const Directi
 }
 
 std::vector<ClassTriple> findTriples(const EdgeDirections& directions, ClassWidths& widths,
-                                     const DirectionIndex& index, const VolumeBound& bound,
+                                     const DirectionIndex& index, const BoxBound& bound,
                                      const std::atomic<bool>& isAborted, const VolumeLimit& limit) {
     std::vector<ClassTriple> triples;
     const auto isExact = [&](int a, int b, int c) {

@@ -6,10 +6,10 @@
 #include <cmath>
 #include <vector>
 
+#include "BoxBound.h"
 #include "ClassWidths.h"
 #include "DirectionIndex.h"
 #include "EdgeDirections.h"
-#include "VolumeBound.h"
 #include "VolumeLimit.h"
 
 /// Three classes of edges at right angles to each other within the index's tolerance, at least two
@@ -41,7 +41,7 @@ class OrthogonalPlane {
 /// All triples that may give a box below the limit, some of them more than once, by ascending
 /// bound. May end early once `isAborted` is set.
 std::vector<ClassTriple> findTriples(const EdgeDirections& directions, ClassWidths& widths,
-                                     const DirectionIndex& index, const VolumeBound& bound,
+                                     const DirectionIndex& index, const BoxBound& bound,
                                      const std::atomic<bool>& isAborted, const VolumeLimit& limit);
 
 template <class Visit>

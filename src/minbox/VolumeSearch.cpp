@@ -36,7 +36,7 @@ void workUntilAborted(MinBoundingBoxImpl& impl, std::atomic<bool>& isAborted,
 /// The edge search on a thread of its own, joined however the scope ends.
 class EdgeThread {
  public:
-    EdgeThread(const MinBoundingBoxImpl& impl, const SearchHull& hull, const VolumeBound& bound,
+    EdgeThread(const MinBoundingBoxImpl& impl, const SearchHull& hull, const BoxBound& bound,
                std::atomic<bool>& isAborted, const VolumeLimit& limit, VolumeCandidate& best)
         : m_isAborted(isAborted), m_thread([this, &impl, &hull, &bound, &limit, &best] {
               try {
@@ -69,7 +69,7 @@ void searchBesideEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
                            VolumeCandidate& faceBest, VolumeCandidate& edgeBest) {
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
-    const VolumeBound bound(impl, hull);
+    const BoxBound bound(impl, hull);
     // Before the edges: they wait for nothing, but have less to do once a box is known.
     FaceSearch faces(impl, hull, bound, limit);
     EdgeThread edges(impl, hull, bound, isAborted, limit, edgeBest);
@@ -93,7 +93,7 @@ void searchAfterEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
     // The faces first: with their box at hand, hardly a triple of edges is worth a look.
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
-    const VolumeBound bound(impl, hull);
+    const BoxBound bound(impl, hull);
     FaceSearch faces(impl, hull, bound, limit);
     searchFaces(impl, faces, isAborted, faceBest);
     searchEdges(impl, hull, bound, isAborted, limit, edgeBest);

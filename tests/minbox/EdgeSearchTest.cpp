@@ -63,7 +63,7 @@ struct Prepared {
 
     MinBoundingBoxImpl impl;
     SearchHull hull;
-    VolumeBound bound;
+    BoxBound bound;
 };
 
 TEST(EdgeDirections, ParallelEdgesShareAClassExactly) {

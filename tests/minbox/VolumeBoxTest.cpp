@@ -25,7 +25,7 @@ Found searchApart(const Points& points) {
     const SearchHull hull(impl, countOf(points), points.data());
     impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
     std::atomic<bool> isAborted = false;
-    const VolumeBound bound(impl, hull);
+    const BoxBound bound(impl, hull);
     VolumeLimit limit;
     FaceSearch search(impl, hull, bound, limit);
     Found found;

@@ -24,7 +24,7 @@ VolumeCandidate shippedFaces(const Points& points, int threads) {
     impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
-    const VolumeBound bound(impl, searched);
+    const BoxBound bound(impl, searched);
     FaceSearch search(impl, searched, bound, limit);
     VolumeCandidate best;
     searchFaces(impl, search, isAborted, best);
@@ -35,7 +35,7 @@ VolumeCandidate shippedEdges(const Points& points) {
     MinBoundingBoxImpl impl(1);
     const SearchHull searched(impl, countOf(points), points.data());
     VolumeCandidate best;
-    searchEdges(impl, searched, VolumeBound(impl, searched), false, VolumeLimit(), best);
+    searchEdges(impl, searched, BoxBound(impl, searched), false, VolumeLimit(), best);
     return best;
 }
 

@@ -47,7 +47,7 @@ TEST(WholeFrameReference, TheEdgeSearchAgreesWhereOrthogonalityIsRounded) {
         MinBoundingBoxImpl impl(1);
         const SearchHull searched(impl, countOf(points), points.data());
         VolumeCandidate best;
-        searchEdges(impl, searched, VolumeBound(impl, searched), false, VolumeLimit(), best);
+        searchEdges(impl, searched, BoxBound(impl, searched), false, VolumeLimit(), best);
         ASSERT_TRUE(agree(plainEdgeSearch(PlainHull(hull, countOf(points))), best));
     }
 }

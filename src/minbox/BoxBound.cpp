@@ -1,4 +1,4 @@
-#include "VolumeBound.h"
+#include "BoxBound.h"
 
 #include <algorithm>
 #include <array>
@@ -48,7 +48,7 @@ Vector unitAcross(const Vector& unit) {
     return (unit * (y <= z ? Vector(0, 1, 0) : Vector(0, 0, 1))).GetNormal();
 }
 
-double hullDiagonal(const MinBoundingBoxImpl& impl) {
+double diagonalOf(const MinBoundingBoxImpl& impl) {
     Vector low = hullPoint(impl, 0);
     Vector high = low;
     for (int i = 1; i < hullVertexCount(impl); ++i) {
@@ -61,41 +61,46 @@ double hullDiagonal(const MinBoundingBoxImpl& impl) {
 
 }  // namespace
 
-VolumeBound::VolumeBound(const MinBoundingBoxImpl& impl, const SearchHull& hull)
-    : m_supports(impl, hull.links()), m_slack(kSlack * hullDiagonal(impl)) {
+BoxBound::BoxBound(const MinBoundingBoxImpl& impl, const SearchHull& hull, BoxMeasure measure)
+    : m_measure(measure),
+      m_supports(impl, hull.links()),
+      m_diagonal(diagonalOf(impl)),
+      m_slack(kSlack * m_diagonal) {
     m_fine = kCoarse;
     const double fine = m_supports.cellAngle() * kRight / (std::numbers::pi / 2.0);
     while (m_fine > kFinest && m_fine > 2.0 * fine) m_fine /= kParts;
 }
 
-VolumeBound::View VolumeBound::viewOf(const Vector& direction) const {
+BoxBound::View BoxBound::viewOf(const Vector& direction) const {
     const Vector unit = direction.GetNormal();
     const Vector first = unitAcross(unit);
     const double height = (m_supports.across(unit) | unit) - m_slack;
     return {first, unit * first, std::max(height, 0.0)};
 }
 
-struct VolumeBound::Widths {
+struct BoxBound::Widths {
     Turn along;
     Turn across;
 };
 
-VolumeBound::Widths VolumeBound::widths(const View& view, const Vector& along,
-                                        const Vector& across) const {
+BoxBound::Widths BoxBound::widths(const View& view, const Vector& along,
+                                  const Vector& across) const {
     return {{along | view.first, along | view.second}, {across | view.second, across | view.first}};
 }
 
-double VolumeBound::volumeAt(const View& view, const Widths& widths, int angle) const {
+double BoxBound::measureAt(const View& view, const Widths& widths, int angle) const {
     const Turn& t = turnBy(angle);
     const double x = widths.along.cosine * t.cosine + widths.along.sine * t.sine - m_slack;
     const double y = widths.across.cosine * t.cosine - widths.across.sine * t.sine - m_slack;
-    return std::max(x, 0.0) * std::max(y, 0.0) * view.height;
+    const double length = std::max(x, 0.0);
+    const double width = std::max(y, 0.0);
+    if (m_measure == BoxMeasure::kVolume) return length * width * view.height;
+    return std::min(length * width, std::min(length, width) * view.height);
 }
 
 /// The bounds over as many ranges side by side as there is room for, with vertices that are only
 /// nearly the farthest.
-void VolumeBound::nearBounds(const View& view, int first, int size,
-                             std::span<double> bounds) const {
+void BoxBound::nearBounds(const View& view, int first, int size, std::span<double> bounds) const {
     std::array<Vector, 2 * kRanges> directions;
     for (std::size_t i = 0; i < bounds.size(); ++i) {
         const Turn& t = turnBy(first + static_cast<int>(i) * size + size / 2);
@@ -107,17 +112,17 @@ void VolumeBound::nearBounds(const View& view, int first, int size,
     for (std::size_t i = 0; i < bounds.size(); ++i) {
         const int begin = first + static_cast<int>(i) * size;
         const Widths found = widths(view, across[2 * i], across[2 * i + 1]);
-        bounds[i] = std::min(volumeAt(view, found, begin), volumeAt(view, found, begin + size));
+        bounds[i] = std::min(measureAt(view, found, begin), measureAt(view, found, begin + size));
     }
 }
 
-double VolumeBound::roughly(const Vector& direction) const {
+double BoxBound::roughly(const Vector& direction) const {
     std::array<double, kRanges> bounds;
     nearBounds(viewOf(direction), 0, kCoarse, bounds);
     return *std::min_element(bounds.begin(), bounds.end());
 }
 
-double VolumeBound::against(double limit, const Vector& direction) const {
+double BoxBound::against(double limit, const Vector& direction) const {
     const View view = viewOf(direction);
     int tries = kMostTries;
     std::array<double, kRanges> bounds;
@@ -134,7 +139,7 @@ double VolumeBound::against(double limit, const Vector& direction) const {
 
 /// Divides a range until the bounds over all its parts are above the limit, or no hope is left:
 /// what is returned is then not above it.
-double VolumeBound::divided(const View& view, int first, int size, double limit, int& tries) const {
+double BoxBound::divided(const View& view, int first, int size, double limit, int& tries) const {
     if (size <= m_fine) return climbed(view, first, size, limit, tries);
     const int part = size / kParts;
     std::array<double, kParts> bounds;
@@ -149,7 +154,7 @@ double VolumeBound::divided(const View& view, int first, int size, double limit,
 }
 
 /// The same with the farthest vertices, from where the table does not tell directions apart.
-double VolumeBound::climbed(const View& view, int first, int size, double limit, int& tries) const {
+double BoxBound::climbed(const View& view, int first, int size, double limit, int& tries) const {
     if (tries == 0) return 0.0;
     --tries;
     const int middle = first + size / 2;
@@ -158,8 +163,8 @@ double VolumeBound::climbed(const View& view, int first, int size, double limit,
     const Vector across = view.second * t.cosine - view.first * t.sine;
     const Widths found = widths(view, m_supports.across(along), m_supports.across(across));
     const double bound =
-        std::min(volumeAt(view, found, first), volumeAt(view, found, first + size));
-    const bool isHopeless = !(volumeAt(view, found, middle) > limit);
+        std::min(measureAt(view, found, first), measureAt(view, found, first + size));
+    const bool isHopeless = !(measureAt(view, found, middle) > limit);
     if (bound > limit || isHopeless || size <= kFinest) return bound;
     const int part = size / kParts;
     double least = std::numeric_limits<double>::infinity();

@@ -1,4 +1,4 @@
-#include "VolumeBound.h"
+#include "BoxBound.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ struct Prepared {
 
     MinBoundingBoxImpl impl;
     SearchHull hull;
-    VolumeBound bound;
+    BoxBound bound;
 };
 
 /// The volume of the box on each face that has one, with the face.
@@ -87,7 +87,7 @@ TEST(SupportMap, NearlyFindsTheWidthOfARoundPart) {
     }
 }
 
-TEST(VolumeBound, OfABoxAlongItsSidesIsItsVolume) {
+TEST(BoxBound, OfABoxAlongItsSidesIsItsVolume) {
     const Prepared prepared(boxCorners(2, 3, 4));
     for (const Vector& normal : {Vector(1, 0, 0), Vector(0, -7, 0), Vector(0, 0, 0.01)}) {
         EXPECT_LE(prepared.bound.roughly(normal), 24.0);
@@ -97,12 +97,12 @@ TEST(VolumeBound, OfABoxAlongItsSidesIsItsVolume) {
     }
 }
 
-TEST(VolumeBound, IsAboveNoInfiniteLimit) {
+TEST(BoxBound, IsAboveNoInfiniteLimit) {
     const Prepared prepared(boxCorners(2, 3, 4));
     EXPECT_FALSE(prepared.bound.isAbove(std::numeric_limits<double>::infinity(), {1, 2, 3}));
 }
 
-TEST(VolumeBound, IsBelowTheBoxOfEveryFace) {
+TEST(BoxBound, IsBelowTheBoxOfEveryFace) {
     TestRandom random(9);
     std::vector<NamedPoints> sets = comparisonPoints(/*isSmall=*/true);
     for (int i = 0; i < 40; ++i) {
@@ -139,7 +139,7 @@ double shareTold(const Points& points, double part) {
     return static_cast<double>(told) / static_cast<double>(volumes.size());
 }
 
-TEST(VolumeBound, IsCloseToTheBox) {
+TEST(BoxBound, IsCloseToTheBox) {
     TestRandom random(10);
     EXPECT_EQ(shareTold(boxCorners(2, 3, 4), 1.0 - 1e-6), 1.0);
     EXPECT_GT(shareTold(pointsOnSphere(1000, random), 1.0 - 1e-3), 0.99);

@@ -8,26 +8,39 @@
 #include "SearchHull.h"
 #include "SupportMap.h"
 
-/// Bounds below the volume of any box with an axis along a direction, for a fraction of what
-/// finding the box costs.
+/// What a search makes small.
+enum class BoxMeasure {
+    kVolume,
+    kSmallestSide,  ///< the area of the smallest side
+};
+
+/// Bounds below the volume, or the smallest side, of any box with an axis along a direction, for a
+/// fraction of what finding the box costs.
 ///
 /// Seen along the direction, the box is a rectangle at some angle. Any two vertices bound the
 /// hull's width at every angle, by a sinusoid. Over a range of angles, two that are far apart along
 /// its middle and two that are far apart across it bound the rectangle's area: the product of the
 /// sinusoids, which has its least value at an end of the range, as the logarithm of each is
-/// concave.
-class VolumeBound {
+/// concave. So has each of them.
+class BoxBound {
  public:
     /// Keeps references to both.
-    VolumeBound(const MinBoundingBoxImpl& impl, const SearchHull& hull);
+    BoxBound(const MinBoundingBoxImpl& impl, const SearchHull& hull,
+             BoxMeasure measure = BoxMeasure::kVolume);
 
-    /// Below the volume, as the searches compute it, of any box along the direction.
+    double hullDiagonal() const { return m_diagonal; }
+
+    /// Not above the hull's height along the direction, nor that of a box that passes its check.
+    double heightAlong(const Vector& direction) const { return viewOf(direction).height; }
+
+    /// Below the measure of any box along the direction that passes its check, but for what
+    /// the search rounds to float.
     double roughly(const Vector& direction) const;
 
     /// The same, as good as it takes to be above a limit; 0 where it cannot be.
     double against(double limit, const Vector& direction) const;
 
-    /// Whether no box along the direction has a volume of at most the limit, as far as can be told.
+    /// Whether no box along the direction measures as little as the limit, as far as can be told.
     bool isAbove(double limit, const Vector& direction) const {
         return limit < std::numeric_limits<double>::infinity() && against(limit, direction) > limit;
     }
@@ -46,12 +59,14 @@ class VolumeBound {
 
     View viewOf(const Vector& direction) const;
     Widths widths(const View& view, const Vector& along, const Vector& across) const;
-    double volumeAt(const View& view, const Widths& widths, int angle) const;
+    double measureAt(const View& view, const Widths& widths, int angle) const;
     void nearBounds(const View& view, int first, int size, std::span<double> bounds) const;
     double divided(const View& view, int first, int size, double limit, int& tries) const;
     double climbed(const View& view, int first, int size, double limit, int& tries) const;
 
+    BoxMeasure m_measure;
     SupportMap m_supports;
-    double m_slack = 0.0;
+    double m_diagonal;  ///< of the box around the vertices along the coordinate axes
+    double m_slack;
     int m_fine = 1;  ///< steps over which the table tells directions apart
 };
