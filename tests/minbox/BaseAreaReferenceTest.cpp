@@ -68,4 +68,33 @@ TEST(BaseAreaReferenceRandom, TheLowestBoxAndTheLeastBaseAgree) {
     }
 }
 
+/// A box of about that size with a small corner cut off.
+Points cutBox(float size, float cut) {
+    Points points = boxCorners(size, 1.3f * size, 1.7f * size);
+    const UPoint3<float> corner = points.back();
+    points.pop_back();
+    points.emplace_back(corner.x - cut, corner.y, corner.z);
+    points.emplace_back(corner.x, corner.y - 1.1f * cut, corner.z);
+    points.emplace_back(corner.x, corner.y, corner.z - 0.9f * cut);
+    return points;
+}
+
+TEST(BaseAreaReferenceTiny, WhatGetsLostInFloatIsLostInTheSameWay) {
+    // Along the normal of a tiny triangle, extents times axes are too small for a float: a box may
+    // seem smaller than it is.
+    int lost = 0;
+    for (float size = 1e-4f; size > 1.6e-5f; size *= 0.8f) {
+        for (float cut = 0.1f * size; cut > 1e-6f * size; cut *= 0.7f) {
+            SCOPED_TRACE(testing::Message() << "size " << size << ", cut " << cut);
+            const Points points = cutBox(size, cut);
+            const gte::ConvexHull3 hull(points.data(), countOf(points), 3);
+            const PlainHull plain(hull, countOf(points));
+            compare(points, plain);
+            const float least = plainLeastBaseArea(plain, 1).score;
+            lost += least >= 0.0f && least < 0.5f * 1.3f * size * size ? 1 : 0;
+        }
+    }
+    EXPECT_GT(lost, 3);
+}
+
 }  // namespace
