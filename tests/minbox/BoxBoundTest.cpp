@@ -97,6 +97,20 @@ TEST(BoxBound, OfABoxAlongItsSidesIsItsVolume) {
     }
 }
 
+TEST(BoxBound, OfTheSmallestSideAndTheHeightToo) {
+    const Prepared prepared(boxCorners(2, 3, 4));
+    const BoxBound sides(prepared.impl, prepared.hull, BoxMeasure::kSmallestSide);
+    const std::vector<Vector> axes = {{1, 0, 0}, {0, -7, 0}, {0, 0, 0.01}};
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        // Two by three, whichever side the box stands on.
+        EXPECT_TRUE(sides.isAbove(5.9999, axes[axis]));
+        EXPECT_FALSE(sides.isAbove(6.0, axes[axis]));
+        const double height = 2.0 + static_cast<double>(axis);
+        EXPECT_LE(sides.heightAlong(axes[axis]), height);
+        EXPECT_GT(sides.heightAlong(axes[axis]), height - 1e-6);
+    }
+}
+
 TEST(BoxBound, IsAboveNoInfiniteLimit) {
     const Prepared prepared(boxCorners(2, 3, 4));
     EXPECT_FALSE(prepared.bound.isAbove(std::numeric_limits<double>::infinity(), {1, 2, 3}));
