@@ -1,14 +1,13 @@
 #include "PrincipalAxes.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
 #include <limits>
 #include <vector>
 
 #include "BoxCandidate.h"
+#include "FloatQuad.h"
 
 namespace {
 
@@ -68,6 +67,13 @@ void sweep(UMatrix4<float>& a, UMatrix4<float>& v) {
     }
 }
 
+/// Calls visit(FloatQuad) for all points in their order.
+template <class Visit>
+void forEachPoint(const UPoint3<float>* points, int n, Visit visit) {
+    for (int i = 0; i + 1 < n; ++i) visit(FloatQuad::read(points[i]));
+    visit(FloatQuad::of(points[n - 1]));
+}
+
 /// What one pass over the points finds.
 struct Survey {
     Vector3 mean;
@@ -75,19 +81,16 @@ struct Survey {
 };
 
 Survey survey(const UPoint3<float>* points, int n) {
-    // Without the sign, the bits of floats are in the order of their magnitudes, infinity and what
-    // is undefined above all.
-    const auto magnitude = [](float x) { return std::bit_cast<std::uint32_t>(x) & 0x7fff'ffffu; };
-    std::uint32_t x = 0, y = 0, z = 0;
-    Vector3 sum;
-    for (int i = 0; i < n; ++i) {
-        const Vector3 p(points[i].x, points[i].y, points[i].z);
-        sum += p;
-        x = std::max(x, magnitude(p.x));
-        y = std::max(y, magnitude(p.y));
-        z = std::max(z, magnitude(p.z));
-    }
-    return {sum / static_cast<float>(n), std::bit_cast<float>(std::max({x, y, z}))};
+    FloatQuad sum(0.0f);
+    FloatQuad farthest(0.0f);
+    forEachPoint(points, n, [&](const FloatQuad& p) {
+        sum = sum + p;
+        farthest = p.orFarther(farthest);
+    });
+    const FloatQuad x = farthest.spread<0>();
+    const FloatQuad y = farthest.spread<1>();
+    const FloatQuad z = farthest.spread<2>();
+    return {sum.vector() / static_cast<float>(n), x.orFarther(y.orFarther(z)).vector().x};
 }
 
 /// 1, or a power of two by which to divide coordinates so large that their fourth powers overflow.
@@ -110,20 +113,22 @@ bool isFinite(const OrientedBox3& box) {
 
 /// All sums go over the points in their order, side by side.
 UMatrix4<float> covarianceAbout(const Vector3& mean, const UPoint3<float>* points, int n) {
-    float xx = 0.0f, xy = 0.0f, xz = 0.0f, yy = 0.0f, yz = 0.0f, zz = 0.0f;
-    for (int i = 0; i < n; ++i) {
-        const Vector3 q = Vector3(points[i].x, points[i].y, points[i].z) - mean;
-        xx += q.x * q.x;
-        xy += q.y * q.x;
-        xz += q.z * q.x;
-        yy += q.y * q.y;
-        yz += q.z * q.y;
-        zz += q.z * q.z;
-    }
-    const float sums[3][3] = {{xx, xy, xz}, {xy, yy, yz}, {xz, yz, zz}};
+    const FloatQuad middle(mean);
+    FloatQuad byX(0.0f);
+    FloatQuad byY(0.0f);
+    FloatQuad byZ(0.0f);
+    forEachPoint(points, n, [&](const FloatQuad& p) {
+        const FloatQuad q = p - middle;
+        byX = byX + q * q.spread<0>();
+        byY = byY + q * q.spread<1>();
+        byZ = byZ + q * q.spread<2>();
+    });
+    const std::array<Vector3, 3> sums = {byX.vector(), byY.vector(), byZ.vector()};
     UMatrix4<float> covariance;
     for (int i = 0; i < 3; ++i) {
-        for (int j = 0; j < 3; ++j) covariance.at(i, j) = sums[i][j] / static_cast<float>(n);
+        for (int j = 0; j < 3; ++j) {
+            covariance.at(i, j) = sums[static_cast<std::size_t>(j)][i] / static_cast<float>(n);
+        }
     }
     return covariance;
 }
@@ -143,20 +148,26 @@ void setFrame(const Eigenvectors& eigen, OrientedBox3& box) {
 
 void setSize(const UPoint3<float>* points, int n, const Vector3& mean, OrientedBox3& box) {
     constexpr float kFar = std::numeric_limits<float>::infinity();
-    const auto [axis0, axis1, axis2] = box.axis;
-    Vector3 low(kFar, kFar, kFar);
-    Vector3 high(-kFar, -kFar, -kFar);
-    for (int i = 0; i < n; ++i) {
-        const Vector3 r = Vector3(points[i].x, points[i].y, points[i].z) - mean;
-        const Vector3 d(r | axis0, r | axis1, r | axis2);
-        low = {low.x > d.x ? d.x : low.x, low.y > d.y ? d.y : low.y, low.z > d.z ? d.z : low.z};
-        high = {d.x > high.x ? d.x : high.x, d.y > high.y ? d.y : high.y,
-                d.z > high.z ? d.z : high.z};
-    }
+    const auto& [axis0, axis1, axis2] = box.axis;
+    // A coordinate's part in the projections on all three axes.
+    const FloatQuad fromX(Vector3(axis0.x, axis1.x, axis2.x));
+    const FloatQuad fromY(Vector3(axis0.y, axis1.y, axis2.y));
+    const FloatQuad fromZ(Vector3(axis0.z, axis1.z, axis2.z));
+    const FloatQuad middle(mean);
+    FloatQuad lowest(kFar);
+    FloatQuad highest(-kFar);
+    forEachPoint(points, n, [&](const FloatQuad& p) {
+        const FloatQuad r = p - middle;
+        const FloatQuad d = r.spread<0>() * fromX + r.spread<1>() * fromY + r.spread<2>() * fromZ;
+        lowest = d.orLess(lowest);
+        highest = d.orGreater(highest);
+    });
+    const Vector3 low = lowest.vector();
+    const Vector3 high = highest.vector();
     Vector3 center = mean;
     for (int k = 0; k < 3; ++k) {
-        const float middle = (high[k] - low[k]) / 2.0f + low[k];
-        center = center + box.axis[k] * middle;
+        const float along = (high[k] - low[k]) / 2.0f + low[k];
+        center = center + box.axis[k] * along;
         box.extent[k] = high[k] - low[k];
     }
     box.center = center;
