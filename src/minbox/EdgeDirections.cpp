@@ -39,6 +39,32 @@ Integers primitiveOf(const Vector& v, double step) {
     return p;
 }
 
+/// The numbers of directions, ordered by their components; equal ones ascending.
+std::vector<int> sortedByDirection(const std::vector<Integers>& directions) {
+    struct Entry {
+        std::uint64_t xAndY;
+        std::int32_t z;
+        std::int32_t number;
+
+        auto operator<=>(const Entry&) const = default;
+    };
+    // Components stay below 2^29.
+    const auto upward = [](std::int64_t component) {
+        return static_cast<std::uint64_t>(component + (1 << 30));
+    };
+    std::vector<Entry> entries;
+    entries.reserve(directions.size());
+    for (const auto& [x, y, z] : directions) {
+        entries.push_back({upward(x) << 32 | upward(y), static_cast<std::int32_t>(z),
+                           static_cast<std::int32_t>(entries.size())});
+    }
+    std::sort(entries.begin(), entries.end());
+    std::vector<int> numbers;
+    numbers.reserve(entries.size());
+    for (const Entry& entry : entries) numbers.push_back(entry.number);
+    return numbers;
+}
+
 Vector unitOf(const Integers& p) {
     return Vector(static_cast<double>(p[0]), static_cast<double>(p[1]), static_cast<double>(p[2]))
         .GetNormal();
@@ -46,12 +72,13 @@ Vector unitOf(const Integers& p) {
 
 }  // namespace
 
-EdgeDirections::EdgeDirections(const MinBoundingBoxImpl& impl) {
+EdgeDirections::EdgeDirections(const MinBoundingBoxImpl& impl, const std::atomic<bool>& isAborted) {
     const double step = gridStep(impl);
     std::vector<Integers> directions;
     m_vectors.reserve(impl.hullEdges->size());
     directions.reserve(impl.hullEdges->size());
     for (const gte::HullEdge& edge : *impl.hullEdges) {
+        if (isAborted) return;
         m_vectors.push_back(hullPoint(impl, edge.b) - hullPoint(impl, edge.a));
         directions.push_back(primitiveOf(m_vectors.back(), step));
     }
@@ -59,13 +86,10 @@ EdgeDirections::EdgeDirections(const MinBoundingBoxImpl& impl) {
 }
 
 void EdgeDirections::formClasses(const std::vector<Integers>& directions) {
-    m_edges.resize(directions.size());
-    std::iota(m_edges.begin(), m_edges.end(), 0);
-    const auto direction = [&](int edge) { return directions[static_cast<std::size_t>(edge)]; };
-    std::sort(m_edges.begin(), m_edges.end(), [&](int a, int b) {
-        const auto order = direction(a) <=> direction(b);
-        return order != 0 ? order < 0 : a < b;
-    });
+    const auto direction = [&](int edge) -> const Integers& {
+        return directions[static_cast<std::size_t>(edge)];
+    };
+    m_edges = sortedByDirection(directions);
     m_classOf.resize(directions.size());
     for (std::size_t i = 0; i < m_edges.size(); ++i) {
         if (i == 0 || direction(m_edges[i]) != m_primitives.back()) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -11,7 +12,9 @@
 /// The hull's edges, put into classes of exactly parallel ones.
 class EdgeDirections {
  public:
-    explicit EdgeDirections(const MinBoundingBoxImpl& impl);
+    /// Ends early once `isAborted` is set, and then is not to be used.
+    explicit EdgeDirections(const MinBoundingBoxImpl& impl,
+                            const std::atomic<bool>& isAborted = false);
 
     int edgeCount() const { return static_cast<int>(m_vectors.size()); }
     int classCount() const { return static_cast<int>(m_units.size()); }

@@ -1,7 +1,9 @@
 #include "EdgeSearch.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <unordered_map>
 
@@ -142,6 +144,16 @@ class TriplePass {
         }
     }
 
+    /// The hull's range along the third axis. Many pairs of edges, of a part whose curves are cut
+    /// into equal steps, have the very same.
+    const Range& rangeAcross(const Vector& third) {
+        constexpr std::size_t kMost = 1 << 12;
+        if (m_acrossRanges.size() == kMost) m_acrossRanges.clear();
+        const auto [place, isNew] = m_acrossRanges.try_emplace({third.x, third.y, third.z});
+        if (isNew) place->second = m_heights.rangeAlong(m_origin, third);
+        return place->second;
+    }
+
     /// Makes the box along edges k and j the best where its volume is less. Turns the third axis
     /// round where the three are left-handed.
     void consider(int j, int k, Vector& third) {
@@ -178,7 +190,7 @@ class TriplePass {
         box.squaredLengths[0] = box.axes[0] | box.axes[0];
         box.squaredLengths[1] = box.axes[1] | box.axes[1];
         box.squaredLengths[2] = box.squaredLengths[0] * box.squaredLengths[1];
-        box.ranges = {rangeAlongEdge(k), rangeAlongEdge(j), m_heights.rangeAlong(m_origin, third)};
+        box.ranges = {rangeAlongEdge(k), rangeAlongEdge(j), rangeAcross(third)};
         box.volume = volumeAlong(box);
         return box;
     }
@@ -209,6 +221,7 @@ class TriplePass {
     std::vector<Range> m_ranges;  ///< along each edge, where m_hasRange says so
     std::vector<bool> m_hasRange;
     std::unordered_map<int, std::unique_ptr<EdgePlane>> m_planes;
+    std::map<std::array<double, 3>, Range> m_acrossRanges;
     PairSet m_seen;
     VolumeCandidate m_best;
 };
@@ -218,7 +231,8 @@ class TriplePass {
 void searchEdges(const MinBoundingBoxImpl& impl, const SearchHull& hull, const BoxBound& bound,
                  const std::atomic<bool>& isAborted, const VolumeLimit& limit,
                  VolumeCandidate& best) {
-    const EdgeDirections directions(impl);
+    const EdgeDirections directions(impl, isAborted);
+    if (isAborted) return;
     const DirectionIndex index(directions.units());
     HeightFinder heights(impl, hull.links());
     ClassWidths widths(impl, directions, heights);
