@@ -1,6 +1,7 @@
 #include "DirectionBuckets.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "DirectionKey.h"
 
@@ -9,36 +10,32 @@ namespace {
 /// What a component of a unit vector can be, and a little more.
 constexpr float kReach = 1.004f;
 /// Cells along one component: from −32 to 33.
-constexpr std::uint32_t kCells = 66;
+constexpr std::int32_t kCells = 66;
 constexpr std::int32_t kLowest = -32;
 
+/// Undefined components count as zero.
 bool isWithinReach(float component) {
-    return component >= -kReach && component <= kReach;
+    return !(std::fabs(component) > kReach);
 }
 
-/// The cell along one component, from 0, as directionKey() forms it.
-std::uint32_t placeOf(float component) {
-    constexpr std::int32_t kHalfCell = 15;
-    constexpr std::int32_t kCell = 30;
-    const auto thousandths = static_cast<std::int32_t>(component * 1000.0f);
-    return static_cast<std::uint32_t>((thousandths + kHalfCell) / kCell - kLowest);
-}
-
-float orZero(float component) {
-    return component == component ? component : 0.0f;
+/// The cell along one component, from 0, as directionKey() forms it. The thousandths are few, so
+/// that a product with a reciprocal rounded up gives the quotient.
+std::int32_t placeOf(float component) {
+    constexpr float kHalfCell = 15.0f;
+    constexpr float kPerCell = 0x1.111112p-5f;  // 1/30 and a little more
+    const float defined = component == component ? component : 0.0f;
+    const auto thousandths = static_cast<float>(static_cast<std::int32_t>(defined * 1000.0f));
+    return static_cast<std::int32_t>((thousandths + kHalfCell) * kPerCell) - kLowest;
 }
 
 }  // namespace
 
-DirectionBuckets::DirectionBuckets()
-    : m_places(static_cast<std::size_t>(kCells) * kCells * kCells) {}
+DirectionBuckets::DirectionBuckets() : m_places(std::size_t{kCells} * kCells * kCells) {}
 
 std::uint32_t DirectionBuckets::cellOf(const UVector3<float>& direction) {
-    const float x = orZero(direction.x);
-    const float y = orZero(direction.y);
-    const float z = orZero(direction.z);
+    const auto& [x, y, z] = direction;
     if (!isWithinReach(x) || !isWithinReach(y) || !isWithinReach(z)) return kBeyond;
-    return (placeOf(z) * kCells + placeOf(y)) * kCells + placeOf(x);
+    return static_cast<std::uint32_t>((placeOf(z) * kCells + placeOf(y)) * kCells + placeOf(x));
 }
 
 void DirectionBuckets::add(std::uint32_t cell, const UVector3<float>& direction,

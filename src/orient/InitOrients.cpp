@@ -104,19 +104,18 @@ int samplesPerTriangle(std::int32_t triangles) {
     return 1;
 }
 
-/// A point of the mesh as placed; an identity placement leaves its bits alone.
+/// Where a vertex lies as placed; an identity placement leaves its bits alone.
 class PlacedPoints {
  public:
-    PlacedPoints(const Mesh& mesh, const UMatrix4<float>& placement)
-        : m_mesh(mesh), m_placement(placement), m_isIdentity(placement.isIdenticalMatrix()) {}
+    explicit PlacedPoints(const UMatrix4<float>& placement)
+        : m_placement(placement), m_isIdentity(placement.isIdenticalMatrix()) {}
 
-    UPoint3<float> operator[](std::int32_t vertex) const {
-        const UPoint3<float>& p = m_mesh.Vertex(vertex)->P();
+    UPoint3<float> operator()(const UVertex<float>& vertex) const {
+        const UPoint3<float>& p = vertex.P();
         return m_isIdentity ? p : p * m_placement;
     }
 
  private:
-    const Mesh& m_mesh;
     UMatrix4<float> m_placement;
     bool m_isIdentity;
 };
@@ -132,9 +131,11 @@ struct Draw {
 Direction planeNormal(const Mesh& mesh, const PlacedPoints& points, std::int32_t triangle,
                       const Draw& draw) {
     const UTriangle<float>& t = *mesh.Triangle(triangle);
-    const UPoint3<float> p0 = points[t.V(draw.skipped == 0 ? 1 : 0)->Index()];
-    const UPoint3<float> p1 = points[t.V(draw.skipped == 2 ? 1 : 2)->Index()];
-    const UPoint3<float> p2 = points[draw.anywhere % mesh.VertexCount()];
+    const std::int32_t anywhere =
+        draw.anywhere < mesh.VertexCount() ? draw.anywhere : draw.anywhere % mesh.VertexCount();
+    const UPoint3<float> p0 = points(*t.V(draw.skipped == 0 ? 1 : 0));
+    const UPoint3<float> p1 = points(*t.V(draw.skipped == 2 ? 1 : 2));
+    const UPoint3<float> p2 = points(*mesh.Vertex(anywhere));
     return ((p1 - p0) * (p2 - p0)).GetNormal();
 }
 
@@ -142,7 +143,7 @@ Direction planeNormal(const Mesh& mesh, const PlacedPoints& points, std::int32_t
 void appendSampledNormals(const Mesh& mesh, const UMatrix4<float>& placement,
                           DirectionBuckets& buckets, std::vector<Direction>& candidates) {
     const std::int32_t triangles = mesh.TriangleCount();
-    const PlacedPoints points(mesh, placement);
+    const PlacedPoints points(placement);
     std::vector<Draw> draws(static_cast<std::size_t>(triangles));
     std::int32_t count = 0;
     for (int round = 0; round < samplesPerTriangle(triangles); ++round) {
@@ -156,8 +157,8 @@ void appendSampledNormals(const Mesh& mesh, const UMatrix4<float>& placement,
                 return planeNormal(mesh, points, i, draws[static_cast<std::size_t>(i)]);
             },
             [&](std::int32_t, const FiledDirection& normal) {
-                // Planes without a normal are left out. Written so that a NaN length counts as one.
-                if (normal.direction.GetLength() == 0.0f) return;
+                // Planes without a normal are left out; an undefined one counts as one.
+                if (normal.direction.IsZeroLength()) return;
                 buckets.add(normal.cell, normal.direction, count++);
             });
     }

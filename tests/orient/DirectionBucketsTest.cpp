@@ -49,6 +49,17 @@ TEST(DirectionBuckets, CellsAreThoseOfTheKeyAndNoOthers) {
     EXPECT_GT(beyond, 0);
 }
 
+TEST(DirectionBuckets, EveryThousandthIsInTheCellOfItsKey) {
+    const std::uint32_t middle = DirectionBuckets::cellOf({0, 0, 0});
+    for (int thousandth = -1003; thousandth <= 1003; ++thousandth) {
+        const float x = (static_cast<float>(thousandth) + (thousandth < 0 ? -0.5f : 0.5f)) * 0.001f;
+        const auto key = static_cast<std::int64_t>(DirectionBuckets::cellOf({x, 0, 0})) -
+                         static_cast<std::int64_t>(middle);
+        const int shifted = thousandth + 15;
+        EXPECT_EQ(key, shifted / 30) << "thousandth " << thousandth;
+    }
+}
+
 TEST(DirectionBuckets, TheFullestComeFirstAndTiesGoByIndex) {
     const std::vector<Direction> directions = someDirections(30'000);
     std::map<std::int64_t, DirectionBucket> expected;
