@@ -48,23 +48,12 @@ Vector unitAcross(const Vector& unit) {
     return (unit * (y <= z ? Vector(0, 1, 0) : Vector(0, 0, 1))).GetNormal();
 }
 
-double diagonalOf(const MinBoundingBoxImpl& impl) {
-    Vector low = hullPoint(impl, 0);
-    Vector high = low;
-    for (int i = 1; i < hullVertexCount(impl); ++i) {
-        const Vector p = hullPoint(impl, i);
-        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
-        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
-    }
-    return (high - low).GetLength();
-}
-
 }  // namespace
 
 BoxBound::BoxBound(const MinBoundingBoxImpl& impl, const SearchHull& hull, BoxMeasure measure)
     : m_measure(measure),
       m_supports(impl, hull.links()),
-      m_diagonal(diagonalOf(impl)),
+      m_diagonal(::hullDiagonal(impl)),
       m_slack(kSlack * m_diagonal) {
     m_fine = kCoarse;
     const double fine = m_supports.cellAngle() * kRight / (std::numbers::pi / 2.0);

@@ -10,17 +10,6 @@ constexpr double kOrthogonal = 1e-9;
 /// Of the hull's diagonal: how far a vertex may lie outside; more than rounding gives.
 constexpr double kOutside = 1e-9;
 
-double hullDiagonal(const MinBoundingBoxImpl& impl) {
-    Vector low = hullPoint(impl, 0);
-    Vector high = low;
-    for (int i = 1; i < hullVertexCount(impl); ++i) {
-        const Vector p = hullPoint(impl, i);
-        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
-        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
-    }
-    return (high - low).GetLength();
-}
-
 bool holdsAllVertices(const MinBoundingBoxImpl& impl, const BoxFrame& frame) {
     const double slack = kOutside * hullDiagonal(impl);
     std::array<Range, 3> limits = frame.ranges;
@@ -39,6 +28,17 @@ bool holdsAllVertices(const MinBoundingBoxImpl& impl, const BoxFrame& frame) {
 }
 
 }  // namespace
+
+double hullDiagonal(const MinBoundingBoxImpl& impl) {
+    Vector low = hullPoint(impl, 0);
+    Vector high = low;
+    for (int i = 1; i < hullVertexCount(impl); ++i) {
+        const Vector p = hullPoint(impl, i);
+        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+    }
+    return (high - low).GetLength();
+}
 
 Range rangeAlong(const MinBoundingBoxImpl& impl, const Vector& origin, const Vector& axis) {
     // In two steps over pieces, so that a compiler does several vertices at once.

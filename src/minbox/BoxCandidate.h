@@ -57,6 +57,9 @@ inline int hullVertexCount(const MinBoundingBoxImpl& impl) {
     return static_cast<int>(impl.computePoints->size() / 3);
 }
 
+/// Of the box around the hull along the coordinate axes.
+double hullDiagonal(const MinBoundingBoxImpl& impl);
+
 /// The projections of all hull vertices on an axis; the range holds 0.
 Range rangeAlong(const MinBoundingBoxImpl& impl, const Vector& origin, const Vector& axis);
 

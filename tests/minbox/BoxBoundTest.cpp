@@ -6,24 +6,14 @@
 #include <utility>
 #include <vector>
 
-#include "BoxTestSupport.h"
 #include "FaceSearch.h"
-#include "SearchHull.h"
+#include "PreparedHull.h"
 #include "SupportMap.h"
 
 namespace {
 
-struct Prepared {
-    explicit Prepared(const Points& points)
-        : impl(1), hull(impl, countOf(points), points.data()), bound(impl, hull) {}
-
-    MinBoundingBoxImpl impl;
-    SearchHull hull;
-    BoxBound bound;
-};
-
 /// The volume of the box on each face that has one, with the face.
-std::vector<std::pair<int, double>> volumesOnFaces(const Prepared& prepared) {
+std::vector<std::pair<int, double>> volumesOnFaces(const PreparedHull& prepared) {
     const std::vector<Vector>& normals = prepared.hull.normals();
     Silhouette silhouette(prepared.impl, normals, prepared.hull.links());
     Calipers calipers(prepared.impl);
@@ -64,7 +54,7 @@ TEST(SupportMap, FindsTheWidthAlongAnyDirection) {
                                        roundedBox(30, 20, 10, 2, 8)};
     for (std::size_t part = 0; part < parts.size(); ++part) {
         SCOPED_TRACE(part);
-        const Prepared prepared(parts[part]);
+        const PreparedHull prepared(parts[part]);
         const SupportMap supports(prepared.impl, prepared.hull.links());
         const Vector origin = hullPoint(prepared.impl, 0);
         for (const Vector& direction : someDirections(random)) {
@@ -79,7 +69,7 @@ TEST(SupportMap, FindsTheWidthAlongAnyDirection) {
 
 TEST(SupportMap, NearlyFindsTheWidthOfARoundPart) {
     TestRandom random(4);
-    const Prepared prepared(pointsOnSphere(3000, random));
+    const PreparedHull prepared(pointsOnSphere(3000, random));
     const SupportMap supports(prepared.impl, prepared.hull.links());
     for (const Vector& direction : someDirections(random)) {
         const double width = supports.across(direction) | direction;
@@ -88,7 +78,7 @@ TEST(SupportMap, NearlyFindsTheWidthOfARoundPart) {
 }
 
 TEST(BoxBound, OfABoxAlongItsSidesIsItsVolume) {
-    const Prepared prepared(boxCorners(2, 3, 4));
+    const PreparedHull prepared(boxCorners(2, 3, 4));
     for (const Vector& normal : {Vector(1, 0, 0), Vector(0, -7, 0), Vector(0, 0, 0.01)}) {
         EXPECT_LE(prepared.bound.roughly(normal), 24.0);
         EXPECT_GT(prepared.bound.roughly(normal), 24.0 * (1.0 - 1e-6));
@@ -98,7 +88,7 @@ TEST(BoxBound, OfABoxAlongItsSidesIsItsVolume) {
 }
 
 TEST(BoxBound, OfTheSmallestSideAndTheHeightToo) {
-    const Prepared prepared(boxCorners(2, 3, 4));
+    const PreparedHull prepared(boxCorners(2, 3, 4));
     const BoxBound sides(prepared.impl, prepared.hull, BoxMeasure::kSmallestSide);
     const std::vector<Vector> axes = {{1, 0, 0}, {0, -7, 0}, {0, 0, 0.01}};
     for (std::size_t axis = 0; axis < 3; ++axis) {
@@ -112,7 +102,7 @@ TEST(BoxBound, OfTheSmallestSideAndTheHeightToo) {
 }
 
 TEST(BoxBound, IsAboveNoInfiniteLimit) {
-    const Prepared prepared(boxCorners(2, 3, 4));
+    const PreparedHull prepared(boxCorners(2, 3, 4));
     EXPECT_FALSE(prepared.bound.isAbove(std::numeric_limits<double>::infinity(), {1, 2, 3}));
 }
 
@@ -127,7 +117,7 @@ TEST(BoxBound, IsBelowTheBoxOfEveryFace) {
     std::size_t compared = 0;
     for (const NamedPoints& set : sets) {
         SCOPED_TRACE(set.name);
-        const Prepared prepared(set.points);
+        const PreparedHull prepared(set.points);
         const auto volumes = volumesOnFaces(prepared);
         for (const auto& [face, volume] : volumes) {
             const Vector& normal = prepared.hull.normals()[static_cast<std::size_t>(face)];
@@ -144,7 +134,7 @@ TEST(BoxBound, IsBelowTheBoxOfEveryFace) {
 
 /// On how many faces of a part the bound tells that no box is as small as a part of theirs.
 double shareTold(const Points& points, double part) {
-    const Prepared prepared(points);
+    const PreparedHull prepared(points);
     const auto volumes = volumesOnFaces(prepared);
     const auto told = std::count_if(volumes.begin(), volumes.end(), [&](const auto& found) {
         const Vector& normal = prepared.hull.normals()[static_cast<std::size_t>(found.first)];
@@ -164,7 +154,7 @@ TEST(BoxBound, IsCloseToTheBox) {
 }
 
 TEST(FaceSearch, TellsTheOthersOfWhatItFindsAndPassesOverWhatIsWorse) {
-    const Prepared prepared(boxCorners(2, 3, 4));
+    const PreparedHull prepared(boxCorners(2, 3, 4));
     VolumeLimit limit;
     int steps = 0;
     const auto bestOf = [&] {
@@ -187,7 +177,7 @@ TEST(FaceSearch, TellsTheOthersOfWhatItFindsAndPassesOverWhatIsWorse) {
 
 TEST(FaceSearch, IsSharedByWorkersWithoutOverlap) {
     TestRandom random(11);
-    const Prepared prepared(pointsOnSphere(300, random));
+    const PreparedHull prepared(pointsOnSphere(300, random));
     VolumeLimit limit;
     FaceSearch search(prepared.impl, prepared.hull, prepared.bound, limit);
     std::vector<FaceSearch::Worker> workers;

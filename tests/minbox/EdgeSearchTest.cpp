@@ -4,12 +4,11 @@
 
 #include <set>
 
-#include "BoxTestSupport.h"
 #include "DirectionIndex.h"
 #include "DirectionOrder.h"
 #include "EdgeDirections.h"
 #include "OrthogonalTriples.h"
-#include "SearchHull.h"
+#include "PreparedHull.h"
 
 namespace {
 
@@ -57,19 +56,10 @@ TEST(DirectionIndex, FindsDirectionsJustInsideTheTolerance) {
 }
 
 /// The hull of some points, ready for an edge search.
-struct Prepared {
-    explicit Prepared(const Points& points)
-        : impl(1), hull(impl, countOf(points), points.data()), bound(impl, hull) {}
-
-    MinBoundingBoxImpl impl;
-    SearchHull hull;
-    BoxBound bound;
-};
-
 TEST(EdgeDirections, ParallelEdgesShareAClassExactly) {
     TestRandom random(3);
     for (const NamedPoints& set : comparisonPoints()) {
-        const Prepared prepared(set.points);
+        const PreparedHull prepared(set.points);
         const EdgeDirections directions(prepared.impl);
         ASSERT_EQ(directions.edgeCount(), static_cast<int>(prepared.impl.hullEdges->size()));
         for (int trial = 0; trial < 200; ++trial) {
@@ -86,7 +76,7 @@ TEST(EdgeDirections, ParallelEdgesShareAClassExactly) {
 }
 
 TEST(EdgeDirections, EveryEdgeIsListedOnceUnderItsClass) {
-    const Prepared prepared(prismCorners(12, 2));
+    const PreparedHull prepared(prismCorners(12, 2));
     const EdgeDirections directions(prepared.impl);
     std::set<int> seen;
     for (int c = 0; c < directions.classCount(); ++c) {
@@ -99,7 +89,7 @@ TEST(EdgeDirections, EveryEdgeIsListedOnceUnderItsClass) {
 }
 
 TEST(OrthogonalTriples, OfABoxAreItsThreeDirections) {
-    const Prepared prepared(boxCorners(2, 3, 4));
+    const PreparedHull prepared(boxCorners(2, 3, 4));
     const EdgeDirections directions(prepared.impl);
     const DirectionIndex index(directions.units());
     HeightFinder heights(prepared.impl, prepared.hull.links());
@@ -122,7 +112,7 @@ TEST(OrthogonalTriples, AreFoundHoweverTheyLieToTheCoordinateAxes) {
     for (UPoint3<float>& p : points) {
         p = {2 * p.x - p.y + 2 * p.z, 2 * p.x + 2 * p.y - p.z, 2 * p.y - p.x + 2 * p.z};
     }
-    const Prepared prepared(points);
+    const PreparedHull prepared(points);
     const EdgeDirections directions(prepared.impl);
     HeightFinder heights(prepared.impl, prepared.hull.links());
     ClassWidths widths(prepared.impl, directions, heights);
@@ -132,7 +122,7 @@ TEST(OrthogonalTriples, AreFoundHoweverTheyLieToTheCoordinateAxes) {
 }
 
 TEST(OrthogonalTriples, ThatCannotGiveABoxBelowTheLimitAreLeftOut) {
-    const Prepared prepared(boxCorners(2, 3, 4));
+    const PreparedHull prepared(boxCorners(2, 3, 4));
     const EdgeDirections directions(prepared.impl);
     HeightFinder heights(prepared.impl, prepared.hull.links());
     ClassWidths widths(prepared.impl, directions, heights);
@@ -146,7 +136,7 @@ TEST(OrthogonalTriples, ThatCannotGiveABoxBelowTheLimitAreLeftOut) {
 }
 
 TEST(EdgeSearch, FindsNothingThatIsNotBelowTheLimit) {
-    const Prepared prepared(boxCorners(2, 3, 4));
+    const PreparedHull prepared(boxCorners(2, 3, 4));
     VolumeLimit limit;
     limit.lowerTo(24.0);
     VolumeCandidate best;
@@ -179,7 +169,7 @@ TEST(DirectionOrder, KeepsAllAndBringsNeighboursTogether) {
 }
 
 TEST(EdgeSearch, EndsAtOnceWhenAborted) {
-    const Prepared prepared(prismCorners(100, 2));
+    const PreparedHull prepared(prismCorners(100, 2));
     VolumeCandidate best;
     searchEdges(prepared.impl, prepared.hull, prepared.bound, true, VolumeLimit(), best);
     EXPECT_EQ(best.volume, -1.0);
@@ -192,7 +182,7 @@ TEST(EdgeSearch, ATurnedBoxIsFoundThoughItsEdgesAreNotOrthogonalExactly) {
         const Points points = transformed(boxCorners(2, 3, 4), randomTurn(random));
         MinBoundingBox calculator;
         EXPECT_NEAR(volumeOf(calculator(countOf(points), points.data())), 24.0, 1e-4);
-        const Prepared prepared(points);
+        const PreparedHull prepared(points);
         VolumeCandidate best;
         searchEdges(prepared.impl, prepared.hull, prepared.bound, false, VolumeLimit(), best);
         found += best.volume > 0.0 ? 1 : 0;
