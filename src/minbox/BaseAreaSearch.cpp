@@ -1,5 +1,7 @@
 #include "BaseAreaSearch.h"
 
+#include <algorithm>
+
 #include "BaseAreaScores.h"
 #include "BoxBound.h"
 #include "FaceWorkers.h"
@@ -49,7 +51,7 @@ class FaceFilter {
         // More than what rounding to float does to a key.
         constexpr float kRounding = 1.000001f;
         if (best.volume == m_impl.unset || isBeyondFloat(direction)) return true;
-        const auto limit = static_cast<double>(BoxKey(m_impl)(best) * kRounding);
+        const auto limit = static_cast<double>(std::max(BoxKey(m_impl)(best), 0.0f) * kRounding);
         return m_impl.baseAreaMode ? !m_bound.isAbove(limit, direction)
                                    : !(m_bound.heightAlong(direction) > limit);
     }

@@ -54,8 +54,8 @@ BoxBound::BoxBound(const MinBoundingBoxImpl& impl, const SearchHull& hull, BoxMe
     : m_measure(measure),
       m_supports(impl, hull.links()),
       m_diagonal(::hullDiagonal(impl)),
-      m_slack(kSlack * m_diagonal) {
-    m_fine = kCoarse;
+      m_slack(kSlack * m_diagonal),
+      m_fine(kCoarse) {
     const double fine = m_supports.cellAngle() * kRight / (std::numbers::pi / 2.0);
     while (m_fine > kFinest && m_fine > 2.0 * fine) m_fine /= kParts;
 }

@@ -21,7 +21,7 @@ enum class BoxMeasure {
 /// hull's width at every angle, by a sinusoid. Over a range of angles, two that are far apart along
 /// its middle and two that are far apart across it bound the rectangle's area: the product of the
 /// sinusoids, which has its least value at an end of the range, as the logarithm of each is
-/// concave. So has each of them.
+/// concave; so has each of the two, and what is left when less than it is taken away.
 class BoxBound {
  public:
     /// Keeps references to both.
@@ -37,7 +37,7 @@ class BoxBound {
     /// the search rounds to float.
     double roughly(const Vector& direction) const;
 
-    /// The same, as good as it takes to be above a limit; 0 where it cannot be.
+    /// The same, as good as it takes to be above a limit; 0 where that was not found to be so.
     double against(double limit, const Vector& direction) const;
 
     /// Whether no box along the direction measures as little as the limit, as far as can be told.
@@ -68,5 +68,5 @@ class BoxBound {
     SupportMap m_supports;
     double m_diagonal;  ///< of the box around the vertices along the coordinate axes
     double m_slack;
-    int m_fine = 1;  ///< steps over which the table tells directions apart
+    int m_fine;  ///< steps over which the table tells directions apart
 };

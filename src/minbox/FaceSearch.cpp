@@ -1,6 +1,7 @@
 #include "FaceSearch.h"
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 #include "DirectionOrder.h"
@@ -66,6 +67,7 @@ std::span<const int> FaceSearch::takeFaces() {
     return std::span(m_faces).subspan(first, std::min(kFew, m_faces.size() - first));
 }
 
+/// Tightens the face's bound on the way.
 bool FaceSearch::canHoldTheBest(int face) {
     double& known = m_known[static_cast<std::size_t>(face)].volume;
     const double limit = m_limit.get();
@@ -115,7 +117,7 @@ void FaceSearch::Worker::look(int face) {
     }
     m_best = box;
     m_bestFace = face;
-    m_search.m_limit.lowerTo(box.volume);
+    m_search.m_limit.lowerTo(std::max(box.volume, 0.0));
 }
 
 void FaceSearch::Worker::offer(int face, VolumeCandidate& best) {
@@ -150,7 +152,7 @@ VolumeCandidate FaceSearch::best(std::span<Worker> workers,
 }
 
 /// Goes over the faces of a range again, in ascending order; only those that may become the best,
-/// or whose frame is none, are looked at again.
+/// or whose frame is none, are looked at.
 VolumeCandidate FaceSearch::pass(Worker& worker, const FaceRange& range) const {
     VolumeCandidate best;
     for (int face = range.first; face < range.last; ++face) {

@@ -7,7 +7,8 @@ namespace {
 
 /// Of the hull's size times the direction's length: far above what rounding does to a height.
 constexpr double kNear = 1e-12;
-/// More than are near the highest but on a flat side, which has all its corners at one height.
+/// With a sixteenth of all, more than are near the highest but on a flat side, which has all its
+/// corners at one height.
 constexpr std::size_t kMany = 16;
 
 double sizeBound(const MinBoundingBoxImpl& impl) {

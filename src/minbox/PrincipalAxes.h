@@ -8,7 +8,7 @@
 /// The box along the principal axes, with full side lengths: MinBoundingBox::generateOBB().
 OrientedBox3 principalAxesBox(const UPoint3<float>* points, int n);
 
-/// The population covariance of points, in the upper left of the matrix.
+/// The population covariance of points, of which there are some, in the upper left of the matrix.
 UMatrix4<float> covarianceOf(const UPoint3<float>* points, int n);
 
 struct Eigenvectors {

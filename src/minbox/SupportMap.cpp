@@ -11,13 +11,15 @@ constexpr std::ptrdiff_t kAny = std::numeric_limits<std::ptrdiff_t>::max();
 constexpr std::ptrdiff_t kFew = 32;
 
 /// The end of a climb along the hull's edges, from a vertex; at the latest where more edges meet
-/// than that.
+/// than that. Counts the edges it looks along.
 int climb(const MinBoundingBoxImpl& impl, const HullLinks& links, const Vector& direction,
-          int vertex, std::ptrdiff_t mostEdges) {
+          int vertex, std::ptrdiff_t mostEdges, std::ptrdiff_t& count) {
     double here = hullPoint(impl, vertex) | direction;
     for (;;) {
         const int start = vertex;
-        if (links.neighboursEnd(start) - links.neighboursBegin(start) > mostEdges) return start;
+        const std::ptrdiff_t edges = links.neighboursEnd(start) - links.neighboursBegin(start);
+        if (edges > mostEdges) return start;
+        count += edges;
         for (const int* n = links.neighboursBegin(start); n != links.neighboursEnd(start); ++n) {
             const double there = hullPoint(impl, *n) | direction;
             if (there > here) {
@@ -39,6 +41,9 @@ SupportMap::SupportMap(const MinBoundingBoxImpl& impl, const HullLinks& links)
     m_side = static_cast<int>(std::clamp(side, kSmallest, kLargest));
     m_half = m_side / 2.0;
     m_cells.reserve(static_cast<std::size_t>(3 * m_side * m_side));
+    // A vertex at which thousands of edges meet is left as long as that costs little in all.
+    const std::ptrdiff_t enough = kFew * std::ptrdiff_t{3} * m_side * m_side;
+    std::ptrdiff_t count = 0;
     int lowest = 0;
     int highest = 0;
     for (int axis = 0; axis < 3; ++axis) {
@@ -48,8 +53,9 @@ SupportMap::SupportMap(const MinBoundingBoxImpl& impl, const HullLinks& links)
             for (int place = 0; place < m_side; ++place) {
                 const int column = row % 2 == 0 ? place : m_side - 1 - place;
                 const Vector middle = middleOf(axis, row, column);
-                highest = climb(impl, links, middle, highest, kAny);
-                lowest = climb(impl, links, middle * -1.0, lowest, kAny);
+                const std::ptrdiff_t most = count < enough ? kAny : kFew;
+                highest = climb(impl, links, middle, highest, most, count);
+                lowest = climb(impl, links, middle * -1.0, lowest, most, count);
                 m_cells.push_back(
                     {hullPoint(impl, highest) - hullPoint(impl, lowest), lowest, highest});
             }
@@ -90,10 +96,12 @@ Vector SupportMap::across(const Vector& direction) const {
     const Place place = placeOf(direction);
     const Cell& cell = m_cells[place.cell];
     const bool isOpposite = place.sign < 0.0;
-    const int highest =
-        climb(m_impl, m_links, direction, isOpposite ? cell.lowest : cell.highest, kFew);
-    const int lowest =
-        climb(m_impl, m_links, direction * -1.0, isOpposite ? cell.highest : cell.lowest, kFew);
+    std::ptrdiff_t count = 0;
+    const auto climbFrom = [&](int vertex, const Vector& towards) {
+        return climb(m_impl, m_links, towards, vertex, kFew, count);
+    };
+    const int highest = climbFrom(isOpposite ? cell.lowest : cell.highest, direction);
+    const int lowest = climbFrom(isOpposite ? cell.highest : cell.lowest, direction * -1.0);
     return hullPoint(m_impl, highest) - hullPoint(m_impl, lowest);
 }
 

@@ -14,8 +14,8 @@
 /// width along it.
 class SupportMap {
  public:
-    /// Looks for the farthest vertices along the middle of each cell of the table; it has about
-    /// three cells per vertex. Keeps references to both.
+    /// Looks for the farthest vertices along the middle of each cell of the table; of a
+    /// hull of usual size it has about three cells per vertex. Keeps references to both.
     SupportMap(const MinBoundingBoxImpl& impl, const HullLinks& links);
 
     /// From the lowest to the highest vertex along each of some directions, or nearly so: those
