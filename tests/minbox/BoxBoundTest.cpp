@@ -6,9 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "FaceSearch.h"
+#include "Calipers.h"
+#include "HeightFinder.h"
 #include "PreparedHull.h"
-#include "SupportMap.h"
+#include "Silhouette.h"
 
 namespace {
 
@@ -31,50 +32,6 @@ std::vector<std::pair<int, double>> volumesOnFaces(const PreparedHull& prepared)
         if (secure(prepared.impl, box) == FrameState::kSound) volumes.push_back({face, box.volume});
     }
     return volumes;
-}
-
-std::vector<Vector> someDirections(TestRandom& random) {
-    std::vector<Vector> directions = {{1, 0, 0}, {0, -2, 0}, {0, 0, 1}, {1, 1, 0}, {-1, 1, 1}};
-    for (const UPoint3<float>& p : pointsOnSphere(200, random)) {
-        directions.emplace_back(3.0 * p.x, 3.0 * p.y, 3.0 * p.z);
-    }
-    return directions;
-}
-
-Vector nearlyAcross(const SupportMap& supports, const Vector& direction) {
-    Vector across;
-    supports.nearlyAcross({&direction, 1}, &across);
-    return across;
-}
-
-TEST(SupportMap, FindsTheWidthAlongAnyDirection) {
-    TestRandom random(3);
-    const std::vector<Points> parts = {boxCorners(2, 3, 4), pointsOnSphere(3000, random),
-                                       transformed(needle(20, random), randomTurn(random)),
-                                       roundedBox(30, 20, 10, 2, 8)};
-    for (std::size_t part = 0; part < parts.size(); ++part) {
-        SCOPED_TRACE(part);
-        const PreparedHull prepared(parts[part]);
-        const SupportMap supports(prepared.impl, prepared.hull.links());
-        const Vector origin = hullPoint(prepared.impl, 0);
-        for (const Vector& direction : someDirections(random)) {
-            const double width = rangeAlong(prepared.impl, origin, direction).length();
-            const double rounding = 1e-13 * 100.0 * direction.GetLength();
-            EXPECT_NEAR(supports.across(direction) | direction, width, rounding);
-            EXPECT_NEAR(supports.across(direction * -1.0) | direction, -width, rounding);
-            EXPECT_LE(nearlyAcross(supports, direction) | direction, width + rounding);
-        }
-    }
-}
-
-TEST(SupportMap, NearlyFindsTheWidthOfARoundPart) {
-    TestRandom random(4);
-    const PreparedHull prepared(pointsOnSphere(3000, random));
-    const SupportMap supports(prepared.impl, prepared.hull.links());
-    for (const Vector& direction : someDirections(random)) {
-        const double width = supports.across(direction) | direction;
-        EXPECT_GT(nearlyAcross(supports, direction) | direction, width * (1.0 - 1e-3));
-    }
 }
 
 TEST(BoxBound, OfABoxAlongItsSidesIsItsVolume) {
@@ -151,48 +108,6 @@ TEST(BoxBound, IsCloseToTheBox) {
     EXPECT_GT(shareTold(transformed(bracketCorners(random), randomTurn(random)), 0.99), 0.99);
     const UMatrix4<float> turn = UMatrix4<float>::CreateRotateMatrix(0.7f, {1, 2, 3});
     EXPECT_GT(shareTold(transformed(prismCorners(200, 3), turn), 0.999), 0.9);
-}
-
-TEST(FaceSearch, TellsTheOthersOfWhatItFindsAndPassesOverWhatIsWorse) {
-    const PreparedHull prepared(boxCorners(2, 3, 4));
-    VolumeLimit limit;
-    int steps = 0;
-    const auto bestOf = [&] {
-        FaceSearch search(prepared.impl, prepared.hull, prepared.bound, limit);
-        std::vector<FaceSearch::Worker> workers;
-        workers.emplace_back(search);
-        workers[0].run([&] {
-            ++steps;
-            return true;
-        });
-        return search.best(workers, std::vector<FaceRange>{{0, 12}});
-    };
-    EXPECT_EQ(bestOf().volume, 24.0);
-    EXPECT_EQ(limit.get(), 24.0);
-    EXPECT_EQ(steps, 12);
-    limit.lowerTo(20.0);  // as if another thread had found less
-    EXPECT_EQ(bestOf().volume, -1.0);
-    EXPECT_EQ(steps, 24) << "progress counts the faces passed over, too";
-}
-
-TEST(FaceSearch, IsSharedByWorkersWithoutOverlap) {
-    TestRandom random(11);
-    const PreparedHull prepared(pointsOnSphere(300, random));
-    VolumeLimit limit;
-    FaceSearch search(prepared.impl, prepared.hull, prepared.bound, limit);
-    std::vector<FaceSearch::Worker> workers;
-    for (int i = 0; i < 3; ++i) workers.emplace_back(search);
-    int steps = 0;
-    // The first leaves after a few, the others share the rest.
-    workers[0].run([&] { return ++steps < 20; });
-    for (FaceSearch::Worker& worker : workers) {
-        worker.run([&] {
-            ++steps;
-            return true;
-        });
-    }
-    EXPECT_LE(steps, prepared.hull.faceCount());
-    EXPECT_GT(steps, prepared.hull.faceCount() - 8) << "but for the few that the first had taken";
 }
 
 }  // namespace
