@@ -50,7 +50,6 @@ llvm|names the functions in their reports
 clang-tidy|finds doubtful code
 clang-format-14|keeps the layout
 gcovr|reports coverage
-patch|puts mistakes into the code for the tests to find
 binutils|lists exported symbols
 LIST
             ;;
