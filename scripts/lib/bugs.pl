@@ -34,7 +34,7 @@ sub read_entries {
         } elsif ($line =~ /^Noticed by: (\S+) (\S+)$/) {
             @$entry{'program', 'filter'} = ($1, $2);
         } elsif ($line =~ /^In: (\S+)$/) {
-            $in = $1;
+            ($in, $change) = ($1);
         } elsif ($line =~ /^-(.*)/) {
             if (!$change || $change->{put}) {
                 $change = {in => $in, find => '', put => ''};
