@@ -32,8 +32,8 @@ if(TESK_BUILD_APPS)
     install(DIRECTORY examples/host/ DESTINATION ${dataFolder}/example)
 endif()
 install(FILES README.md CHANGELOG.md DESTINATION ${dataFolder})
-install(DIRECTORY docs DESTINATION ${dataFolder} FILES_MATCHING PATTERN "*.md" PATTERN "*.svg"
-                                                                    PATTERN "*.png")
+install(DIRECTORY docs DESTINATION ${dataFolder}
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png" PATTERN "*.txt")
 # Of the libraries that are linked into what ships, or go along with it: scripts/package collects them.
 set(TESK_LICENCES "" CACHE PATH "Folder of third parties' licences to install")
 if(TESK_LICENCES)
