@@ -31,11 +31,12 @@ if(TESK_BUILD_APPS)
     install(TARGETS example_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
     install(DIRECTORY examples/host/ DESTINATION ${dataFolder}/example)
 endif()
-install(FILES README.md CHANGELOG.md DESTINATION ${dataFolder})
+install(FILES README.md LICENSE THIRD_PARTY.md CHANGELOG.md SECURITY.md CONTRIBUTING.md
+        DESTINATION ${dataFolder})
 install(DIRECTORY docs DESTINATION ${dataFolder}
         FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png" PATTERN "*.txt")
-# Of the libraries that are linked into what ships, or go along with it: scripts/package collects them.
-set(TESK_LICENCES "" CACHE PATH "Folder of third parties' licences to install")
+# Licence texts of the libraries that the packages contain or link to: scripts/package collects them.
+set(TESK_LICENCES "" CACHE PATH "Folder of third-party licence texts to install")
 if(TESK_LICENCES)
     install(DIRECTORY ${TESK_LICENCES}/ DESTINATION ${dataFolder}/licences)
 endif()
