@@ -21,7 +21,7 @@ static_assert(sizeof(OrientedBox3) == 60);
 /// Smallest boxes around points, by several criteria. Every box holds all finite points to within
 /// the rounding of floats.
 ///
-/// Points that are not finite are passed over. Points in a plane give a flat box, points on a line
+/// Non-finite points are ignored. Points in a plane give a flat box, points on a line
 /// a segment box, one point (repeated or not) a point box with the axes X, Y, Z. Without a finite
 /// point (n below 1 and a null pointer included) there is no box: center (0, 0, 0), all axes and
 /// the extent (1, 1, 1).
@@ -46,20 +46,19 @@ class TESK_ORIENT_API MinBoundingBox {
     MinBoundingBox(const MinBoundingBox& other);
     MinBoundingBox& operator=(const MinBoundingBox& other);
 
-    /// The progress callback of this object and its copies, until the next; an empty one reports
-    /// nothing.
+    /// Sets the progress callback of this object and its copies; an empty one turns reports off.
     void setCallBackFunction(std::function<void(int)> callback);
 
     /// The box of least volume among those with a side flush with a face of the convex hull and
-    /// those parallel to three orthogonal edges of it.
+    /// those with sides parallel to three mutually orthogonal hull edges.
     ///
     /// Progress ends near 40. With worker threads the callback runs on them, never on two at once.
     /// Throws Tesk::AbortException("Aborting...") after an abort, and the standard library's
     /// exceptions for memory and threads.
     OrientedBox3 operator()(int n, const UPoint3<float>* points);
 
-    /// The box that is lowest along a face normal of the convex hull, and of least footprint for
-    /// it. axis[2] is that normal.
+    /// The box of least height, measured along a face normal of the convex hull, and of least
+    /// footprint along that normal, which is axis[2].
     ///
     /// Reports progress to 100 where it runs on the calling thread, none with worker threads.
     /// Throws a copy of the callback's Tesk::AbortException, and the standard library's exceptions
@@ -76,9 +75,9 @@ class TESK_ORIENT_API MinBoundingBox {
     OrientedBox3 minBaseAreaBoxAroundAxis(int n, const UPoint3<float>* points,
                                           UVector3<float> axis);
 
-    /// The box along the principal axes of the points: quick, not the smallest. Its extent holds
-    /// full side lengths, not halves. A point that is not finite leaves no box, nor
-    /// do points so far apart that a side is longer than a float can tell.
+    /// The box along the principal axes of the points: quick to compute, but not the smallest. Its
+    /// extent holds full side lengths, not halves. There is no box if a point is not finite, or if
+    /// a side would be longer than the largest float.
     static OrientedBox3 generateOBB(const UPoint3<float>* points, int n);
 
  private:

@@ -14,15 +14,14 @@ namespace OptimizeOrient {
 /// What a good orientation is worth. Lengths are in the mesh's unit, taken as millimetres: the
 /// sampling keeps a margin of one unit around the part.
 struct Configure {
-    /// Degrees. A surface is an overhang where its normal points down more steeply than this
-    /// leaves: where the unit normal's z is below −cos(overhangAngle).
+    /// Degrees. A surface is an overhang if the z of its unit normal is below −cos(overhangAngle).
     float overhangAngle = 45.0f;
     /// Weight of both area scores, `overhangArea` and `projectedArea`.
     std::int32_t supportAreaWeight = 0;
     std::int32_t supportVolumeWeight = 3;
     std::int32_t heightWeight = 1;
     std::int32_t boxVolumeWeight = 1;
-    /// Nonzero: measure support even where both support weights are 0.
+    /// Nonzero: measure support even if both support weights are 0.
     std::int32_t computeSupport = 0;
     /// The z to which the part's lowest point is moved before support is measured down to z = 0;
     /// −1 or less leaves the part at the height that the turn about its box centre gives.
@@ -30,10 +29,10 @@ struct Configure {
     std::int32_t reserved = 0;
 };
 
-/// One ranked build orientation. Turning the part by `angle` about `axis` (right-handed, any axis
-/// through any point) brings the chosen direction of the part to +Z.
+/// One ranked build orientation. Turning the part by `angle` about `axis` (right-handed, through
+/// any point) brings the chosen direction of the part to +Z.
 struct OptOrientation {
-    /// Not normalised; (0, 1, 0) for the direction −Z, (0, 0, 0) for +Z, where nothing turns.
+    /// Not normalised; (0, 1, 0) for the direction −Z, (0, 0, 0) for +Z, which needs no turn.
     UVector3<float> axis;
     /// Radians, 0 to pi.
     float angle = 0.0f;
@@ -56,13 +55,13 @@ static_assert(sizeof(Configure) == 32);
 static_assert(sizeof(OptOrientation) == 40);
 
 /// Seeds the random numbers that calculateOrients() draws on the calling thread: the same seed
-/// before the same call gives the same result. Nothing in the library seeds them. Where the
-/// C library is Microsoft's this is srand(); elsewhere every thread starts as if seeded with 1.
+/// before the same call gives the same result. The library never seeds them itself. With
+/// Microsoft's C library this is srand(); elsewhere every thread starts as if seeded with 1.
 TESK_ORIENT_API void seedRandom(std::uint32_t seed);
 
 }  // namespace OptimizeOrient
 
-/// Chooses build orientations and placements. Holds no data; every call stands alone.
+/// Chooses build orientations and placements. Has no state; calls are independent of each other.
 class TESK_ORIENT_API OrientOptimizer {
  public:
     OrientOptimizer() = default;
@@ -74,7 +73,7 @@ class TESK_ORIENT_API OrientOptimizer {
     ///
     /// @param mesh         not null. Its topology and triangle normals are refreshed in place;
     ///                     otherwise it is only read. A mesh without triangles or with non-finite
-    ///                     vertices is no error.
+    ///                     vertices is not an error.
     /// @param config       weights and limits.
     /// @param axis, angle  receive the best candidate's axis (not normalised) and angle (radians).
     /// @param orientations null, or receives the best record, ten spread over the ranking and the
@@ -101,8 +100,8 @@ class TESK_ORIENT_API OrientOptimizer {
     /// Lays a placed mesh flat in its box of least volume: longest side along X, middle side along
     /// Y, shortest along Z.
     ///
-    /// @param mesh      not null; only read. Every vertex in its list takes part, those marked as
-    ///                  deleted too.
+    /// @param mesh      not null; only read. Every vertex in its list counts, including those
+    ///                  marked as deleted.
     /// @param matrix    receives the rotation about the centre of the mesh's box, to be applied
     ///                  after the mesh's current matrix, which it does not include. Always rigid;
     ///                  the identity for a mesh without finite vertices.

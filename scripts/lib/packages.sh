@@ -50,6 +50,7 @@ llvm|names the functions in their reports
 clang-tidy|finds doubtful code
 clang-format-14|keeps the layout
 gcovr|reports coverage
+doxygen|makes pages of the headers' comments
 binutils|lists exported symbols
 LIST
             ;;
@@ -61,6 +62,7 @@ libcgal-dev|an oriented bounding box to compare with
 libeigen3-dev|which it needs
 LIST
             ;;
+        docs) echo "doxygen|makes pages of the headers' comments" ;;
         plot)
             packages_for build
             echo "gnuplot-nox|draws the figures"

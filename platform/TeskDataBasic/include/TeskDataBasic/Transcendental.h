@@ -24,7 +24,7 @@ inline constexpr auto kArcSine = [] {
     return c;
 }();
 
-/// arcsine for |x| <= 1/2, where 27 terms leave less than 1e-17.
+/// asin(x) for |x| <= 1/2, where the terms after the 27th add less than 1e-17.
 constexpr double arcSineSmall(double x) {
     const double square = x * x;
     double sum = 0.0;
@@ -48,13 +48,14 @@ constexpr double cosineSmall(double r) {
     return 1.0 - (0.5 * square) * (1.0 + sum);
 }
 
-/// An angle as quadrant * pi/2 + rest, |rest| <= pi/4.
+/// An angle as quadrant * pi/2 + rest with |rest| <= pi/4.
 struct ReducedAngle {
     int quadrant;  ///< 0..3
     double rest;
 };
 
-/// pi/2 in three pieces whose products with a quadrant number below 2^20 are exact.
+/// Subtracts multiples of pi/2, which is given in three parts so that their products with a
+/// quadrant number below 2^20 are exact.
 inline ReducedAngle reduceAngle(double angleRad) {
     constexpr double kFirst = 0x1.921fb544p+0;
     constexpr double kSecond = 0x1.0b4611a6p-34;
@@ -67,7 +68,7 @@ inline ReducedAngle reduceAngle(double angleRad) {
 
 }  // namespace detail
 
-/// cos(angle) for |angle| up to about 1e6 rad (accuracy falls beyond); NaN when it is not finite.
+/// cos(angle), accurate for |angle| up to about 1e6 rad; NaN for a non-finite angle.
 inline double cosine(double angleRad) {
     if (!(std::fabs(angleRad) < 1e15)) return angleRad - angleRad;
     const auto [quadrant, rest] = detail::reduceAngle(angleRad);
@@ -75,7 +76,7 @@ inline double cosine(double angleRad) {
     return quadrant == 1 || quadrant == 2 ? -value : value;
 }
 
-/// sin(angle), same range as cosine().
+/// sin(angle); range and accuracy are those of cosine().
 inline double sine(double angleRad) {
     if (!(std::fabs(angleRad) < 1e15)) return angleRad - angleRad;
     const auto [quadrant, rest] = detail::reduceAngle(angleRad);
@@ -83,7 +84,7 @@ inline double sine(double angleRad) {
     return quadrant >= 2 ? -value : value;
 }
 
-/// Arc cosine in [0, pi] rad. A cosine beyond [-1, 1] counts as the nearer end; NaN stays NaN.
+/// Arc cosine in [0, pi] rad. The argument is clamped to [-1, 1]; NaN stays NaN.
 inline double arcCosine(double c) {
     constexpr double kPi = std::numbers::pi;
     if (c >= 1.0) return 0.0;
@@ -93,8 +94,8 @@ inline double arcCosine(double c) {
     return kPi / 2 - detail::arcSineSmall(c);
 }
 
-/// The angle in [0, pi] rad of a direction with the given sine (>= 0) and cosine parts of any
-/// common scale. Accurate at both ends of the range; 0 when both parts are 0.
+/// The angle in [0, pi] rad whose sine (>= 0) and cosine are given up to a common positive factor.
+/// Accurate at both ends of the range; 0 if both parts are 0.
 inline double angleOf(double sinePart, double cosinePart) {
     const double length = std::sqrt(sinePart * sinePart + cosinePart * cosinePart);
     if (length == 0.0) return 0.0;

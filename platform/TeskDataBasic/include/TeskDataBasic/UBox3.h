@@ -6,13 +6,13 @@
 
 /// An axis-aligned box in space, grown point by point.
 ///
-/// A coordinate that is NaN is passed over. An axis that has seen no number reads as the single
-/// value 0, so that the box of no points is the point at the origin. A bound of zero is always +0,
-/// whatever the sign of the zeros it came from: bounds do not depend on the points' order.
+/// NaN coordinates are ignored. Both bounds of an axis without coordinates read as 0, so the box of
+/// no points is the origin. A zero bound is always +0, even if it came from −0, so bounds do not
+/// depend on the order of the points.
 template <class T>
 class UBox3 {
  public:
-    /// Beyond every finite coordinate's reach, or at its end: the largest finite number.
+    /// The largest finite number: no finite coordinate lies beyond it.
     static constexpr T kFar = std::numeric_limits<T>::max();
 
     constexpr UBox3() = default;

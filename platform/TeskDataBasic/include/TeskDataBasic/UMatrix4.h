@@ -6,8 +6,8 @@
 #include "TeskDataBasic/Transcendental.h"
 #include "TeskDataBasic/UVector3.h"
 
-/// A 4×4 transform for row vectors: p' = p · M, so A · B applies A first; the translation stands
-/// in row 3. Default-constructed, it is the identity.
+/// A 4×4 transform for row vectors: p' = p · M, so A · B applies A first; the translation is in
+/// row 3. Default-constructed, it is the identity.
 template <class T>
 class UMatrix4 {
  public:
@@ -26,7 +26,7 @@ class UMatrix4 {
     }
 
     /// The right-handed rotation by angleRad about the axis through the origin. The axis may have
-    /// any length; the zero axis gives the identity. Formed in double, each entry rounded once.
+    /// any length; the zero axis gives the identity. Computed in double, each entry rounded once.
     static UMatrix4 CreateRotateMatrix(T angleRad, const UVector3<T>& axis) {
         UMatrix4 m;
         const UVector3<double> n = axis.template As<double>().GetNormal();
@@ -58,7 +58,7 @@ class UMatrix4 {
     }
     constexpr UMatrix4& operator*=(const UMatrix4& b) { return *this = *this * b; }
 
-    /// True where every entry equals the identity's exactly.
+    /// Whether every entry equals the identity's exactly.
     constexpr bool isIdenticalMatrix() const { return *this == UMatrix4(); }
 
     constexpr bool operator==(const UMatrix4&) const = default;

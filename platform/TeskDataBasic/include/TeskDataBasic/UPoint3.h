@@ -18,15 +18,15 @@ class UPoint3 {
     constexpr UPoint3 operator+(const UVector3<T>& v) const { return {x + v.x, y + v.y, z + v.z}; }
     constexpr UPoint3 operator-(const UVector3<T>& v) const { return {x - v.x, y - v.y, z - v.z}; }
 
-    /// Sums and quotients of coordinates, for means.
+    /// Coordinate-wise sum and quotient, to compute means.
     constexpr UPoint3& operator+=(const UPoint3& b) { return *this = {x + b.x, y + b.y, z + b.z}; }
     constexpr UPoint3 operator/(T s) const { return {x / s, y / s, z / s}; }
 
     /// The dot product of the position vector with v, summed in the order x, y, z.
     constexpr T Dot(const UVector3<T>& v) const { return x * v.x + y * v.y + z * v.z; }
 
-    /// The point taken through an affine matrix: each coordinate is
-    /// ((x·m0 + y·m1) + z·m2) + m3 in this order; the matrix's fourth column is not read.
+    /// The point transformed by an affine matrix: each coordinate is ((x·m0 + y·m1) + z·m2) + m3,
+    /// summed in this order. The fourth column of the matrix is not read.
     constexpr UPoint3 operator*(const UMatrix4<T>& m) const {
         return {x * m.at(0, 0) + y * m.at(1, 0) + z * m.at(2, 0) + m.at(3, 0),
                 x * m.at(0, 1) + y * m.at(1, 1) + z * m.at(2, 1) + m.at(3, 1),

@@ -17,7 +17,7 @@ class UVector3 {
     constexpr UVector3 operator-(const UVector3& b) const { return {x - b.x, y - b.y, z - b.z}; }
     constexpr UVector3 operator*(T s) const { return {x * s, y * s, z * s}; }
 
-    /// Divided component by component.
+    /// Divides each component.
     constexpr UVector3 operator/(T s) const { return {x / s, y / s, z / s}; }
 
     constexpr UVector3& operator+=(const UVector3& b) { return *this = *this + b; }
@@ -25,7 +25,7 @@ class UVector3 {
     constexpr UVector3& operator*=(T s) { return *this = *this * s; }
     constexpr UVector3& operator/=(T s) { return *this = *this / s; }
 
-    /// The vector product.
+    /// The cross product.
     constexpr UVector3 operator*(const UVector3& b) const {
         return {y * b.z - z * b.y, z * b.x - x * b.z, x * b.y - y * b.x};
     }
@@ -41,13 +41,13 @@ class UVector3 {
     constexpr T operator|(const UVector3& b) const { return x * b.x + y * b.y + z * b.z; }
     constexpr T Dot(const UVector3& b) const { return *this | b; }
 
-    /// The Euclidean length, formed in double: the squares of floats neither overflow nor vanish.
+    /// The Euclidean length, computed in double: the squares of floats neither overflow nor vanish.
     T GetLength() const { return static_cast<T>(lengthAsDouble()); }
 
-    /// Whether all components are zero exactly.
+    /// Whether all components are exactly zero.
     constexpr bool IsZeroLength() const { return x == 0 && y == 0 && z == 0; }
 
-    /// This vector divided by its length; the zero vector stays zero. Formed in double, each
+    /// This vector divided by its length; the zero vector stays zero. Computed in double, each
     /// component rounded once.
     UVector3 GetNormal() const {
         const double length = lengthAsDouble();

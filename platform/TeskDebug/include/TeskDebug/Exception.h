@@ -6,7 +6,7 @@
 
 namespace Tesk {
 
-/// A failure that the libraries of this family report; what() says what and which.
+/// An error reported by one of these libraries; what() says what failed and where.
 class TESK_DEBUG_API Exception : public std::runtime_error {
  public:
     using std::runtime_error::runtime_error;
@@ -15,7 +15,7 @@ class TESK_DEBUG_API Exception : public std::runtime_error {
     ~Exception() override;
 };
 
-/// The user gave up. A progress callback throws it to end a computation.
+/// The user has cancelled: a progress callback throws it to abort a computation.
 class TESK_DEBUG_API AbortException : public Exception {
  public:
     using Exception::Exception;

@@ -11,7 +11,7 @@
 /// One object belongs to one thread; different objects may log from different threads at once.
 class TESK_DEBUG_API StopWatchLog {
  public:
-    /// Receives a label and the stage's seconds, on the thread that logs, one call at a time.
+    /// Receives a label and the stage's seconds on the thread that logs; calls never overlap.
     using Sink = std::function<void(const char* label, double seconds)>;
 
     StopWatchLog();
@@ -19,8 +19,8 @@ class TESK_DEBUG_API StopWatchLog {
     /// Ends the current stage under this label and starts the next.
     void logElapse(const char* label);
 
-    /// Sets where all logs of this process go; an empty sink (the start state) drops them.
-    /// The sink must not throw and must not log. Returns the sink it replaces.
+    /// Sets the sink of all logs of this process; an empty sink (the default) drops them. The sink
+    /// must not throw and must not log. Returns the sink that it replaces.
     static Sink setSink(Sink sink);
 
  private:

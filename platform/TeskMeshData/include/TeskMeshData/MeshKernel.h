@@ -11,14 +11,14 @@
 
 /// What UpdateTopo() found about the edges of a mesh.
 struct TopologyCounts {
-    std::int32_t openEdges = 0;          ///< edges with one triangle
-    std::int32_t nonManifoldEdges = 0;   ///< edges with three or more
-    std::int32_t inconsistentEdges = 0;  ///< edges whose two triangles run along it the same way
+    std::int32_t openEdges = 0;          ///< with one triangle
+    std::int32_t nonManifoldEdges = 0;   ///< with three or more
+    std::int32_t inconsistentEdges = 0;  ///< both triangles traverse it the same way
 };
 
 /// A mesh as a host holds it: the triangles, and the matrix that places them in the build space.
 ///
-/// Not to be changed by one thread while another uses it; any number of threads may read.
+/// Threads: any number may read at once; none may use it while another changes it.
 class TESK_MESH_API MeshKernel {
  public:
     /// Parts of the topology for UpdateTopo().
@@ -28,9 +28,9 @@ class TESK_MESH_API MeshKernel {
     /// A mesh without vertices.
     MeshKernel();
 
-    /// A mesh from flat arrays: n positions and, per triangle, three indices into them. Nothing is
-    /// reordered. Throws Tesk::Exception that names the first triangle with an index outside
-    /// 0..n-1.
+    /// A mesh from flat arrays: n positions and, per triangle, three indices into them. The order
+    /// of both is kept. Throws a Tesk::Exception that names the first triangle with an index
+    /// outside 0..n-1.
     MeshKernel(std::span<const UPoint3<float>> positions,
                std::span<const UMesh<float>::Corners> triangles);
 
@@ -40,20 +40,21 @@ class TESK_MESH_API MeshKernel {
     UMatrix4<float> getMatrix() const { return m_matrix; }
     void setMatrix(const UMatrix4<float>& matrix) { m_matrix = matrix; }
 
-    /// The box of the placed mesh: every vertex that is not deleted, taken through the matrix.
-    /// Measured anew at each call; the reference stays valid with the kernel.
+    /// The box of the placed mesh: of every vertex that is not deleted, transformed by the matrix.
+    /// Every call computes it again. The reference is valid as long as the kernel.
     const UBox3<float>& GetBox();
 
-    /// Brings the named parts of the topology (a sum of the constants above) up to date in place;
-    /// no vertex or triangle changes its place. Without `rebuild`, what was built before stays.
-    /// Linear in the triangle count.
+    /// Updates the given parts of the topology (a sum of the constants above) in place; vertices
+    /// and triangles keep their indices. Without `rebuild`, parts that have been built are not
+    /// built again. Linear in the triangle count.
     void UpdateTopo(bool rebuild, int parts);
 
-    /// Sets every triangle's N() from its corners' positions.
+    /// Computes every triangle's N() from the positions of its corners.
     void updateTriangleNormal();
 
     /// The edge counts of the last UpdateTopo() with kEdgeCounts. A triangle that names a vertex
-    /// twice has collapsed into an edge: it is passed over, and its neighbours meet across it.
+    /// twice has collapsed into an edge: it is skipped, and the triangles on its two sides become
+    /// neighbours.
     const TopologyCounts& topology() const { return m_topology; }
 
  private:

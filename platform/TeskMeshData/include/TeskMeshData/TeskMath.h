@@ -14,7 +14,7 @@ class TeskMath {
     }
 
     /// The angle between two vectors of any length, in [0, pi] rad; accurate near both ends, where
-    /// an arc cosine would lose half the digits. 0 when one of them is zero.
+    /// an arc cosine would lose half of the digits. 0 if one of them is zero.
     static T AngleBetween(const UVector3<T>& a, const UVector3<T>& b) {
         const UVector3<double> u = a.template As<double>().GetNormal();
         const UVector3<double> v = b.template As<double>().GetNormal();

@@ -10,8 +10,8 @@
 #include "TeskDebug/Exception.h"
 #include "TeskMeshData/UTriangle.h"
 
-/// The vertices and triangles of one mesh. Triangles point at vertices, so a mesh is neither
-/// copied nor moved; it is shared by std::shared_ptr.
+/// The vertices and triangles of one mesh. Triangles hold pointers to vertices, so a mesh can be
+/// neither copied nor moved; it is shared through std::shared_ptr.
 template <class T>
 class UMesh {
  public:
@@ -20,7 +20,7 @@ class UMesh {
     UMesh() = default;
 
     /// Takes n positions and the corner indices (0..n-1) of each triangle, keeping their order.
-    /// Throws Tesk::Exception that names the first triangle with an index outside 0..n-1.
+    /// Throws a Tesk::Exception that names the first triangle with an index outside 0..n-1.
     UMesh(std::span<const UPoint3<T>> positions, std::span<const Corners> triangles) {
         m_vertices.reserve(positions.size());
         for (const UPoint3<T>& p : positions) {

@@ -20,12 +20,12 @@ class UTriangle {
     const UPoint3<T>& P(int k) const { return V(k)->P(); }
 
     /// Unit normal in the mesh's own frame, right-handed about the corner order; the zero vector
-    /// for a triangle without area. Current after MeshKernel::updateTriangleNormal().
+    /// for a triangle without area. Up to date after MeshKernel::updateTriangleNormal().
     const UVector3<T>& N() const { return m_normal; }
     void SetN(const UVector3<T>& normal) { m_normal = normal; }
 
-    /// The triangle across edge k, by its place in the triangle list, or kOpenEdge or
-    /// kNonManifoldEdge. Current after MeshKernel::UpdateTopo().
+    /// The index of the triangle across edge k, or kOpenEdge or kNonManifoldEdge. Up to date after
+    /// MeshKernel::UpdateTopo().
     std::int32_t Neighbour(int k) const { return m_neighbours[static_cast<std::size_t>(k)]; }
     void SetNeighbour(int k, std::int32_t triangle) {
         m_neighbours[static_cast<std::size_t>(k)] = triangle;

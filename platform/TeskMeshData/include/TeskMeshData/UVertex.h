@@ -4,7 +4,7 @@
 
 #include "TeskDataBasic/UPoint3.h"
 
-/// A mesh vertex: its position in the mesh's own frame, its place in the vertex list, and whether
+/// A mesh vertex: its position in the mesh's own frame, its index in the vertex list, and whether
 /// an edit has deleted it (deleted vertices stay in the list).
 template <class T>
 class UVertex {
@@ -18,7 +18,7 @@ class UVertex {
     bool IsD() const { return m_isDeleted; }
     void SetD(bool isDeleted) { m_isDeleted = isDeleted; }
 
-    /// Position in the mesh's vertex list.
+    /// Index in the mesh's vertex list.
     std::int32_t Index() const { return m_index; }
 
  private:

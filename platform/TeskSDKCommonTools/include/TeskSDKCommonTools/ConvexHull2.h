@@ -8,13 +8,13 @@ namespace gte {
 
 /// The exact convex hull of points in a plane.
 ///
-/// Every turn is decided exactly, so the polygon is strictly convex: no corner repeats, and none
-/// lies on the line through its neighbours. It depends on the set of points only; of equal points
-/// the one with the lowest index stands for all.
+/// Every orientation test is exact, so the polygon is strictly convex: no corner occurs twice, and
+/// none lies on the line through its neighbours. It depends on the set of points only; of equal
+/// points the one with the lowest index is used.
 ///
-/// Points that are not finite are left out. Collinear points give their two ends, a single point
-/// itself, no points an empty polygon. Exact where coordinates stay below 1e290 and their products
-/// neither overflow nor fall below 1e-290, as with all coordinates that are floats.
+/// Non-finite points are ignored. Collinear points give their two ends, a single point gives
+/// itself, and no points give an empty polygon. The result is exact if coordinates stay below 1e290
+/// and their products neither overflow nor fall below 1e-290, which holds for all floats.
 ///
 /// Cost O(n log n). Source: A. M. Andrew, "Another efficient algorithm for convex hulls in two
 /// dimensions", Information Processing Letters 9 (1979); J. R. Shewchuk, "Adaptive precision
@@ -22,7 +22,7 @@ namespace gte {
 class TESK_TOOLS_API ConvexHull2 {
  public:
     /// @param coordinates  x and y of each point, one point after the other
-    /// @param count        number of points; at most half the number of coordinates is read
+    /// @param count        number of points; no more than half the number of coordinates is read
     ConvexHull2(const std::vector<double>& coordinates, int count);
 
     /// Point indices, counter-clockwise from the corner of lowest x, then lowest y.
