@@ -49,8 +49,8 @@ libclang-rt-14-dev|its sanitizers
 llvm|names the functions in their reports
 clang-tidy|finds doubtful code
 clang-format-14|keeps the layout
-gcovr|reports coverage
 doxygen|makes pages of the headers' comments
+gcovr|reports coverage
 binutils|lists exported symbols
 LIST
             ;;
