@@ -29,13 +29,21 @@ static_assert(sizeof(OrientedBox3) == 60);
 /// The result depends neither on the order of the points nor on the thread count (but
 /// generateOBB() sums in the given order).
 ///
+/// Very large and very small parts are searched at another scale, as products of their coordinates
+/// would leave a float's range; their result is defined as the box of the scaled points, scaled
+/// back. Where the hull's largest extent along x, y or z is below 2^-17 or at least 2^16, its
+/// points are divided by the power of two that brings this extent into [1/2, 1). generateOBB() does
+/// so where the largest coordinate is 2^29 or more in size, and brings that into [2^28, 2^29).
+///
+/// Threads: a search runs on the calling thread where the thread count is 0 or 1 or the hull has
+/// fewer triangles than that; else on that many worker threads. operator() looks for boxes along
+/// edges on one more thread beside. Copies share one implementation. One object, its copies
+/// included, must not run two operations at once. generateOBB() needs no object.
+///
 /// Progress: operator(), minBaseAreaBox() and minBaseAreaAndHeightBox() report whole percentages
 /// that only grow; see there. The callback ends the computation by throwing Tesk::AbortException;
-/// one that throws anything else from a worker thread ends the process. After an abort the object
-/// is as good as new.
-///
-/// Threads: copies share one implementation. One object, its copies included, must not run two
-/// operations at once. generateOBB() needs no object.
+/// what becomes of other exceptions is said at each function. Once it has thrown anything, it is
+/// not called again in that operation, on any thread, and the object is as good as new afterwards.
 class TESK_ORIENT_API MinBoundingBox {
  public:
     /// @param threadCount  worker threads for the searches; 0 and 1 search on the calling thread
@@ -53,16 +61,25 @@ class TESK_ORIENT_API MinBoundingBox {
     /// those with sides parallel to three mutually orthogonal hull edges.
     ///
     /// Progress ends near 40. With worker threads the callback runs on them, never on two at once.
-    /// Throws Tesk::AbortException("Aborting...") after an abort, and the standard library's
-    /// exceptions for memory and threads.
+    ///
+    /// Throws Tesk::AbortException("Aborting...") after an abort, and std::bad_alloc and
+    /// std::system_error where memory or threads run out, on whichever thread. Of the callback's
+    /// exceptions of other types,
+    /// - std::bad_alloc, std::system_error and what derives from them leave the call as they are,
+    /// - any other leaves it as Tesk::AbortException("Aborting...") where the callback ran on the
+    ///   calling thread, and ends the process (std::terminate) where it ran on a worker thread.
     OrientedBox3 operator()(int n, const UPoint3<float>* points);
 
     /// The box of least height, measured along a face normal of the convex hull, and of least
     /// footprint along that normal, which is axis[2].
     ///
-    /// Reports progress to 100 where it runs on the calling thread, none with worker threads.
-    /// Throws a copy of the callback's Tesk::AbortException, and the standard library's exceptions
-    /// for memory and threads.
+    /// Reports progress to 100 where it runs on the calling thread. With worker threads it never
+    /// calls the callback, and so cannot be aborted.
+    ///
+    /// Throws a copy of the callback's Tesk::AbortException, with its text (of an exception derived
+    /// from it, the Tesk::AbortException in it), and std::bad_alloc and std::system_error where
+    /// memory or threads run out. The callback's exceptions of other types leave the call as they
+    /// are.
     OrientedBox3 minBaseAreaAndHeightBox(int n, const UPoint3<float>* points);
 
     /// The box whose smallest side is as small as possible, among those with axis[2] a face normal

@@ -13,6 +13,10 @@ namespace OptimizeOrient {
 
 /// What a good orientation is worth. Lengths are in the mesh's unit, taken as millimetres: the
 /// sampling keeps a margin of one unit around the part.
+///
+/// A default-constructed record holds this library's suggestion: 45°, weight 3 for the support
+/// volume, 1 each for height and box volume, none for the areas, and the part on the build plate. A
+/// host that sets every field sees nothing of it.
 struct Configure {
     /// Degrees. A surface is an overhang where its normal points down more steeply than this
     /// leaves: where the unit normal's z is below −cos(overhangAngle).
@@ -82,11 +86,14 @@ class TESK_ORIENT_API OrientOptimizer {
     ///                     candidate order; NaN scores come last.
     /// @param progress     empty, or called on the calling thread with whole percentages that never
     ///                     fall: 3, 10, 10..90, 90, 95, 100. It ends the computation by throwing
-    ///                     Tesk::AbortException; an exception of another type that it throws
-    ///                     between the first 10 and the last 90 ends the process.
+    ///                     Tesk::AbortException, or anything else; it is not called again then.
     ///
-    /// Throws Tesk::AbortException after an abort, and std::bad_alloc. After an abort up to 90 the
-    /// outputs are untouched; at 95 `orientations` holds every candidate unsorted, with score 0
+    /// Throws what the callback threw, and std::bad_alloc. While candidates are measured (from the
+    /// second 10 to the report before the last 90), a Tesk::AbortException or what derives from it
+    /// leaves the call as a new Tesk::AbortException("Aborting..."), and any other exception as it
+    /// is: both once every thread has finished its current candidate. At the other reports (3, 10,
+    /// 90, 95, 100) every exception leaves the call as it is, at once. After an exception up to 90
+    /// the outputs are untouched; at 95 `orientations` holds every candidate unsorted, with score 0
     /// or its score, and `axis` and `angle` are untouched; at 100 everything is complete.
     ///
     /// Runs on as many OpenMP threads as the caller's setting allows (omp_set_num_threads); the
@@ -108,10 +115,12 @@ class TESK_ORIENT_API OrientOptimizer {
     ///                  the identity for a mesh without finite vertices.
     /// @param progress  empty, or called on the calling thread with whole percentages that only
     ///                  grow, up to about 40. It ends the computation by throwing
-    ///                  Tesk::AbortException.
+    ///                  Tesk::AbortException; it is not called again then.
     ///
-    /// Throws Tesk::AbortException("Aborting...") after an abort, and std::bad_alloc; `matrix` is
-    /// untouched then.
+    /// Throws Tesk::AbortException("Aborting...") after an abort, and std::bad_alloc and
+    /// std::system_error where memory or threads run out. Of the callback's exceptions of other
+    /// types, these two and what derives from them leave the call as they are, and any other as
+    /// Tesk::AbortException("Aborting..."). `matrix` is untouched by all of them.
     static void calculateOrients_minBoundingBox(MeshKernel* mesh, UMatrix4<float>& matrix,
                                                 std::function<void(int)> progress);
 };

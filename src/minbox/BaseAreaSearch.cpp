@@ -10,6 +10,7 @@
 #include "OfferBox.h"
 #include "SearchHull.h"
 #include "Silhouette.h"
+#include "TeskDebug/Exception.h"
 
 namespace {
 
@@ -114,7 +115,11 @@ OrientedBox3 search(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* point
     impl.progress = std::make_unique<ProgressRecord>(0, hull.faceCount(), impl.callback);
     if (!hull.hasFaces()) return lowDimensionBox(impl);
     BoxCandidate best;
-    searchDirections(impl, hull, best);
+    try {
+        searchDirections(impl, hull, best);
+    } catch (const Tesk::AbortException& abort) {
+        throw Tesk::AbortException(abort);  // a copy: what is derived from it stays the callback's
+    }
     return best.volume == impl.unset ? noBox() : toOrientedBox(impl, best);
 }
 

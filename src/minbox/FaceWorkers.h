@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <exception>
+#include <new>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -26,16 +28,32 @@ inline std::vector<FaceRange> splitFaces(int faceCount, std::uint32_t threadCoun
 }
 
 /// Runs work(t) for t = 0 .. count − 1, each on a thread of its own; joins them in this order and
-/// calls joined(t) after each. Where a thread cannot be started, calls giveUp(), joins those that
-/// run, and rethrows. An exception that leaves work() ends the process.
+/// calls joined(t) after each.
+///
+/// Where a thread cannot be started, calls giveUp(), joins those that run, and rethrows. A
+/// std::bad_alloc or std::system_error that leaves work() leads to giveUp(), on that thread, and is
+/// rethrown when all are joined, that of the lowest t. Any other exception that leaves work() ends
+/// the process.
 ///
 /// @tparam Thread  std::thread, or what stands for it in a test
 template <class Thread = std::thread, class Work, class Joined, class GiveUp>
 void runWorkers(std::size_t count, Work work, Joined joined, GiveUp giveUp) {
+    std::vector<std::exception_ptr> failures(count);
+    const auto run = [&](std::size_t t) noexcept {
+        try {
+            work(t);
+        } catch (const std::bad_alloc&) {
+            failures[t] = std::current_exception();
+            giveUp();
+        } catch (const std::system_error&) {
+            failures[t] = std::current_exception();
+            giveUp();
+        }
+    };
     std::vector<Thread> threads;
     threads.reserve(count);
     try {
-        for (std::size_t t = 0; t < count; ++t) threads.emplace_back([&work, t] { work(t); });
+        for (std::size_t t = 0; t < count; ++t) threads.emplace_back([&run, t] { run(t); });
     } catch (...) {
         giveUp();
         for (Thread& thread : threads) thread.join();
@@ -44,5 +62,8 @@ void runWorkers(std::size_t count, Work work, Joined joined, GiveUp giveUp) {
     for (std::size_t t = 0; t < count; ++t) {
         threads[t].join();
         joined(t);
+    }
+    for (const std::exception_ptr& failure : failures) {
+        if (failure) std::rethrow_exception(failure);
     }
 }

@@ -16,7 +16,10 @@ class ProgressRecord {
 
     /// Takes one step, and reports where the percentage has grown. Callable from any thread; the
     /// callback runs on that thread, one call at a time. Passes on what the callback throws.
-    void step();
+    ///
+    /// @return false, without a step, once the callback has thrown: it is never called again, not
+    ///         even for a thread that was waiting while it threw.
+    bool step();
 
     bool isOwnedByThisThread() const { return std::this_thread::get_id() == m_ownerThread; }
 
@@ -27,5 +30,6 @@ class ProgressRecord {
     std::atomic<std::int32_t> m_counter = 0;
     std::function<void(int)> m_callback;
     std::thread::id m_ownerThread;
+    bool m_hasThrown = false;
     std::mutex m_mutex;
 };

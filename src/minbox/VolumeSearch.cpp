@@ -23,11 +23,7 @@ double volumeKey(const VolumeCandidate& box) {
 void workUntilAborted(MinBoundingBoxImpl& impl, std::atomic<bool>& isAborted,
                       FaceSearch::Worker& worker) {
     try {
-        worker.run([&] {
-            if (isAborted) return false;
-            impl.progress->step();
-            return true;
-        });
+        worker.run([&] { return !isAborted && impl.progress->step(); });
     } catch (const Tesk::AbortException&) {
         isAborted = true;
     }
@@ -80,6 +76,7 @@ void searchBesideEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
     } catch (const std::system_error&) {
         throw;
     } catch (...) {
+        // Whatever else the callback threw asks for an end, too.
         isAborted = true;
         edges.join();
         throw Tesk::AbortException(kAborting);

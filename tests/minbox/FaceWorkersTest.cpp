@@ -89,4 +89,28 @@ TEST(FaceWorkers, AThreadThatCannotStartEndsTheOthersAndIsReported) {
     EXPECT_EQ(ThirdFails::started, 3);
 }
 
+TEST(FaceWorkers, AFailureOfMemoryOrThreadsIsCarriedOutOfItsThread) {
+    std::vector<std::size_t> joined;
+    std::atomic<int> givenUp = 0;
+    const auto work = [](std::size_t t) {
+        if (t == 1) throw std::system_error(std::make_error_code(std::errc::no_lock_available));
+        if (t == 2) throw std::bad_array_new_length();
+    };
+    EXPECT_THROW(runWorkers(
+                     4, work, [&](std::size_t t) { joined.push_back(t); }, [&] { ++givenUp; }),
+                 std::system_error);
+    EXPECT_EQ(givenUp, 2);
+    EXPECT_EQ(joined, (std::vector<std::size_t>{0, 1, 2, 3}));
+}
+
+TEST(FaceWorkersDeathTest, AnyOtherExceptionEndsTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto work = [](std::size_t t) {
+        if (t == 1) throw 7;
+    };
+    EXPECT_DEATH(runWorkers(
+                     2, work, [](std::size_t) {}, [] {}),
+                 "");
+}
+
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -42,15 +44,40 @@ TEST(ProgressRecord, CountsWithoutACallback) {
     EXPECT_NO_THROW(record.step());
 }
 
-TEST(ProgressRecord, APercentageWhoseReportThrewIsReportedAgain) {
+TEST(ProgressRecord, AfterAReportThatThrewNoneFollows) {
     int calls = 0;
     ProgressRecord record(0, 1000, [&](int) {
-        if (++calls == 1) throw std::runtime_error("no");
+        if (++calls == 2) throw std::runtime_error("no");
     });
-    for (int i = 0; i < 9; ++i) record.step();
+    for (int i = 0; i < 19; ++i) EXPECT_TRUE(record.step());
     EXPECT_THROW(record.step(), std::runtime_error);
-    record.step();
+    for (int i = 0; i < 30; ++i) EXPECT_FALSE(record.step());
     EXPECT_EQ(calls, 2);
+}
+
+TEST(ProgressRecord, AReportThatThrewLetsNoWaitingThreadReport) {
+    constexpr int kThreads = 7;
+    std::atomic<int> waiting = 0;
+    int calls = 0;
+    ProgressRecord record(0, kThreads, [&](int) {
+        ++calls;
+        // The others are about to wait for the record by now.
+        while (waiting < kThreads) std::this_thread::yield();
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        throw std::runtime_error("no");
+    });
+    std::vector<std::thread> threads;
+    for (int t = 0; t < kThreads; ++t) {
+        threads.emplace_back([&] {
+            ++waiting;
+            try {
+                EXPECT_FALSE(record.step());
+            } catch (const std::runtime_error&) {
+            }
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(calls, 1);
 }
 
 TEST(ProgressRecord, StepsOfManyThreadsAreCountedAndReportedInOrder) {
