@@ -51,22 +51,33 @@ void expectSame(float a, float b) {
     if (!sameBits(a, b)) std::abort();
 }
 
+void expectSame(const PlainScores& a, const PlainScores& b) {
+    expectSame(a.height, b.height);
+    expectSame(a.supportVolume, b.supportVolume);
+    expectSame(a.overhangArea, b.overhangArea);
+    expectSame(a.projectedArea, b.projectedArea);
+    expectSame(a.boxVolume, b.boxVolume);
+}
+
+/// Evaluates as one of the candidates, and by itself.
 void compareWithPlain(const MeshKernel& mesh, const UVector3<float>& direction,
                       const Configure& config) {
     const std::vector<float> areas = plainAreas(mesh);
     const PlainScores plain =
         plainEvaluation(areas, mesh, direction, config.overhangAngle, /*computeSupport=*/true,
                         config.baseHeight, PlainSearch::kTrianglesOfColumn);
+    const FlatMesh flat = flatten(*mesh.getMesh(), mesh.getMatrix());
+    OrientEvaluator evaluator(areas, flat, config.overhangAngle, /*computeSupport=*/true,
+                              config.baseHeight);
+    evaluator.begin({&direction, 1});
     PlainScores s;
-    evaluateOrient(areas, flatten(*mesh.getMesh(), mesh.getMatrix()), direction,
-                   config.overhangAngle, /*computeSupport=*/true, s.height, s.supportVolume,
-                   s.overhangArea, s.projectedArea, s.boxVolume, s.reservedScore,
+    evaluator.evaluate(0, s.height, s.supportVolume, s.overhangArea, s.projectedArea, s.boxVolume,
+                       s.reservedScore);
+    expectSame(s, plain);
+    evaluateOrient(areas, &mesh, direction, config.overhangAngle, /*computeSupport=*/true, s.height,
+                   s.supportVolume, s.overhangArea, s.projectedArea, s.boxVolume, s.reservedScore,
                    config.baseHeight);
-    expectSame(s.height, plain.height);
-    expectSame(s.supportVolume, plain.supportVolume);
-    expectSame(s.overhangArea, plain.overhangArea);
-    expectSame(s.projectedArea, plain.projectedArea);
-    expectSame(s.boxVolume, plain.boxVolume);
+    expectSame(s, plain);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <numbers>
 
+#include "PoseSampling.h"
 #include "TeskDataBasic/Transcendental.h"
 
 namespace {
@@ -47,12 +48,22 @@ void OrientEvaluator::evaluate(std::size_t place, float& height, float& supportV
     reservedScore = 0.0f;
 }
 
-void evaluateOrient(const std::vector<float>& areas, const FlatMesh& mesh,
+void evaluateOrient(const std::vector<float>& areas, const MeshKernel* mesh,
                     UVector3<float> direction, float overhangAngle, bool computeSupport,
                     float& height, float& supportVolume, float& overhangArea, float& projectedArea,
                     float& boxVolume, float& reservedScore, const float& baseHeight) {
-    OrientEvaluator evaluator(areas, mesh, overhangAngle, computeSupport, baseHeight);
-    evaluator.begin({&direction, 1});
-    evaluator.evaluate(0, height, supportVolume, overhangArea, projectedArea, boxVolume,
-                       reservedScore);
+    const FlatMesh flat = flatten(*mesh->getMesh(), mesh->getMatrix());
+    TurnedPart part;
+    turnParts(flat, {&direction, 1}, baseHeight, {&part, 1});
+    boxVolume = part.box.Volume();
+    height = part.box.MaxZ() - part.box.MinZ();
+    SupportMeasures support;
+    if (computeSupport) {
+        support =
+            samplePose(flat, areas, part, makeSampleGrid(part.box), cosineOfDegrees(overhangAngle));
+    }
+    supportVolume = support.supportVolume;
+    overhangArea = support.overhangArea;
+    projectedArea = support.projectedArea;
+    reservedScore = 0.0f;
 }

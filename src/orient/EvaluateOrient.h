@@ -9,6 +9,7 @@
 #include "SampleGrid.h"
 #include "SupportSampling.h"
 #include "TeskDataBasic/UVector3.h"
+#include "TeskMeshData/MeshKernel.h"
 #include "TurnedPart.h"
 
 /// Measures candidate build directions: turns the placed mesh about the centre of its placed box
@@ -58,8 +59,19 @@ class OrientEvaluator {
     SupportSampler m_sampler;
 };
 
-/// Measures one candidate build direction alone, as an OrientEvaluator does.
-void evaluateOrient(const std::vector<float>& areas, const FlatMesh& mesh,
+/// Measures one build direction of a mesh alone: gives the bits of an OrientEvaluator, by a search
+/// in a TriangleRectTree for every sample (see samplePose()). Reads the mesh only; may run at once
+/// for any number of directions. Sets all six outputs, which are those of
+/// OrientEvaluator::evaluate().
+///
+/// @param areas           area of every triangle as placed, in mesh order
+/// @param mesh            not null
+/// @param direction       any length above zero
+/// @param overhangAngle   degrees
+/// @param computeSupport  where it is false, the four support measures are 0
+/// @param baseHeight      the z of the turned part's lowest point; −1 or less leaves it where the
+///                        turn put it
+void evaluateOrient(const std::vector<float>& areas, const MeshKernel* mesh,
                     UVector3<float> direction, float overhangAngle, bool computeSupport,
                     float& height, float& supportVolume, float& overhangArea, float& projectedArea,
                     float& boxVolume, float& reservedScore, const float& baseHeight);

@@ -2,21 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
-
-#include "TeskDataBasic/UPoint2.h"
-#include "TeskDataBasic/UVector2.h"
 
 namespace {
 
 /// A window with more samples under rectangles than this, or more samples, is measured in halves.
 constexpr std::uint64_t kMostHits = 1u << 20;
 constexpr std::uint64_t kMostCells = 1u << 22;
-
-UPoint2<float> fromAbove(const UPoint3<float>& p) {
-    return {p.x, p.y};
-}
 
 /// Least and greatest of three numbers; a NaN is passed over.
 struct Bounds {
@@ -33,41 +25,6 @@ struct Bounds {
 
 }  // namespace
 
-/// A turned triangle.
-struct SupportSampler::Corners {
-    UPoint3<float> a, b, c;
-
-    /// The upward part of the unit normal.
-    float normalZ() const { return ((b - a) * (c - b)).GetNormal().z; }
-
-    /// The edges as the column at x sees them. A point is under the triangle where it lies on the
-    /// same side of all three, for either winding, or exactly on the line through one: within the
-    /// triangle's rectangle, that counts too.
-    ColumnEdges edgesAt(float x) const {
-        ColumnEdges edges{};
-        const std::array<const UPoint3<float>*, 4> loop = {&a, &b, &c, &a};
-        for (std::size_t k = 0; k < 3; ++k) {
-            const UVector2<float> along = fromAbove(*loop[k + 1]) - fromAbove(*loop[k]);
-            edges.alongX[k] = along.x;
-            edges.fromY[k] = loop[k]->y;
-            edges.across[k] = along.y * (x - loop[k]->x);
-        }
-        return edges;
-    }
-
-    /// The plane over the edges from a; its determinant is 0 where the triangle stands upright.
-    ColumnPlane planeAt(float x) const {
-        const UVector3<float> u = b - a;
-        const UVector3<float> v = c - a;
-        const auto ux = static_cast<double>(u.x);
-        const auto uy = static_cast<double>(u.y);
-        const auto vx = static_cast<double>(v.x);
-        const auto vy = static_cast<double>(v.y);
-        const auto dx = static_cast<double>(x - a.x);
-        return {ux, uy * dx, vx, dx * vy, ux * vy - uy * vx, a.y, a.z, u.z, v.z};
-    }
-};
-
 std::uint64_t SupportSampler::Window::cells() const {
     if (isEmpty()) return 0;
     return static_cast<std::uint64_t>(endColumn - firstColumn) * (endRow - firstRow);
@@ -78,9 +35,8 @@ SupportSampler::Window SupportSampler::Window::with(const Window& other) const {
             std::max(firstRow, other.firstRow), std::min(endRow, other.endRow)};
 }
 
-SupportSampler::Corners SupportSampler::cornersOf(std::int32_t triangle) const {
-    const auto& [a, b, c] = m_mesh.corners[static_cast<std::size_t>(triangle)];
-    return {m_part->point(m_mesh, a), m_part->point(m_mesh, b), m_part->point(m_mesh, c)};
+TurnedTriangle SupportSampler::turned(std::int32_t triangle) const {
+    return {m_mesh, *m_part, triangle};
 }
 
 SupportMeasures SupportSampler::sample(const TurnedPart& part, const SampleGrid& grid,
@@ -98,7 +54,7 @@ SupportMeasures SupportSampler::sample(const TurnedPart& part, const SampleGrid&
     }
     std::vector<Footprint> footprints;
     for (const std::int32_t triangle : triangles) {
-        const Window window = windowUnder(cornersOf(triangle));
+        const Window window = windowUnder(turned(triangle));
         if (!window.isEmpty()) footprints.push_back({window, triangle});
     }
     sampleWindow(all, footprints);
@@ -111,7 +67,7 @@ SupportSampler::Window SupportSampler::allSamples() const {
 }
 
 /// The samples in a triangle's rectangle.
-SupportSampler::Window SupportSampler::windowUnder(const Corners& t) const {
+SupportSampler::Window SupportSampler::windowUnder(const TurnedTriangle& t) const {
     const Bounds x(t.a.x, t.b.x, t.c.x);
     const Bounds y(t.a.y, t.b.y, t.c.y);
     return {static_cast<std::uint32_t>(m_grid->columns.countBelow(x.low)),
@@ -125,7 +81,7 @@ bool SupportSampler::collectAllHits(std::span<const std::int32_t> triangles) {
     m_hits.clear();
     const Window all = allSamples();
     for (const std::int32_t triangle : triangles) {
-        const Corners t = cornersOf(triangle);
+        const TurnedTriangle t = turned(triangle);
         const Window samples = windowUnder(t);
         if (samples.isEmpty()) continue;
         collectHits(all, samples, t, triangle);
@@ -147,7 +103,7 @@ void SupportSampler::sampleWindow(const Window& window, std::span<const Footprin
     for (const Footprint& footprint : footprints) {
         const Window samples = footprint.window.with(window);
         if (samples.isEmpty()) continue;
-        collectHits(window, samples, cornersOf(footprint.triangle), footprint.triangle);
+        collectHits(window, samples, turned(footprint.triangle), footprint.triangle);
     }
     measureHits(cells);
 }
@@ -157,7 +113,8 @@ void SupportSampler::measureHits(std::uint64_t cells) {
     for (std::size_t first = 0; first < m_hits.size();) {
         std::size_t end = first + 1;
         while (end < m_hits.size() && m_hits[end].sample == m_hits[first].sample) ++end;
-        measureColumn(std::span(m_hits).subspan(first, end - first));
+        measureColumn(std::span(m_hits).subspan(first, end - first), m_areas, m_grid->cellArea,
+                      m_sums);
         first = end;
     }
 }
@@ -180,8 +137,8 @@ void SupportSampler::sampleHalves(const Window& window, std::span<const Footprin
     }
 }
 
-void SupportSampler::collectHits(const Window& window, const Window& samples, const Corners& t,
-                                 std::int32_t triangle) {
+void SupportSampler::collectHits(const Window& window, const Window& samples,
+                                 const TurnedTriangle& t, std::int32_t triangle) {
     const TurnKernels& kernels = turnKernels();
     const std::size_t rowCount = samples.endRow - samples.firstRow;
     const float* rows = m_grid->rows.data() + samples.firstRow;
@@ -220,39 +177,13 @@ void SupportSampler::sortHits(std::uint64_t cells) {
     m_sortedHits.resize(m_hits.size());
     for (unsigned shift = 0; (cells - 1) >> shift != 0; shift += kBits) {
         std::array<std::uint32_t, kDigit + 2> starts{};
-        for (const Hit& hit : m_hits) ++starts[((hit.sample >> shift) & kDigit) + 1];
+        for (const ColumnHit& hit : m_hits) ++starts[((hit.sample >> shift) & kDigit) + 1];
         for (std::size_t digit = 1; digit < starts.size(); ++digit) {
             starts[digit] += starts[digit - 1];
         }
-        for (const Hit& hit : m_hits) {
+        for (const ColumnHit& hit : m_hits) {
             m_sortedHits[starts[(hit.sample >> shift) & kDigit]++] = hit;
         }
         m_hits.swap(m_sortedHits);
     }
-}
-
-/// Adds one column: between the ground and the lowest hit, and between the following pairs, lies
-/// what is open below a triangle. Hits at the same height are one; where they do not come in pairs
-/// then, only the column's own area counts.
-void SupportSampler::measureColumn(std::span<Hit> hits) {
-    if (hits.size() < 2) return;
-    m_sums.projectedArea += m_grid->cellArea;
-    const auto isUpright = [](const Hit& hit) { return !std::isfinite(hit.z); };
-    const auto finiteEnd = std::remove_if(hits.begin(), hits.end(), isUpright);
-    std::sort(hits.begin(), finiteEnd, [](const Hit& a, const Hit& b) {
-        return a.z != b.z ? a.z < b.z : a.triangle < b.triangle;
-    });
-    auto end =
-        std::unique(hits.begin(), finiteEnd, [](const Hit& a, const Hit& b) { return a.z == b.z; });
-    if ((end - hits.begin()) % 2 != 0) end = hits.begin();
-    float length = 0.0f;
-    float below = 0.0f;
-    for (auto hit = hits.begin(); hit != end; hit += 2) {
-        if ((hit->triangle & 1) != 0) {
-            length += std::fabs(hit->z - below);
-            m_sums.overhangArea += m_areas[hit->triangle / 2];
-        }
-        below = (hit + 1)->z;
-    }
-    m_sums.supportVolume += length * m_grid->cellArea;
 }

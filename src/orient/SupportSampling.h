@@ -4,15 +4,11 @@
 #include <span>
 #include <vector>
 
+#include "ColumnHits.h"
 #include "FlatMesh.h"
 #include "SampleGrid.h"
 #include "TurnedPart.h"
-
-struct SupportMeasures {
-    float supportVolume = 0.0f;
-    float overhangArea = 0.0f;
-    float projectedArea = 0.0f;
-};
+#include "TurnedTriangle.h"
 
 /// Measures the support that a turned part needs, column by column of a grid.
 ///
@@ -49,27 +45,16 @@ class SupportSampler {
         std::int32_t triangle;
     };
 
-    /// Where the column over a sample meets a triangle's plane.
-    struct Hit {
-        std::uint32_t sample;  ///< counted within the window
-        /// Twice the triangle, and 1 more if it overhangs.
-        std::uint32_t triangle;
-        float z;  ///< not finite where the triangle stands upright
-    };
-
-    struct Corners;
-
-    Corners cornersOf(std::int32_t triangle) const;
+    TurnedTriangle turned(std::int32_t triangle) const;
     Window allSamples() const;
-    Window windowUnder(const Corners& corners) const;
+    Window windowUnder(const TurnedTriangle& t) const;
     bool collectAllHits(std::span<const std::int32_t> triangles);
     void sampleWindow(const Window& window, std::span<const Footprint> footprints);
     void sampleHalves(const Window& window, std::span<const Footprint> footprints);
-    void collectHits(const Window& window, const Window& samples, const Corners& corners,
+    void collectHits(const Window& window, const Window& samples, const TurnedTriangle& t,
                      std::int32_t triangle);
     void measureHits(std::uint64_t cells);
     void sortHits(std::uint64_t cells);
-    void measureColumn(std::span<Hit> hits);
 
     const FlatMesh& m_mesh;
     const std::vector<float>& m_areas;
@@ -77,8 +62,8 @@ class SupportSampler {
     const SampleGrid* m_grid = nullptr;
     float m_overhangCosine = 0.0f;
     SupportMeasures m_sums;
-    std::vector<Hit> m_hits;
-    std::vector<Hit> m_sortedHits;
+    std::vector<ColumnHit> m_hits;  ///< samples counted within a window
+    std::vector<ColumnHit> m_sortedHits;
     std::vector<std::uint32_t> m_places;
     std::vector<float> m_heights;
 };

@@ -37,20 +37,14 @@ inline std::vector<PlainScores> evaluatedTogether(const std::vector<UVector3<flo
     return scores;
 }
 
-/// The same for one direction alone.
-inline PlainScores evaluated(const std::vector<float>& areas, const FlatMesh& mesh,
-                             const UVector3<float>& direction, const Question& question) {
+/// One direction measured by itself, with the tree.
+inline PlainScores evaluatedAlone(const std::vector<float>& areas, const MeshKernel& mesh,
+                                  const UVector3<float>& direction, const Question& question) {
     PlainScores s{-77.0f, -77.0f, -77.0f, -77.0f, -77.0f, -77.0f};
-    evaluateOrient(areas, mesh, direction, question.overhangAngle, question.computeSupport,
+    evaluateOrient(areas, &mesh, direction, question.overhangAngle, question.computeSupport,
                    s.height, s.supportVolume, s.overhangArea, s.projectedArea, s.boxVolume,
                    s.reservedScore, question.baseHeight);
     return s;
-}
-
-inline PlainScores evaluated(const MeshKernel& mesh, const UVector3<float>& direction,
-                             const Question& question) {
-    return evaluated(plainAreas(mesh), flatten(*mesh.getMesh(), mesh.getMatrix()), direction,
-                     question);
 }
 
 inline std::string inHex(const PlainScores& s) {
@@ -69,8 +63,25 @@ inline testing::AssertionResult areSame(const PlainScores& a, const PlainScores&
     return testing::AssertionFailure() << "\n    " << inHex(a) << "\n    " << inHex(b);
 }
 
-/// Compares the evaluation with the plain one, bit for bit, over the given directions, with every
-/// width of vectors that this processor has.
+/// The measures of one direction, which come out the same from the evaluator of the candidates and
+/// from the measuring of one direction by itself.
+inline PlainScores evaluated(const std::vector<float>& areas, const MeshKernel& mesh,
+                             const UVector3<float>& direction, const Question& question) {
+    const FlatMesh flat = flatten(*mesh.getMesh(), mesh.getMatrix());
+    OrientEvaluator evaluator(areas, flat, question.overhangAngle, question.computeSupport,
+                              question.baseHeight);
+    const PlainScores scores = evaluatedTogether({direction}, evaluator).front();
+    EXPECT_TRUE(areSame(scores, evaluatedAlone(areas, mesh, direction, question)));
+    return scores;
+}
+
+inline PlainScores evaluated(const MeshKernel& mesh, const UVector3<float>& direction,
+                             const Question& question) {
+    return evaluated(plainAreas(mesh), mesh, direction, question);
+}
+
+/// Compares both ways to evaluate with the plain one, bit for bit, over the given directions, with
+/// every width of vectors that this processor has.
 inline void expectSameAsPlain(const MeshKernel& mesh,
                               const std::vector<UVector3<float>>& directions,
                               const Question& question) {
@@ -93,5 +104,9 @@ inline void expectSameAsPlain(const MeshKernel& mesh,
                 << "\ndirection " << hexFloat(d.x) << ' ' << hexFloat(d.y) << ' ' << hexFloat(d.z)
                 << ", base height " << question.baseHeight << ", " << kernels->name;
         }
+    }
+    for (std::size_t i = 0; i < directions.size(); ++i) {
+        ASSERT_TRUE(areSame(evaluatedAlone(areas, mesh, directions[i], question), plain[i]))
+            << "\ndirection " << i << " alone, base height " << question.baseHeight;
     }
 }

@@ -248,8 +248,7 @@ TEST(EvaluateOrient, AreasComeFromTheListByTheTrianglesPlace) {
     std::vector<float> areas(part.triangles.size(), 0.0f);
     areas[0] = 2.0f;  // half of the plate's lower face
     areas[1] = 2.0f;
-    const FlatMesh flat = flatten(*mesh.getMesh(), mesh.getMatrix());
-    const PlainScores s = evaluated(areas, flat, kUp, {});
+    const PlainScores s = evaluated(areas, mesh, kUp, {});
     const PlainScores real = evaluated(mesh, kUp, {});
     EXPECT_GT(s.overhangArea, 0.0f);
     EXPECT_NE(s.overhangArea, real.overhangArea);

@@ -5,7 +5,10 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
+#include "OrientOptimizer.h"
+#include "RandomSource.h"
 #include "TestRandom.h"
 #include "TestSize.h"
 
@@ -52,21 +55,22 @@ void expectNothingMissed(const TriangleRectTree& tree, const std::vector<Triangl
     ASSERT_TRUE(std::includes(visited.begin(), visited.end(), inside.begin(), inside.end()));
 }
 
-/// The tree shows its leaves from outside when all rectangles but one are empty: a query inside
-/// that one then reaches its leaf and no other.
-std::size_t leafSizeOf(std::vector<TriangleRect> entries, std::size_t one) {
+/// The triangles of the leaf that holds one of the entries. The tree shows its leaves from outside
+/// when all rectangles but one are empty: a query inside that one then reaches its leaf and no
+/// other.
+std::vector<int> leafOf(std::vector<TriangleRect> entries, std::size_t one) {
     for (TriangleRect& entry : entries) entry.rect = Rect();
     entries[one].rect = {1.0f, 2.0f, 1.0f, 2.0f};
     const int triangle = entries[one].triangle;
     const std::vector<int> visited = visitedAt(TriangleRectTree(std::move(entries)), {1.5f, 1.5f});
     EXPECT_EQ(std::count(visited.begin(), visited.end(), triangle), 1);
-    return visited.size();
+    return visited;
 }
 
 void expectSmallLeaves(const std::vector<TriangleRect>& entries) {
     const std::size_t stride = std::max<std::size_t>(1, entries.size() / 40);
     for (std::size_t i = 0; i < entries.size(); i += stride) {
-        const std::size_t size = leafSizeOf(entries, i);
+        const std::size_t size = leafOf(entries, i).size();
         ASSERT_GE(size, 1u);
         ASSERT_LE(size, 8u) << "of " << entries.size() << " entries";
     }
@@ -137,7 +141,7 @@ TEST(TriangleRectTree, WithAtMostEightTrianglesTheRootIsASingleLeaf) {
 
 TEST(TriangleRectTree, ALeafIsSplitFromNineTrianglesOn) {
     const auto entries = randomEntries(9, 1.0f, 90);
-    EXPECT_LE(leafSizeOf(entries, 0), 5u);
+    EXPECT_LE(leafOf(entries, 0).size(), 5u);
 }
 
 TEST(TriangleRectTree, WithoutTrianglesNoPointVisitsAnything) {
@@ -209,6 +213,68 @@ TEST(TriangleRectTree, TwoBuildsOverTheSameEntriesVisitTheSameTriangles) {
     }
 }
 
+TEST(TriangleRectTree, TakesTheListOver) {
+    auto entries = randomEntries(100, 15.0f, 11);
+    const TriangleRectTree tree(std::move(entries));
+    EXPECT_TRUE(entries.empty());  // NOLINT(bugprone-use-after-move)
+    EXPECT_FALSE(visitedAt(tree, middleOf(tree.bounds())).empty());
+}
+
+TEST(TriangleRectTree, EqualEntriesGiveATreeThatVisitsInEqualOrder) {
+    const auto entries = randomEntries(800, 30.0f, 13);
+    const TriangleRectTree first(entries);
+    const TriangleRectTree second(entries);
+    TestRandom random(33);
+    for (int i = 0; i < 200; ++i) {
+        const float x = random.in(0.0f, 130.0f);
+        const UPoint2<float> p(x, random.in(0.0f, 130.0f));
+        ASSERT_EQ(visitedAt(first, p), visitedAt(second, p));
+    }
+}
+
+TEST(TriangleRectTree, DrawsNoneOfTheCallersRandomNumbers) {
+    const auto entries = randomEntries(800, 30.0f, 14);
+    OptimizeOrient::seedRandom(5);
+    const int expected = nextRandom();
+    OptimizeOrient::seedRandom(5);
+    const TriangleRectTree tree(entries);
+    EXPECT_EQ(nextRandom(), expected);
+}
+
+/// Entries in four corners of a square, eight each, in mixed order; the corner is triangle % 4.
+std::vector<TriangleRect> entriesInFourCorners() {
+    std::vector<TriangleRect> entries;
+    for (int i = 0; i < 32; ++i) {
+        const auto within = static_cast<float>((i * 13) % 32);
+        const UPoint2<float> p((i & 1) != 0 ? 100.0f + within : within,
+                               (i & 2) != 0 ? 100.0f + within : within);
+        entries.push_back({{p.x, p.x, p.y, p.y}, p, i});
+    }
+    return entries;
+}
+
+/// How many entries of the same leaf agree with the given one in some bits of the triangle.
+std::ptrdiff_t alikeInLeaf(const std::vector<TriangleRect>& entries, std::size_t one, int bits) {
+    const std::vector<int> leaf = leafOf(entries, one);
+    EXPECT_EQ(leaf.size(), 8u);
+    const int triangle = entries[one].triangle;
+    return std::count_if(leaf.begin(), leaf.end(),
+                         [&](int other) { return ((other ^ triangle) & bits) == 0; });
+}
+
+TEST(TriangleRectTree, TheRootIsSplitByYAndItsChildrenByX) {
+    // Each selection may leave one entry on the wrong side.
+    const std::vector<TriangleRect> all = entriesInFourCorners();
+    const std::vector<TriangleRect> half(all.begin(), all.begin() + 16);
+    for (std::size_t i = 0; i < half.size(); ++i) {
+        const std::ptrdiff_t alike = alikeInLeaf(half, i, 2);
+        EXPECT_TRUE(alike <= 1 || alike >= 7) << alike << " of 8 lie on one side along y";
+    }
+    int together = 0;
+    for (std::size_t i = 0; i < all.size(); ++i) together += alikeInLeaf(all, i, 3) >= 6 ? 1 : 0;
+    EXPECT_GE(together, 24);
+}
+
 TEST(TriangleRectTree, TheVisitorReceivesTheTrianglesOwnIndex) {
     auto entries = randomEntries(40, 2.0f, 12);
     for (TriangleRect& entry : entries) entry.triangle = 1000 - 3 * entry.triangle;
@@ -217,6 +283,20 @@ TEST(TriangleRectTree, TheVisitorReceivesTheTrianglesOwnIndex) {
         const std::vector<int> visited = visitedAt(tree, middleOf(entry.rect));
         EXPECT_EQ(std::count(visited.begin(), visited.end(), entry.triangle), 1);
     }
+}
+
+TEST(TriangleRectTree, EqualCentroidsTakeNoLongerThanOthers) {
+    // In quadratic time this would take minutes.
+    const int n = testsAreSmall() ? 100000 : 1000000;
+    std::vector<TriangleRect> entries(static_cast<std::size_t>(n));
+    for (int i = 0; i < n; ++i) entries[static_cast<std::size_t>(i)].triangle = i;
+    EXPECT_TRUE(visitedAt(TriangleRectTree(std::move(entries)), {0, 0}).empty());
+}
+
+TEST(TriangleRectTree, APointThatIsNoNumberVisitsNothing) {
+    const TriangleRectTree tree(randomEntries(50, 90.0f, 15));
+    EXPECT_TRUE(visitedAt(tree, {kNan, 50.0f}).empty());
+    EXPECT_TRUE(visitedAt(tree, {50.0f, kNan}).empty());
 }
 
 TEST(TriangleRectTree, PointsInOneLineStillDivideEvenly) {

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <vector>
+
+#include "ColumnHits.h"
+#include "FlatMesh.h"
+#include "SampleGrid.h"
+#include "TurnedPart.h"
+
+/// Measures the support that one turned part needs, sample by sample of a grid: a TriangleRectTree
+/// over all triangles tells which of them may lie over a sample.
+///
+/// Gives the bits of a SupportSampler. That one goes through the triangles instead of the samples,
+/// which is quicker, and remembers nothing but hits; this one is the plain way to ask about single
+/// samples. Cost: O(n log n) for n triangles, and per sample O(log n) and the triangles over it.
+///
+/// @param areas           of every triangle
+/// @param overhangCosine  a triangle overhangs where its unit normal's z is below −overhangCosine
+SupportMeasures samplePose(const FlatMesh& mesh, const std::vector<float>& areas,
+                           const TurnedPart& part, const SampleGrid& grid, float overhangCosine);
