@@ -10,9 +10,9 @@
 /// Measures the support that one turned part needs, sample by sample of a grid: a TriangleRectTree
 /// over all triangles tells which of them may lie over a sample.
 ///
-/// Gives the bits of a SupportSampler. That one goes through the triangles instead of the samples,
-/// which is quicker, and remembers nothing but hits; this one is the plain way to ask about single
-/// samples. Cost: O(n log n) for n triangles, and per sample O(log n) and the triangles over it.
+/// Gives the bits of a SupportSampler, which goes through the triangles instead of the samples and
+/// suits many poses of a fine mesh. Cost: O(n log n) for n triangles, and for every sample O(log n)
+/// and the triangles of the leaves over it.
 ///
 /// @param areas           of every triangle
 /// @param overhangCosine  a triangle overhangs where its unit normal's z is below −overhangCosine

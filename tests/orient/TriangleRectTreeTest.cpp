@@ -286,10 +286,10 @@ TEST(TriangleRectTree, TheVisitorReceivesTheTrianglesOwnIndex) {
 }
 
 TEST(TriangleRectTree, EqualCentroidsTakeNoLongerThanOthers) {
-    // In quadratic time this would take minutes.
-    const int n = testsAreSmall() ? 100000 : 1000000;
-    std::vector<TriangleRect> entries(static_cast<std::size_t>(n));
-    for (int i = 0; i < n; ++i) entries[static_cast<std::size_t>(i)].triangle = i;
+    // In quadratic time this would take many minutes.
+    constexpr int kCount = 1000000;
+    std::vector<TriangleRect> entries(kCount);
+    for (int i = 0; i < kCount; ++i) entries[static_cast<std::size_t>(i)].triangle = i;
     EXPECT_TRUE(visitedAt(TriangleRectTree(std::move(entries)), {0, 0}).empty());
 }
 
