@@ -10,6 +10,7 @@
 #include "FlatMesh.h"
 #include "FloatBits.h"
 #include "PlainEvaluation.h"
+#include "TestSize.h"
 
 /// What an evaluation is asked for beside mesh and direction.
 struct Question {
@@ -105,7 +106,8 @@ inline void expectSameAsPlain(const MeshKernel& mesh,
                 << ", base height " << question.baseHeight << ", " << kernels->name;
         }
     }
-    for (std::size_t i = 0; i < directions.size(); ++i) {
+    const std::size_t stride = testsAreSmall() ? 3 : 1;
+    for (std::size_t i = 0; i < directions.size(); i += stride) {
         ASSERT_TRUE(areSame(evaluatedAlone(areas, mesh, directions[i], question), plain[i]))
             << "\ndirection " << i << " alone, base height " << question.baseHeight;
     }
