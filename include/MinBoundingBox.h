@@ -86,9 +86,11 @@ class TESK_ORIENT_API MinBoundingBox {
     /// of the convex hull. Progress and exceptions as minBaseAreaAndHeightBox().
     OrientedBox3 minBaseAreaBox(int n, const UPoint3<float>* points);
 
-    /// The box of least cross-section with axis[2] along the given axis (any length). Runs on the
-    /// calling thread, reports no progress and cannot be aborted. The axes (0, 0, z) other than
-    /// (0, 0, 1) exactly, the zero axis and axes that are not finite give no box.
+    /// The box of least cross-section with axis[2] along the given axis (any length), also where
+    /// the axis runs along edges or faces of the part: no more than a millionth above the least, or
+    /// 1e-8 of the square of the shadow's extent where the shadow is thin. Runs on the calling
+    /// thread, reports no progress and cannot be aborted. The axes (0, 0, z) other than (0, 0, 1)
+    /// exactly, the zero axis and axes that are not finite give no box.
     OrientedBox3 minBaseAreaBoxAroundAxis(int n, const UPoint3<float>* points,
                                           UVector3<float> axis);
 

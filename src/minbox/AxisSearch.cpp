@@ -5,6 +5,7 @@
 
 #include "BaseAreaScores.h"
 #include "Calipers.h"
+#include "LeastRectangle.h"
 #include "LowDimensionBox.h"
 #include "SearchHull.h"
 #include "TeskSDKCommonTools/ConvexHull2.h"
@@ -25,37 +26,52 @@ Outline shadowOf(const MinBoundingBoxImpl& impl, const AxisPlane& plane) {
     return corners;
 }
 
-/// A vector from one vertex to another, as the axis sees it.
-Vector across(const MinBoundingBoxImpl& impl, const Vector& axis, int from, int to) {
-    const Vector edge = hullPoint(impl, to) - hullPoint(impl, from);
-    return axis * (edge * axis);
+/// The box over the rectangle that the kernel finds around the shadow in single precision; unset
+/// where rounding spoils it. Where the axis runs along edges of the hull, their two ends part in
+/// the shadow, and calipers that meet such a short edge may lose their way.
+BoxCandidate boxOfFloats(const MinBoundingBoxImpl& impl, const AxisPlane& plane,
+                         const Vector& axis) {
+    const Outline shadow = shadowOf(impl, plane);
+    if (shadow.size() < 3) return {};
+    Calipers calipers(impl);
+    calipers.set(axis, shadow);
+    BoxCandidate box = lowestBox(
+        impl, axis, calipers,
+        [&](const Vector& origin, const Vector& along) { return rangeAlong(impl, origin, along); });
+    const bool isSound = secure(impl, box) == FrameState::kSound && !std::isnan(box.volume);
+    return isSound ? box : BoxCandidate();
 }
 
-/// The longest of the vectors from a shadow's corner to the others.
-Vector longestFrom(const MinBoundingBoxImpl& impl, const Vector& axis, const Outline& shadow,
-                   int& corner) {
-    const int from = corner;
-    Vector longest;
-    for (const int to : shadow) {
-        const Vector edge = across(impl, axis, from, to);
-        if ((edge | edge) > (longest | longest)) {
-            longest = edge;
-            corner = to;
-        }
+/// The box over the least rectangle around the shadow in double precision, where ends of edges
+/// along the axis coincide but for a known tolerance. Its ranges are those of all hull vertices.
+BoxFrame boxOfDoubles(const MinBoundingBoxImpl& impl, const Vector& axis) {
+    constexpr double kTolerance = 1e-9;  // of the shadow's extent
+    const Vector unit = axis.GetNormal();
+    const Vector e1 = anyOrthogonal(unit).GetNormal();
+    const Vector e2 = unit * e1;
+    std::vector<double> coordinates;
+    coordinates.reserve(impl.computePoints->size());
+    for (int i = 0; i < hullVertexCount(impl); ++i) {
+        const Vector p = hullPoint(impl, i) - hullPoint(impl, 0);
+        coordinates.insert(coordinates.end(), {p | e1, p | e2});
     }
-    return longest;
+    const gte::ConvexHull2 hull(coordinates, hullVertexCount(impl));
+    PlanePolygon shadow;
+    for (const int i : hull.getIndices()) {
+        const auto at = 2 * static_cast<std::size_t>(i);
+        shadow.emplace_back(coordinates[at], coordinates[at + 1]);
+    }
+    shadow = withoutNearCorners(shadow, kTolerance * extentOf(shadow));
+    if (shadow.size() < 2) return frameAlong(impl, {e1, e2, axis});
+    const std::size_t edge = leastRectangleEdge(shadow);
+    const UVector2<double> side = shadow[edge + 1 == shadow.size() ? 0 : edge + 1] - shadow[edge];
+    const Vector along = (e1 * side.x + e2 * side.y).GetNormal();
+    return frameAlong(impl, {along, unit * along, axis});
 }
 
-/// The box of points whose shadow has no area: along the shadow, or any way round for a point.
-OrientedBox3 thinBox(MinBoundingBoxImpl& impl, const Vector& axis, const Outline& shadow) {
-    Vector along;
-    if (!shadow.empty()) {
-        int end = shadow[0];
-        longestFrom(impl, axis, shadow, end);
-        along = longestFrom(impl, axis, shadow, end);
-    }
-    if ((along | along) == impl.zero) along = anyOrthogonal(axis);
-    return boxAlong(impl, {along, axis * along, axis});
+double crossSectionOf(const BoxFrame& box) {
+    return box.ranges[0].length() * box.ranges[1].length() /
+           std::sqrt(box.squaredLengths[0] * box.squaredLengths[1]);
 }
 
 }  // namespace
@@ -92,6 +108,8 @@ double AxisPlane::v(const UPoint3<float>& p) const {
 
 OrientedBox3 searchAroundAxis(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points,
                               const UVector3<float>& axis) {
+    // Of the cross-section: what the two ways may differ by.
+    constexpr double kRounding = 1e-6;
     impl.caliperFlag = true;
     impl.pointCount = n;
     impl.baseAreaMode = false;
@@ -101,17 +119,9 @@ OrientedBox3 searchAroundAxis(MinBoundingBoxImpl& impl, int n, const UPoint3<flo
     if (hullVertexCount(impl) == 0 || !plane.isSound()) return noBox();
     if (hullVertexCount(impl) == 1) return lowDimensionBox(impl);
     const Vector direction = axis.As<double>();
-    Outline shadow = shadowOf(impl, plane);
-    // Rounding can tell corners apart in the shadow that lie straight above each other.
-    removeSteep(impl, direction, shadow);
-    if (shadow.size() < 3) return thinBox(impl, direction, shadow);
-    Calipers calipers(impl);
-    calipers.set(direction, shadow);
-    BoxCandidate box = lowestBox(
-        impl, direction, calipers,
-        [&](const Vector& origin, const Vector& along) { return rangeAlong(impl, origin, along); });
-    const FrameState state = secure(impl, box);
-    if (state == FrameState::kRetaken) measureAgain(impl, box);
-    const bool isBox = state != FrameState::kDropped && !std::isnan(box.volume);
-    return isBox ? toOrientedBox(impl, box) : thinBox(impl, direction, shadow);
+    const BoxCandidate single = boxOfFloats(impl, plane, direction);
+    const BoxFrame least = boxOfDoubles(impl, direction);
+    const double limit = crossSectionOf(least) * direction.GetLength() * (1.0 + kRounding);
+    if (single.volume != impl.unset && single.area <= limit) return toOrientedBox(impl, single);
+    return toOrientedBox(impl, least);
 }

@@ -10,7 +10,7 @@ Vector anyOrthogonal(const Vector& v) {
     return v * Vector(0, 0, 1);
 }
 
-OrientedBox3 boxAlong(MinBoundingBoxImpl& impl, const std::array<Vector, 3>& axes) {
+BoxFrame frameAlong(const MinBoundingBoxImpl& impl, const std::array<Vector, 3>& axes) {
     BoxFrame frame;
     frame.origin = hullPoint(impl, 0);
     frame.axes = axes;
@@ -20,7 +20,11 @@ OrientedBox3 boxAlong(MinBoundingBoxImpl& impl, const std::array<Vector, 3>& axe
         frame.ranges[i] = rangeAlong(impl, frame.origin, axes[i]);
         frame.volume *= frame.ranges[i].length() / std::sqrt(frame.squaredLengths[i]);
     }
-    return toOrientedBox(impl, frame);
+    return frame;
+}
+
+OrientedBox3 boxAlong(MinBoundingBoxImpl& impl, const std::array<Vector, 3>& axes) {
+    return toOrientedBox(impl, frameAlong(impl, axes));
 }
 
 OrientedBox3 lowDimensionBox(MinBoundingBoxImpl& impl) {

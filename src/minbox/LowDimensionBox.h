@@ -9,6 +9,7 @@
 OrientedBox3 lowDimensionBox(MinBoundingBoxImpl& impl);
 
 /// The box of all hull vertices along axes that are orthogonal, not of zero length.
+BoxFrame frameAlong(const MinBoundingBoxImpl& impl, const std::array<Vector, 3>& axes);
 OrientedBox3 boxAlong(MinBoundingBoxImpl& impl, const std::array<Vector, 3>& axes);
 
 /// A vector at a right angle to one that is not zero.

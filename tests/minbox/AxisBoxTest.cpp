@@ -87,6 +87,34 @@ TEST(AxisBox, PointsInAPlaneAlongTheAxisGiveAFlatBox) {
     EXPECT_LT(farthestOutside(box, points), 1e-6);
 }
 
+TEST(AxisBox, AlongAnEdgeOfATurnedBoxIsTheBoxItself) {
+    // The ends of the edges part in the shadow, as the turned corners are rounded.
+    const UMatrix4<float> turn = UMatrix4<float>::CreateRotateMatrix(3.0f, {1, 2, 3});
+    Points points = transformed(boxCorners(2, 3, 4), turn);
+    for (UPoint3<float>& p : points) p = p + UVector3<float>(20, -30, 40);
+    const Axis edge = points[2] - points[0];
+    for (const float scale : {1e-30f, 1.0f, 1e30f}) {
+        const OrientedBox3 box = around(edge * scale, points);
+        EXPECT_NEAR(crossSection(box), 8.0f, 2e-5f);
+        EXPECT_NEAR(2.0f * box.extent.z, 3.0f, 1e-5f);
+        EXPECT_LT(farthestOutside(box, points), 1e-5);
+    }
+}
+
+TEST(AxisBox, OfAShadowWithoutAreaRunsAlongIt) {
+    // Along the diagonal of a turned rectangle, and along a turned segment.
+    const UMatrix4<float> turn = UMatrix4<float>::CreateRotateMatrix(0.7f, {3, -1, 2});
+    const Points flat = transformed({{0, 0, 0}, {4, 0, 0}, {4, 3, 0}, {0, 3, 0}}, turn);
+    const OrientedBox3 box = around(flat[2] - flat[0], flat);
+    EXPECT_NEAR(2.0f * box.extent.x, 4.8f, 1e-5f);
+    EXPECT_NEAR(box.extent.y, 0.0f, 1e-6f);
+    EXPECT_NEAR(box.extent.z, 2.5f, 1e-6f);
+    const OrientedBox3 segment = around(flat[1] - flat[0], {flat[0], flat[1]});
+    EXPECT_NEAR(segment.extent.x, 0.0f, 1e-6f);
+    EXPECT_NEAR(segment.extent.y, 0.0f, 1e-6f);
+    EXPECT_NEAR(segment.extent.z, 2.0f, 1e-6f);
+}
+
 TEST(AxisBox, OfAPrismThatRunsAlongASkewAxisIsOverItsBase) {
     // Whole coordinates: the prism's edges are exactly parallel to the axis, but rounding moves the
     // two ends of each apart in the shadow.
