@@ -38,7 +38,11 @@ BoxCandidate boxOfFloats(const MinBoundingBoxImpl& impl, const AxisPlane& plane,
     BoxCandidate box = lowestBox(
         impl, axis, calipers,
         [&](const Vector& origin, const Vector& along) { return rangeAlong(impl, origin, along); });
-    const bool isSound = secure(impl, box) == FrameState::kSound && !std::isnan(box.volume);
+    // Where the shadow is next to nothing, its corners may turn the wrong way round: the sides then
+    // lie inside out, by less than the check for vertices outside sees.
+    const bool isSound = secure(impl, box) == FrameState::kSound &&
+                         box.ranges[0].length() >= impl.zero &&
+                         box.ranges[1].length() >= impl.zero && !std::isnan(box.volume);
     return isSound ? box : BoxCandidate();
 }
 

@@ -177,6 +177,7 @@ std::optional<PlainBoxRecord> plainSingleAxisBox(const gte::ConvexHull3& hull,
     PlainBoxRecord record = plainBoxOver(plain, rect, direction, polygon);
     record.area = rect.area;
     if (plainSecure(plain, record) != PlainSecured::kSound) return std::nullopt;
+    if (!(record.min[0] <= record.max[0] && record.min[1] <= record.max[1])) return std::nullopt;
     return record;
 }
 

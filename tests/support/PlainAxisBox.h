@@ -16,7 +16,7 @@ bool plainHasAxisPlane(const UVector3<float>& axis);
 std::vector<int> plainAxisPolygon(const gte::ConvexHull3& hull, const UVector3<float>& axis);
 
 /// The box over the rectangle that the kernel finds around that outline; nothing where there is no
-/// outline, or where the box misses a vertex or is not square.
+/// outline, or where the box misses a vertex, is not square or inside out.
 std::optional<PlainBoxRecord> plainSingleAxisBox(const gte::ConvexHull3& hull,
                                                  const PlainHull& plain,
                                                  const UVector3<float>& axis);
