@@ -59,4 +59,7 @@ class TextScanner {
 /// A token for a message: shortened, and without control characters.
 std::string quoted(std::string_view token);
 
+/// A file's name in UTF-8 for a message: whole unless it is very long, without control characters.
+std::string quotedName(std::string_view name);
+
 }  // namespace App

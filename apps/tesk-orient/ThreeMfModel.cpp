@@ -4,17 +4,16 @@
 
 #include <charconv>
 #include <cmath>
+#include <optional>
 
 #include "Failure.h"
 #include "TextScanner.h"
+#include "ThreeMfExtensions.h"
 #include "XmlReader.h"
 
 namespace App {
 
 namespace {
-
-constexpr std::string_view kPathAttribute =
-    "http://schemas.microsoft.com/3dmanufacturing/production/2015/06|path";
 
 class ModelReader {
  public:
@@ -22,7 +21,7 @@ class ModelReader {
 
     ThreeMfModel run(ZipReader& zip) {
         XmlReader xml(m_path, {[this](const XmlElement& element) { start(element); },
-                               [this](std::string_view name) { end(name); }});
+                               [this](const XmlName& name) { end(name); }});
         zip.read(m_path, [&](std::string_view piece) { xml.feed(piece); });
         xml.finish();
         return std::move(m_model);
@@ -31,17 +30,18 @@ class ModelReader {
  private:
     // Only elements of the root's own namespace count: extensions have vertices of their own.
     void start(const XmlElement& element) {
-        if (m_space.empty()) {
-            if (element.localName() != "model") throw InputFailure("the root is not a 3MF model");
-            m_space = std::string(element.space()) + "|";
-            if (const auto unit = element.attribute("unit")) m_model.unit = std::string(*unit);
-            return;
+        if (!m_space) {
+            startModel(element);
+        } else if (element.space() == *m_space) {
+            startOwn(element, element.localName());
         }
-        if (element.space().size() + 1 != m_space.size() ||
-            m_space.compare(0, m_space.size() - 1, element.space()) != 0) {
-            return;
-        }
-        startOwn(element, element.localName());
+    }
+
+    void startModel(const XmlElement& element) {
+        if (element.localName() != "model") throw InputFailure("the root is not a 3MF model");
+        refuseUnknownExtensions(element);
+        m_space = element.space();
+        if (const auto unit = element.attribute("unit")) m_model.unit = std::string(*unit);
     }
 
     void startOwn(const XmlElement& element, std::string_view name) {
@@ -58,8 +58,8 @@ class ModelReader {
         }
     }
 
-    void end(std::string_view name) {
-        if (name == m_space + "object" || (m_space == "|" && name == "object")) m_object = nullptr;
+    void end(const XmlName& name) {
+        if (name.local == "object" && name.space == *m_space) m_object = nullptr;
     }
 
     void startObject(const XmlElement& element) {
@@ -69,6 +69,8 @@ class ModelReader {
         }
         m_object = &m_model.objects[id];
         m_objectId = id;
+        const auto type = element.attribute("type");
+        m_object->isAuxiliary = type == "support" || type == "other";
     }
 
     ThreeMfObject& object() {
@@ -108,7 +110,7 @@ class ModelReader {
     ThreeMfPlacement placement(const XmlElement& element) const {
         ThreeMfPlacement placed;
         placed.objectId = wholeNumber(element, "objectid");
-        placed.path = std::string(element.attribute(kPathAttribute).value_or(m_path));
+        placed.path = partOf(element);
         const auto transform = element.attribute("transform");
         if (!transform) return placed;
         TextScanner scanner(*transform);
@@ -118,6 +120,20 @@ class ModelReader {
         }
         if (!scanner.next().empty()) throw InputFailure("a transform of more than 12 numbers");
         return placed;
+    }
+
+    std::string partOf(const XmlElement& element) const {
+        if (const auto path = element.attribute(kProductionSpace, "path")) {
+            return std::string(*path);
+        }
+        // Its object would be looked for in the wrong part.
+        if (const auto written = element.undeclaredAttribute("path")) {
+            throw InputFailure(
+                fmt::format("{} of object {} has the attribute {}, whose prefix no "
+                            "namespace is declared for",
+                            element.localName(), required(element, "objectid"), quoted(*written)));
+        }
+        return m_path;
     }
 
     static std::string_view required(const XmlElement& element, std::string_view name) {
@@ -155,7 +171,7 @@ class ModelReader {
     }
 
     std::string m_path;
-    std::string m_space;  ///< of the root element, with '|' at its end
+    std::optional<std::string> m_space;  ///< of the root element, once it is there
     ThreeMfModel m_model;
     ThreeMfObject* m_object = nullptr;
     std::uint32_t m_objectId = 0;
@@ -179,6 +195,12 @@ ThreeMfTransform ThreeMfTransform::then(const ThreeMfTransform& next) const {
         }
     }
     return both;
+}
+
+ThreeMfTransform ThreeMfTransform::ofScaled(double factor) const {
+    ThreeMfTransform scaled = *this;
+    for (std::size_t k = 0; k < 9; ++k) scaled.m[k] *= factor;
+    return scaled;
 }
 
 double ThreeMfTransform::determinant() const {

@@ -9,20 +9,14 @@
 
 namespace App {
 
-namespace {
-
-constexpr char kSeparator = '|';
-
-}  // namespace
-
-std::string_view XmlElement::localName() const {
-    const std::size_t separator = m_name.rfind(kSeparator);
-    return separator == m_name.npos ? m_name : m_name.substr(separator + 1);
-}
-
-std::string_view XmlElement::space() const {
-    const std::size_t separator = m_name.rfind(kSeparator);
-    return separator == m_name.npos ? std::string_view() : m_name.substr(0, separator);
+XmlName::XmlName(std::string_view written, const XmlNamespaces& spaces) : local(written) {
+    const std::size_t colon = written.find(':');
+    if (colon == written.npos) {
+        space = spaces.find({}).value_or(std::string_view());
+        return;
+    }
+    local = written.substr(colon + 1);
+    space = spaces.find(written.substr(0, colon)).value_or(written.substr(0, colon + 1));
 }
 
 std::optional<std::string_view> XmlElement::attribute(std::string_view name) const {
@@ -32,10 +26,33 @@ std::optional<std::string_view> XmlElement::attribute(std::string_view name) con
     return std::nullopt;
 }
 
+std::optional<std::string_view> XmlElement::attribute(std::string_view space,
+                                                      std::string_view name) const {
+    for (const char** att = m_atts; *att != nullptr; att += 2) {
+        const std::string_view written = att[0];
+        if (!written.ends_with(name) || written.size() == name.size()) continue;
+        const XmlName found(written, m_spaces);
+        if (found.local == name && found.space == space) return std::string_view(att[1]);
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string_view> XmlElement::undeclaredAttribute(std::string_view name) const {
+    for (const char** att = m_atts; *att != nullptr; att += 2) {
+        const std::string_view written = att[0];
+        const std::size_t colon = written.find(':');
+        if (colon == written.npos || written.substr(colon + 1) != name) continue;
+        if (!m_spaces.find(written.substr(0, colon))) return written;
+    }
+    return std::nullopt;
+}
+
 struct XmlReader::Parser {
     std::string title;
     Handlers handlers;
-    XML_Parser expat = XML_ParserCreateNS(nullptr, kSeparator);
+    // Not expat's own namespaces: it refuses prefixes that are not declared.
+    XML_Parser expat = XML_ParserCreate(nullptr);
+    XmlNamespaces spaces;
     std::exception_ptr thrown;  ///< by a handler; carried around the parser's own frames
 
     ~Parser() { XML_ParserFree(expat); }
@@ -71,12 +88,18 @@ struct XmlReader::Parser {
 
     static void onStart(void* userData, const XML_Char* name, const XML_Char** attributes) {
         Parser& parser = of(userData);
-        parser.guarded([&] { parser.handlers.start(XmlElement(name, attributes)); });
+        parser.guarded([&] {
+            parser.spaces.enter(attributes);
+            parser.handlers.start(XmlElement(name, attributes, parser.spaces));
+        });
     }
 
     static void onEnd(void* userData, const XML_Char* name) {
         Parser& parser = of(userData);
-        parser.guarded([&] { parser.handlers.end(name); });
+        parser.guarded([&] {
+            parser.handlers.end(XmlName(name, parser.spaces));
+            parser.spaces.leave();
+        });
     }
 
     static void onDoctype(void* userData, const XML_Char*, const XML_Char*, const XML_Char*, int) {

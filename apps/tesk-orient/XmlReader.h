@@ -1,29 +1,49 @@
 #pragma once
 
-#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "XmlNamespaces.h"
+
 namespace App {
 
-/// An XML element's start: names are "namespace|local", or "local" without a namespace.
+/// A name of XML and the namespace that it is in. Where its prefix is not declared, which many
+/// programs pass over in extensions of their own, the prefix with its colon stands for the
+/// namespace.
+struct XmlName {
+    XmlName(std::string_view written, const XmlNamespaces& spaces);
+
+    std::string_view space;  ///< empty without one
+    std::string_view local;
+};
+
+/// An XML element's start.
 class XmlElement {
  public:
-    XmlElement(const char* name, const char** attributes) : m_name(name), m_atts(attributes) {}
+    XmlElement(const char* name, const char** attributes, const XmlNamespaces& spaces)
+        : m_name(name, spaces), m_atts(attributes), m_spaces(spaces) {}
 
-    std::string_view name() const { return m_name; }
-    std::string_view localName() const;
-    std::string_view space() const;  ///< the namespace, perhaps empty
+    std::string_view localName() const { return m_name.local; }
+    std::string_view space() const { return m_name.space; }
 
-    /// The attribute's value, where it is there.
+    /// The value of an attribute without a prefix, where it is there.
     std::optional<std::string_view> attribute(std::string_view name) const;
 
+    /// The value of an attribute in a namespace, where it is there.
+    std::optional<std::string_view> attribute(std::string_view space, std::string_view name) const;
+
+    /// An attribute of this local name whose prefix is not declared, as it is written.
+    std::optional<std::string_view> undeclaredAttribute(std::string_view name) const;
+
+    const XmlNamespaces& namespaces() const { return m_spaces; }
+
  private:
-    std::string_view m_name;
+    XmlName m_name;
     const char** m_atts;
+    const XmlNamespaces& m_spaces;
 };
 
 /// Reads an XML document piece by piece and calls back for each element.
@@ -31,7 +51,7 @@ class XmlReader {
  public:
     struct Handlers {
         std::function<void(const XmlElement&)> start;
-        std::function<void(std::string_view name)> end;
+        std::function<void(const XmlName&)> end;
     };
 
     /// `title` goes in front of every message, with the line. Handlers may throw InputFailure.

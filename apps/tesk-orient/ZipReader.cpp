@@ -1,13 +1,14 @@
 #include "ZipReader.h"
 
 #include <fmt/format.h>
-#include <minizip/unzip.h>
+#include <zip.h>
 
 #include <array>
+#include <new>
+#include <unordered_map>
 
 #include "Failure.h"
 #include "TextScanner.h"
-#include "ZipMemory.h"
 
 namespace App {
 
@@ -16,70 +17,209 @@ namespace {
 // Meshes as XML shrink to a tenth or so, very regular ones to a fiftieth.
 constexpr std::size_t kMostGrowth = 200;
 constexpr std::size_t kAlwaysAllowed = std::size_t{1} << 20;
-constexpr int kIgnoreCase = 2;
 
-std::string entryName(std::string_view name) {
+struct CloseFile {
+    void operator()(zip_file_t* file) const { zip_fclose(file); }
+};
+using OpenFile = std::unique_ptr<zip_file_t, CloseFile>;
+
+char folded(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+std::string folded(std::string_view name) {
     while (!name.empty() && name.front() == '/') name.remove_prefix(1);
-    return std::string(name);
+    std::string key(name);
+    for (char& c : key) c = folded(c);
+    return key;
+}
+
+bool hasParentStep(std::string_view name) {
+    while (true) {
+        const std::size_t slash = name.find('/');
+        if (name.substr(0, slash) == "..") return true;
+        if (slash == name.npos) return false;
+        name.remove_prefix(slash + 1);
+    }
+}
+
+/// Why a name does not stay inside the archive; null where it does.
+const char* strayReason(std::string_view name) {
+    const auto isLetter = [](char c) { return folded(c) >= 'a' && folded(c) <= 'z'; };
+    if (name.find('\\') != name.npos) return "has a backslash in its name";
+    if (!name.empty() && name.front() == '/') return "has a name that begins with \"/\"";
+    if (name.size() > 1 && name[1] == ':' && isLetter(name[0])) return "has a name with a drive";
+    if (hasParentStep(name)) return "has a name that leads out through \"..\"";
+    return nullptr;
+}
+
+InputFailure openFailure(const zip_error_t& error) {
+    switch (zip_error_code_zip(&error)) {
+        case ZIP_ER_MEMORY:
+            throw std::bad_alloc();
+        case ZIP_ER_MULTIDISK:
+            return InputFailure("is no 3MF: it is one piece of a zip archive in several");
+        case ZIP_ER_INCONS:
+            return InputFailure("the archive is damaged: its directory does not fit its content");
+        default:
+            return InputFailure("is no 3MF: it is not a zip archive, or cut short");
+    }
+}
+
+std::string methodName(unsigned method) {
+    switch (method) {
+        case 9:
+            return "9 (Deflate64)";
+        case 12:
+            return "12 (bzip2)";
+        case 14:
+            return "14 (LZMA)";
+        case 93:
+            return "93 (Zstandard)";
+        case 95:
+            return "95 (XZ)";
+        default:
+            return std::to_string(method);
+    }
 }
 
 }  // namespace
 
 struct ZipReader::Archive {
-    ZipMemory memory;
-    unzFile zip = nullptr;
-    std::size_t room = 0;  ///< bytes that may still be unpacked
+    struct Entry {
+        std::string name;
+        zip_uint64_t index;
+    };
 
-    bool locate(std::string_view name) const {
-        return unzLocateFile(zip, entryName(name).c_str(), kIgnoreCase) == UNZ_OK;
+    std::string bytes;
+    zip_t* zip = nullptr;
+    std::vector<std::string> names;
+    std::unordered_map<std::string, Entry> entries;  ///< by folded name
+    std::size_t room = 0;                            ///< bytes that may still be unpacked
+
+    ~Archive() {
+        if (zip != nullptr) zip_discard(zip);
+    }
+
+    void open() {
+        zip_error_t error;
+        zip_error_init(&error);
+        zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error);
+        if (source == nullptr) throw std::bad_alloc();
+        zip = zip_open_from_source(source, ZIP_RDONLY, &error);
+        if (zip != nullptr) return;
+        zip_source_free(source);
+        throw openFailure(error);
+    }
+
+    void list() {
+        const auto count = static_cast<zip_uint64_t>(zip_get_num_entries(zip, 0));
+        for (zip_uint64_t i = 0; i < count; ++i) {
+            const char* raw = zip_get_name(zip, i, 0);
+            if (raw == nullptr) throw openFailure(*zip_get_error(zip));
+            const std::string name = raw;
+            if (const char* reason = strayReason(name)) {
+                throw InputFailure(
+                    fmt::format("the archive's file {} {}; refused", quotedName(name), reason));
+            }
+            if (!name.empty() && name.back() == '/') continue;  // a folder
+            const auto [entry, isNew] = entries.emplace(folded(name), Entry{name, i});
+            if (!isNew) {
+                throw InputFailure(
+                    fmt::format("the archive has two files with the name {} (entries {} and {})",
+                                quotedName(name), entry->second.index + 1, i + 1));
+            }
+            names.push_back(name);
+        }
+    }
+
+    const Entry& entry(std::string_view name) const {
+        const auto found = entries.find(folded(name));
+        if (found == entries.end()) {
+            throw InputFailure("its archive has no file " + quotedName(name));
+        }
+        return found->second;
+    }
+
+    static InputFailure damaged(const Entry& entry, zip_error_t& error) {
+        if (zip_error_code_zip(&error) == ZIP_ER_MEMORY) throw std::bad_alloc();
+        return InputFailure(
+            fmt::format("its file {} cannot be unpacked: the archive is damaged ({})",
+                        quotedName(entry.name), zip_error_strerror(&error)));
+    }
+
+    /// The same on every platform, whatever its zip library can do besides.
+    void refuseUnreadable(const Entry& entry) const {
+        zip_stat_t about;
+        zip_stat_init(&about);
+        if (zip_stat_index(zip, entry.index, 0, &about) != 0) {
+            throw damaged(entry, *zip_get_error(zip));
+        }
+        if ((about.valid & ZIP_STAT_ENCRYPTION_METHOD) != 0 &&
+            about.encryption_method != ZIP_EM_NONE) {
+            throw InputFailure(fmt::format("its file {} is encrypted, which 3MF does not allow",
+                                           quotedName(entry.name)));
+        }
+        if ((about.valid & ZIP_STAT_COMP_METHOD) != 0 && about.comp_method != ZIP_CM_STORE &&
+            about.comp_method != ZIP_CM_DEFLATE) {
+            throw InputFailure(fmt::format(
+                "its file {} is packed by method {}; 3MF allows stored and deflated files only",
+                quotedName(entry.name), methodName(about.comp_method)));
+        }
+    }
+
+    OpenFile openFile(const Entry& entry) const {
+        refuseUnreadable(entry);
+        OpenFile file(zip_fopen_index(zip, entry.index, 0));
+        if (file == nullptr) throw damaged(entry, *zip_get_error(zip));
+        return file;
+    }
+
+    void take(std::size_t size) {
+        if (size > room) {
+            throw InputFailure(
+                fmt::format("unpacks to more than {} times its size; refused", kMostGrowth));
+        }
+        room -= size;
     }
 };
 
 ZipReader::ZipReader(std::string bytes) : m_archive(std::make_unique<Archive>()) {
     m_archive->room = bytes.size() * kMostGrowth + kAlwaysAllowed;
-    m_archive->memory.bytes = std::move(bytes);
-    zlib_filefunc64_def functions = m_archive->memory.functions();
-    m_archive->zip = unzOpen2_64("", &functions);
-    if (m_archive->zip == nullptr) {
-        throw InputFailure("is no 3MF: it is not a zip archive, or cut short");
-    }
+    m_archive->bytes = std::move(bytes);
+    m_archive->open();
+    m_archive->list();
 }
 
-ZipReader::~ZipReader() {
-    if (m_archive->zip != nullptr) unzClose(m_archive->zip);
+ZipReader::~ZipReader() = default;
+
+const std::vector<std::string>& ZipReader::names() const {
+    return m_archive->names;
 }
 
-bool ZipReader::has(std::string_view name) {
-    return m_archive->locate(name);
+std::optional<std::string> ZipReader::find(std::string_view name) const {
+    const auto found = m_archive->entries.find(folded(name));
+    if (found == m_archive->entries.end()) return std::nullopt;
+    return found->second.name;
 }
 
 void ZipReader::read(std::string_view name, const std::function<void(std::string_view)>& sink) {
-    if (!m_archive->locate(name)) {
-        throw InputFailure("its archive has no file " + quoted(name));
-    }
-    const auto damaged = [&] {
-        return InputFailure(
-            fmt::format("its file {} cannot be unpacked: the archive is damaged", quoted(name)));
-    };
-    unzFile zip = m_archive->zip;
-    if (unzOpenCurrentFile(zip) != UNZ_OK) throw damaged();
-    const auto close = [](unzFile open) { unzCloseCurrentFile(open); };
-    std::unique_ptr<void, decltype(close)> openFile(zip, close);
-
+    const Archive::Entry& entry = m_archive->entry(name);
+    const OpenFile file = m_archive->openFile(entry);
     std::array<char, std::size_t{1} << 16> buffer;
-    while (const int count =
-               unzReadCurrentFile(zip, buffer.data(), static_cast<unsigned>(buffer.size()))) {
-        if (count < 0) throw damaged();
+    // The read that finds the end also compares size and checksum.
+    while (const zip_int64_t count = zip_fread(file.get(), buffer.data(), buffer.size())) {
+        if (count < 0) throw Archive::damaged(entry, *zip_file_get_error(file.get()));
         const auto size = static_cast<std::size_t>(count);
-        if (size > m_archive->room) {
-            throw InputFailure(
-                fmt::format("unpacks to more than {} times its size; refused", kMostGrowth));
-        }
-        m_archive->room -= size;
+        m_archive->take(size);
         sink({buffer.data(), size});
     }
-    openFile.release();
-    if (unzCloseCurrentFile(zip) != UNZ_OK) throw damaged();  // the checksum
+}
+
+std::string ZipReader::contents(std::string_view name) {
+    std::string bytes;
+    read(name, [&](std::string_view piece) { bytes += piece; });
+    return bytes;
 }
 
 }  // namespace App

@@ -10,7 +10,8 @@ struct ZipEntry {
     std::string content;
 };
 
-/// A zip archive of these files, compressed, with the same bytes at every call.
+/// A zip archive of these files, at least one, in this order, compressed, with the same bytes at
+/// every call. Throws Failure where two have the same name.
 std::string zipped(const std::vector<ZipEntry>& entries);
 
 }  // namespace App

@@ -11,7 +11,7 @@ ninja-build|runs the build
 libmash-dev|the hash map of the orientation library
 libassimp-dev|tesk-orient reads and writes mesh files with it
 zlib1g-dev|its compression
-libminizip-dev|unpacks 3MF files
+libzip-dev|unpacks and packs 3MF files
 libexpat1-dev|reads the XML in them
 libcli11-dev|tesk-orient's command line
 nlohmann-json3-dev|tesk-orient's JSON

@@ -10,6 +10,7 @@
 #include <limits>
 
 #include "RunProgram.h"
+#include "ZipMaker.h"
 
 namespace {
 
@@ -132,6 +133,14 @@ TEST(MalformedFiles, EveryKindOfDamageIsNamed) {
         {"bomb.off", "OFF\n1000000000 1000000000 0\n0 0 0\n", "bomb.off"},
         {"range.off", "OFF\n3 1 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 3\n", "line 6"},
         {"no.3mf", "PK but no archive", "no.3mf"},
+        {"checksum.3mf", makeZip({{.name = "_rels/.rels", .content = "x", .wrongCrc = 1}}),
+         "\"_rels/.rels\" cannot be unpacked: the archive is damaged (CRC error)"},
+        {"twice.3mf", makeZip({{.name = "a", .content = "1"}, {.name = "a", .content = "2"}}),
+         "two files with the name \"a\""},
+        {"out.3mf", makeZip({{.name = "../a", .content = "1"}}), "leads out through \"..\""},
+        {"needs.3mf",
+         makeZip({{.name = "3D/3dmodel.model", .content = "<model requiredextensions=\"b\"/>"}}),
+         "3D/3dmodel.model, line 1: the model needs the 3MF extension with the prefix \"b\""},
         {"part.step", "ISO-10303-21;", "not a known kind of mesh file"},
     };
     const TemporaryFolder folder;
