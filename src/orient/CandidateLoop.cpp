@@ -1,7 +1,5 @@
 #include "CandidateLoop.h"
 
-#include <omp.h>
-
 #include <algorithm>
 #include <span>
 
@@ -20,9 +18,7 @@ CandidateLoop::CandidateLoop(const FlatMesh& mesh, const std::vector<float>& are
       m_scores(scores) {}
 
 void CandidateLoop::run() {
-#pragma omp parallel
-    runShare(omp_get_thread_num(), omp_get_num_threads());
-    if (m_failure) std::rethrow_exception(m_failure);
+    Tesk::withTeam(Tesk::mostThreads(), [&](Tesk::Team& team) { evaluateOn(team); });
     if (m_isAborted) throw Tesk::AbortException("Aborting...");
 }
 
@@ -33,41 +29,62 @@ bool CandidateLoop::needsSupport() const {
 
 /// Shares of one after another candidate, the first threads' one larger where they do not come out
 /// even.
-std::size_t CandidateLoop::firstOfShare(int thread, int threads) const {
-    const auto t = static_cast<std::size_t>(thread);
-    const auto shares = static_cast<std::size_t>(threads);
-    return m_candidates.size() / shares * t + std::min(m_candidates.size() % shares, t);
+std::size_t CandidateLoop::firstOfShare(std::size_t share) const {
+    const std::size_t shares = m_next.size();
+    return m_candidates.size() / shares * share + std::min(m_candidates.size() % shares, share);
 }
 
-// An exception must not leave the parallel region: the first one is kept and ends the loop.
-void CandidateLoop::runShare(int thread, int threads) {
-    try {
-        OrientEvaluator evaluator(m_areas, m_mesh, m_config.overhangAngle, needsSupport(),
-                                  m_config.baseHeight);
-        const std::size_t end = firstOfShare(thread + 1, threads);
-        for (std::size_t first = firstOfShare(thread, threads); first < end && !m_isAborted;
-             first += kGroupSize) {
-            const std::size_t count = std::min(kGroupSize, end - first);
-            evaluator.begin(std::span(m_candidates).subspan(first, count));
-            for (std::size_t k = 0; k < count && !m_isAborted; ++k) {
-                const std::size_t i = first + k;
-                evaluator.evaluate(k, m_scores.height[i], m_scores.supportVolume[i],
-                                   m_scores.overhangArea[i], m_scores.projectedArea[i],
-                                   m_scores.boxVolume[i], m_scores.reservedScore[i]);
-                if (thread == 0) report(threads);
-            }
+void CandidateLoop::evaluateOn(Tesk::Team& team) {
+    m_next = std::vector<std::atomic<std::size_t>>(static_cast<std::size_t>(team.size()));
+    for (std::size_t i = 0; i < m_next.size(); ++i) m_next[i] = firstOfShare(i);
+    team.run([&](int thread) {
+        try {
+            work(thread);
+        } catch (...) {
+            m_isAborted = true;
+            throw;
         }
-    } catch (...) {
-#pragma omp critical(tesk_orient_failure)
-        if (!m_failure) m_failure = std::current_exception();
-        m_isAborted = true;
+    });
+    const auto reports = static_cast<std::int32_t>(firstOfShare(1));
+    while (m_counter < reports && !m_isAborted) report();
+}
+
+/// The first candidate of a group that nobody has taken, of the thread's own share or else of the
+/// next ones.
+std::optional<std::size_t> CandidateLoop::nextGroup(int thread, std::size_t& end) {
+    for (std::size_t k = 0; k < m_next.size(); ++k) {
+        const std::size_t share = (static_cast<std::size_t>(thread) + k) % m_next.size();
+        end = firstOfShare(share + 1);
+        const std::size_t first = m_next[share].fetch_add(kGroupSize);
+        if (first < end) return first;
+    }
+    return std::nullopt;
+}
+
+void CandidateLoop::work(int thread) {
+    OrientEvaluator evaluator(m_areas, m_mesh, m_config.overhangAngle, needsSupport(),
+                              m_config.baseHeight);
+    std::size_t end = 0;
+    while (const std::optional<std::size_t> first = nextGroup(thread, end)) {
+        const std::size_t count = std::min(kGroupSize, end - *first);
+        if (m_isAborted) return;
+        evaluator.begin(std::span(m_candidates).subspan(*first, count));
+        for (std::size_t k = 0; k < count && !m_isAborted; ++k) {
+            const std::size_t i = *first + k;
+            evaluator.evaluate(k, m_scores.height[i], m_scores.supportVolume[i],
+                               m_scores.overhangArea[i], m_scores.projectedArea[i],
+                               m_scores.boxVolume[i], m_scores.reservedScore[i]);
+            if (thread == 0) report();
+        }
     }
 }
 
-/// The calling thread runs about its share of the candidates, so that its count times the number
-/// of threads goes from nothing to all of them.
-void CandidateLoop::report(int threads) {
-    const float done = static_cast<float>(m_counter) * static_cast<float>(threads) /
+/// The calling thread's count times the number of threads goes from nothing to all candidates. What
+/// it does beyond its share is not reported; where others did a part of that, it reports the rest
+/// when all is done.
+void CandidateLoop::report() {
+    if (m_counter >= static_cast<std::int32_t>(firstOfShare(1))) return;
+    const float done = static_cast<float>(m_counter) * static_cast<float>(m_next.size()) /
                        static_cast<float>(m_candidates.size());
     ++m_counter;
     if (!m_progress || m_isAborted) return;

@@ -2,18 +2,20 @@
 
 #include <atomic>
 #include <cstdint>
-#include <exception>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "FlatMesh.h"
 #include "OrientOptimizer.h"
 #include "RankOrients.h"
 #include "TeskDataBasic/UVector3.h"
+#include "TeskThreads/Team.h"
 
-/// The parallel evaluation of all candidates: each thread takes a share of them, in order, and
-/// those in groups. Only the calling thread reports progress; its abort
-/// request reaches the other threads through a flag that each reads before its next
+/// The parallel evaluation of all candidates: each thread has a share of them, which it takes in
+/// order and in groups; when it has done, it takes what is left of the others'. Only the calling
+/// thread reports progress, once for each candidate of its own share, whoever evaluates that; its
+/// abort request reaches the other threads through a flag that each reads before its next
 /// candidate.
 class CandidateLoop {
  public:
@@ -29,9 +31,11 @@ class CandidateLoop {
 
  private:
     bool needsSupport() const;
-    std::size_t firstOfShare(int thread, int threads) const;
-    void runShare(int thread, int threads);
-    void report(int threads);
+    std::size_t firstOfShare(std::size_t share) const;
+    void evaluateOn(Tesk::Team& team);
+    void work(int thread);
+    std::optional<std::size_t> nextGroup(int thread, std::size_t& end);
+    void report();
 
     const FlatMesh& m_mesh;
     const std::vector<float>& m_areas;
@@ -39,7 +43,7 @@ class CandidateLoop {
     const OptimizeOrient::Configure& m_config;
     const std::function<void(int)>& m_progress;
     ScoreLists& m_scores;
+    std::vector<std::atomic<std::size_t>> m_next;  ///< of each thread's share
     std::atomic<bool> m_isAborted = false;
-    std::exception_ptr m_failure;
     std::int32_t m_counter = 0;
 };

@@ -38,26 +38,47 @@ std::uint32_t DirectionBuckets::cellOf(const UVector3<float>& direction) {
     return static_cast<std::uint32_t>((placeOf(z) * kCells + placeOf(y)) * kCells + placeOf(x));
 }
 
-void DirectionBuckets::add(std::uint32_t cell, const UVector3<float>& direction,
-                           std::int32_t index) {
+DirectionBucket& DirectionBuckets::bucketOf(std::uint32_t cell, const UVector3<float>& direction) {
     Place& place = cell != kBeyond ? m_places[cell] : m_placesBeyond[directionKey(direction)];
     if (place == 0) {
         m_cells.push_back(cell);
         m_buckets.emplace_back();
         place = static_cast<Place>(m_buckets.size());
     }
-    DirectionBucket& bucket = m_buckets[place - 1];
+    return m_buckets[place - 1];
+}
+
+void DirectionBuckets::add(std::uint32_t cell, const UVector3<float>& direction,
+                           std::int32_t index) {
+    DirectionBucket& bucket = bucketOf(cell, direction);
     bucket.index = index;
     ++bucket.count;
     bucket.last = direction;
 }
 
-std::vector<DirectionBucket> DirectionBuckets::takeFullest(std::size_t most) {
+void DirectionBuckets::take(DirectionBuckets& others) {
+    for (std::size_t i = 0; i < others.m_buckets.size(); ++i) {
+        const DirectionBucket& other = others.m_buckets[i];
+        DirectionBucket& bucket = bucketOf(others.m_cells[i], other.last);
+        if (bucket.count == 0 || other.index > bucket.index) {
+            bucket.index = other.index;
+            bucket.last = other.last;
+        }
+        bucket.count += other.count;
+    }
+    others.clear();
+}
+
+void DirectionBuckets::clear() {
     for (const std::uint32_t cell : m_cells) {
         if (cell != kBeyond) m_places[cell] = 0;
     }
     m_placesBeyond.clear();
     m_cells.clear();
+    m_buckets.clear();
+}
+
+std::vector<DirectionBucket> DirectionBuckets::takeFullest(std::size_t most) {
     const auto end =
         m_buckets.begin() + static_cast<std::ptrdiff_t>(std::min(most, m_buckets.size()));
     std::partial_sort(m_buckets.begin(), end, m_buckets.end(),
@@ -65,6 +86,6 @@ std::vector<DirectionBucket> DirectionBuckets::takeFullest(std::size_t most) {
                           return a.count != b.count ? a.count > b.count : a.index < b.index;
                       });
     const std::vector<DirectionBucket> fullest(m_buckets.begin(), end);
-    m_buckets.clear();
+    clear();
     return fullest;
 }

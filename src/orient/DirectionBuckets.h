@@ -26,8 +26,12 @@ class DirectionBuckets {
 
     static constexpr std::uint32_t kBeyond = ~std::uint32_t{0};
 
-    /// Counts a direction with that cell.
+    /// Counts a direction with that cell. Indices do not fall.
     void add(std::uint32_t cell, const UVector3<float>& direction, std::int32_t index);
+
+    /// Counts what the others have counted too, as if all indices had come in order, and empties
+    /// them. No two have an index in common.
+    void take(DirectionBuckets& others);
 
     /// The fullest buckets, at most `most`, of equally full ones that with the lower index first.
     /// Empties all.
@@ -35,6 +39,9 @@ class DirectionBuckets {
 
  private:
     using Place = std::uint32_t;
+
+    DirectionBucket& bucketOf(std::uint32_t cell, const UVector3<float>& direction);
+    void clear();
 
     std::vector<Place> m_places;  ///< of each cell's bucket, one up
     robin_hood::unordered_map<std::int64_t, Place> m_placesBeyond;

@@ -2,23 +2,24 @@
 
 #include <array>
 #include <cstdint>
-#include <vector>
 
 #include "TeskDataBasic/UBox3.h"
 #include "TeskDataBasic/UMatrix4.h"
 #include "TeskMeshData/MeshKernel.h"
+#include "TeskThreads/RawVector.h"
+#include "TeskThreads/Team.h"
 
 /// A read-only copy of a mesh in flat arrays, taken once per call and shared by all evaluations.
 struct FlatMesh {
     /// Coordinates in the mesh's own frame, one entry per vertex of the mesh. Vertices that are
     /// not deleted come first, in list order.
-    std::vector<float> x, y, z;
+    Tesk::RawVector<float> x, y, z;
     /// The largest coordinate's size; infinite where one is not a finite number.
     float reach = 0.0f;
     /// How many of the vertices are not deleted: only these count for boxes.
     std::size_t keptVertices = 0;
     /// Corner indices into the arrays above, one entry per triangle in list order.
-    std::vector<std::array<std::int32_t, 3>> corners;
+    Tesk::RawVector<std::array<std::int32_t, 3>> corners;
     /// The mesh's placement, and the box of its kept vertices taken through it.
     UMatrix4<float> placement;
     UBox3<float> placedBox;
@@ -29,4 +30,6 @@ struct FlatMesh {
     }
 };
 
+/// On the threads of a team, or on the calling thread alone.
+FlatMesh flatten(Tesk::Team& team, const UMesh<float>& mesh, const UMatrix4<float>& placement);
 FlatMesh flatten(const UMesh<float>& mesh, const UMatrix4<float>& placement);

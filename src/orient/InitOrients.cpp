@@ -7,10 +7,13 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <span>
 
 #include "DirectionBuckets.h"
 #include "DirectionKey.h"
 #include "RandomSource.h"
+#include "TeskThreads/Team.h"
 
 namespace {
 
@@ -52,47 +55,58 @@ void appendWithOpposite(std::vector<Direction>& candidates, const Direction& dir
     candidates.push_back(Direction() - direction);
 }
 
-void appendFullest(DirectionBuckets& buckets, std::vector<Direction>& candidates) {
-    for (const DirectionBucket& bucket : buckets.takeFullest(kPopularBuckets)) {
-        appendWithOpposite(candidates, bucket.last);
-    }
-}
+/// Counts directions on all threads of a team, each in buckets of its own.
+class TeamBuckets {
+ public:
+    explicit TeamBuckets(Tesk::Team& team)
+        : m_team(team), m_buckets(static_cast<std::size_t>(team.size())) {}
 
-/// A direction with its cell, found on any thread, to be counted in order.
-struct FiledDirection {
-    Direction direction;
-    std::uint32_t cell = 0;
+    /// How many directions a thread finds at a time.
+    static constexpr std::int64_t kPiece = 4096;
+
+    /// Counts what find(first, end, add) finds for 0 up to `count`: it is to call
+    /// add(direction, i) for i from first up to end, in order, or leave some out.
+    template <class Find>
+    void count(std::int64_t count, Find find) {
+        m_team.forPieces(count, kPiece, [&](std::int64_t first, std::int64_t end, int thread) {
+            DirectionBuckets& buckets = bucketsOf(thread);
+            find(first, end, [&](const Direction& direction, std::int64_t i) {
+                buckets.add(DirectionBuckets::cellOf(direction), direction,
+                            static_cast<std::int32_t>(i));
+            });
+        });
+    }
+
+    /// Appends the directions of the fullest buckets, each with its opposite, and empties all.
+    void appendFullest(std::vector<Direction>& candidates) {
+        DirectionBuckets& all = bucketsOf(0);
+        for (auto others = m_buckets.begin() + 1; others != m_buckets.end(); ++others) {
+            if (*others) all.take(**others);
+        }
+        for (const DirectionBucket& bucket : all.takeFullest(kPopularBuckets)) {
+            appendWithOpposite(candidates, bucket.last);
+        }
+    }
+
+ private:
+    /// Made by the thread that fills them.
+    DirectionBuckets& bucketsOf(int thread) {
+        std::optional<DirectionBuckets>& buckets = m_buckets[static_cast<std::size_t>(thread)];
+        return buckets ? *buckets : buckets.emplace();
+    }
+
+    Tesk::Team& m_team;
+    std::vector<std::optional<DirectionBuckets>> m_buckets;
 };
 
-/// How many directions are found before they are counted.
-constexpr std::int32_t kChunk = 1 << 15;
-
-/// Calls find(i) for i from 0 up to `count`, in parallel, and take(i, what it found) in order.
-template <class Find, class Take>
-void findAndTake(std::int32_t count, Find find, Take take) {
-    std::vector<FiledDirection> found(static_cast<std::size_t>(std::min(count, kChunk)));
-    for (std::int32_t first = 0; first < count;) {
-        const std::int32_t length = std::min(count - first, kChunk);
-#pragma omp parallel for schedule(static)
-        for (std::int32_t k = 0; k < length; ++k) {
-            const Direction direction = find(first + k);
-            found[static_cast<std::size_t>(k)] = {direction, DirectionBuckets::cellOf(direction)};
-        }
-        for (std::int32_t k = 0; k < length; ++k) {
-            take(first + k, found[static_cast<std::size_t>(k)]);
-        }
-        first += length;
-    }
-}
-
-void appendTriangleNormals(const Mesh& mesh, DirectionBuckets& buckets,
+void appendTriangleNormals(const Mesh& mesh, TeamBuckets& buckets,
                            std::vector<Direction>& candidates) {
-    findAndTake(
-        mesh.TriangleCount(), [&](std::int32_t i) { return mesh.Triangle(i)->N(); },
-        [&](std::int32_t i, const FiledDirection& normal) {
-            buckets.add(normal.cell, normal.direction, i);
-        });
-    appendFullest(buckets, candidates);
+    buckets.count(mesh.TriangleCount(), [&](std::int64_t first, std::int64_t end, auto add) {
+        for (std::int64_t i = first; i < end; ++i) {
+            add(mesh.Triangle(static_cast<std::int32_t>(i))->N(), i);
+        }
+    });
+    buckets.appendFullest(candidates);
 }
 
 int samplesPerTriangle(std::int32_t triangles) {
@@ -123,8 +137,8 @@ class PlacedPoints {
 /// What was drawn for a plane: the corner left out, and the place of the vertex from anywhere among
 /// the first 32,768.
 struct Draw {
-    std::uint16_t skipped;
-    std::uint16_t anywhere;
+    int skipped;
+    std::int32_t anywhere;
 };
 
 /// The normal of the plane through two corners of a triangle and one vertex from anywhere.
@@ -139,30 +153,45 @@ Direction planeNormal(const Mesh& mesh, const PlacedPoints& points, std::int32_t
     return ((p1 - p0) * (p2 - p0)).GetNormal();
 }
 
-/// The numbers are drawn in order, on this thread; the planes are formed on all.
-void appendSampledNormals(const Mesh& mesh, const UMatrix4<float>& placement,
-                          DirectionBuckets& buckets, std::vector<Direction>& candidates) {
-    const std::int32_t triangles = mesh.TriangleCount();
-    const PlacedPoints points(placement);
-    std::vector<Draw> draws(static_cast<std::size_t>(triangles));
-    std::int32_t count = 0;
-    for (int round = 0; round < samplesPerTriangle(triangles); ++round) {
-        for (Draw& draw : draws) {
-            draw.skipped = static_cast<std::uint16_t>(nextRandom() % 3);
-            draw.anywhere = static_cast<std::uint16_t>(nextRandom());
+/// What is drawn for each plane, as if all were drawn one after another on the calling thread.
+class PlaneDraws {
+ public:
+    explicit PlaneDraws(std::int64_t planes) : m_numbers(static_cast<std::size_t>(planes) * 2) {}
+
+    /// Calls take(draw) for the planes from `first` up to `end`, at most TeamBuckets::kPiece.
+    template <class Take>
+    void forEach(std::int64_t first, std::int64_t end, Take take) const {
+        std::array<std::uint16_t, TeamBuckets::kPiece * 2> storage;
+        const auto numbers = std::span(storage).first(static_cast<std::size_t>(end - first) * 2);
+        m_numbers.read(static_cast<std::size_t>(first) * 2, numbers);
+        for (std::size_t k = 0; k < numbers.size(); k += 2) {
+            const int skipped = numbers[k] % 3;
+            take(Draw{skipped, numbers[k + 1]});
         }
-        findAndTake(
-            triangles,
-            [&](std::int32_t i) {
-                return planeNormal(mesh, points, i, draws[static_cast<std::size_t>(i)]);
-            },
-            [&](std::int32_t, const FiledDirection& normal) {
-                // Planes without a normal are left out; an undefined one counts as one.
-                if (normal.direction.IsZeroLength()) return;
-                buckets.add(normal.cell, normal.direction, count++);
-            });
     }
-    appendFullest(buckets, candidates);
+
+ private:
+    RandomRun m_numbers;
+};
+
+void appendSampledNormals(const Mesh& mesh, const UMatrix4<float>& placement, TeamBuckets& buckets,
+                          std::vector<Direction>& candidates) {
+    const std::int32_t triangles = mesh.TriangleCount();
+    const std::int64_t planes = std::int64_t{triangles} * samplesPerTriangle(triangles);
+    const PlacedPoints points(placement);
+    const PlaneDraws draws(planes);
+    buckets.count(planes, [&](std::int64_t first, std::int64_t end, auto add) {
+        std::int64_t i = first;
+        auto triangle = static_cast<std::int32_t>(first % triangles);
+        draws.forEach(first, end, [&](const Draw& draw) {
+            const Direction normal = planeNormal(mesh, points, triangle, draw);
+            // Planes without a normal are left out; an undefined one counts as one.
+            if (!normal.IsZeroLength()) add(normal, i);
+            ++i;
+            if (++triangle == triangles) triangle = 0;
+        });
+    });
+    buckets.appendFullest(candidates);
 }
 
 std::vector<Direction> withoutDuplicates(const std::vector<Direction>& candidates) {
@@ -182,8 +211,12 @@ std::vector<Direction> initOrients(MeshKernel* mesh) {
     mesh->updateTriangleNormal();
     constexpr auto kBase = baseDirections();
     std::vector<Direction> candidates(kBase.begin(), kBase.end());
-    DirectionBuckets buckets;
-    appendTriangleNormals(*shared, buckets, candidates);
-    appendSampledNormals(*shared, mesh->getMatrix(), buckets, candidates);
+    constexpr std::int64_t kTrianglesPerThread = 20'000;
+    Tesk::withTeam(Tesk::threadsFor(shared->TriangleCount(), kTrianglesPerThread),
+                   [&](Tesk::Team& team) {
+                       TeamBuckets buckets(team);
+                       appendTriangleNormals(*shared, buckets, candidates);
+                       appendSampledNormals(*shared, mesh->getMatrix(), buckets, candidates);
+                   });
     return withoutDuplicates(candidates);
 }

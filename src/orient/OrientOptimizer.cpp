@@ -16,7 +16,8 @@ using OptimizeOrient::OptOrientation;
 using Progress = std::function<void(int)>;
 
 /// The area of every triangle as placed, scale included.
-std::vector<float> placedAreas(const FlatMesh& mesh) {
+std::vector<float> placedAreas(Tesk::Team& team, const FlatMesh& mesh) {
+    constexpr std::int64_t kPiece = 8192;
     const auto count = static_cast<std::int64_t>(mesh.corners.size());
     // An identity changes no more than a zero's sign, which no area shows.
     const bool isInPlace = mesh.placement.isIdenticalMatrix() && std::isfinite(mesh.reach);
@@ -25,13 +26,32 @@ std::vector<float> placedAreas(const FlatMesh& mesh) {
         return isInPlace ? p : p * mesh.placement;
     };
     std::vector<float> areas(mesh.corners.size());
-#pragma omp parallel for schedule(static)
-    for (std::int64_t i = 0; i < count; ++i) {
-        const auto& [a, b, c] = mesh.corners[static_cast<std::size_t>(i)];
-        areas[static_cast<std::size_t>(i)] =
-            TeskMath<float>::CalculateTriangleArea(placed(a), placed(b), placed(c));
-    }
+    team.forPieces(count, kPiece, [&](std::int64_t first, std::int64_t end, int) {
+        for (std::int64_t i = first; i < end; ++i) {
+            const auto& [a, b, c] = mesh.corners[static_cast<std::size_t>(i)];
+            areas[static_cast<std::size_t>(i)] =
+                TeskMath<float>::CalculateTriangleArea(placed(a), placed(b), placed(c));
+        }
+    });
     return areas;
+}
+
+/// What all evaluations share.
+struct Measured {
+    FlatMesh mesh;
+    std::vector<float> areas;
+};
+
+Measured measure(const MeshKernel& kernel) {
+    constexpr std::int64_t kTrianglesPerThread = 50'000;
+    const auto mesh = kernel.getMesh();
+    Measured measured;
+    Tesk::withTeam(Tesk::threadsFor(mesh->TriangleCount(), kTrianglesPerThread),
+                   [&](Tesk::Team& team) {
+                       measured.mesh = flatten(team, *mesh, kernel.getMatrix());
+                       measured.areas = placedAreas(team, measured.mesh);
+                   });
+    return measured;
 }
 
 void rankBuildDirections(MeshKernel* mesh, const Configure& config, UVector3<float>& axis,
@@ -43,12 +63,11 @@ void rankBuildDirections(MeshKernel* mesh, const Configure& config, UVector3<flo
     const std::vector<UVector3<float>> candidates = initOrients(mesh);
     log.logElapse("Orient-InitOri");
     if (progress) progress(3);
-    const FlatMesh flat = flatten(*mesh->getMesh(), mesh->getMatrix());
-    const std::vector<float> areas = placedAreas(flat);
+    const Measured measured = measure(*mesh);
     log.logElapse("Orient-0");
     if (progress) progress(10);
     ScoreLists scores(candidates.size());
-    CandidateLoop(flat, areas, candidates, config, progress, scores).run();
+    CandidateLoop(measured.mesh, measured.areas, candidates, config, progress, scores).run();
     if (progress) progress(90);
     rankOrients(candidates, scores, config, orientations, axis, angle, progress, log);
 }

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
+#include <mutex>
 #include <vector>
 
-#ifdef _OPENMP
-#include <omp.h>
-#endif
+#include "TeskThreads/RawVector.h"
+#include "TeskThreads/Team.h"
 
 namespace {
 
@@ -20,7 +21,7 @@ using Corners = std::array<std::int32_t, 3>;
 /// these.
 class HalfEdge {
  public:
-    HalfEdge() = default;
+    HalfEdge() = default;  // of no value, as lists of them are filled in parallel
     HalfEdge(std::int32_t upperVertex, std::int32_t triangle, std::uint32_t edge, bool runsUpward)
         : m_packed((static_cast<std::uint64_t>(upperVertex) << 32) |
                    (static_cast<std::uint32_t>(triangle) * 6 + edge * 2 + (runsUpward ? 1 : 0))) {}
@@ -35,94 +36,162 @@ class HalfEdge {
  private:
     std::uint32_t low() const { return static_cast<std::uint32_t>(m_packed); }
 
-    std::uint64_t m_packed = 0;
+    std::uint64_t m_packed;
 };
 
 bool isCollapsed(const Corners& c) {
     return c[0] == c[1] || c[1] == c[2] || c[2] == c[0];
 }
 
-std::vector<Corners> cornersOf(const Mesh& mesh) {
-    std::vector<Corners> corners(static_cast<std::size_t>(mesh.TriangleCount()));
-#pragma omp parallel for schedule(static)
-    for (std::int32_t t = 0; t < mesh.TriangleCount(); ++t) {
-        const Triangle& triangle = *mesh.Triangle(t);
-        corners[static_cast<std::size_t>(t)] = {triangle.V(0)->Index(), triangle.V(1)->Index(),
-                                                triangle.V(2)->Index()};
+/// Triangles that are looked at together.
+constexpr std::int64_t kPiece = 4096;
+
+/// Vertices in at most 64 blocks of equal size, a power of two.
+class VertexBlocks {
+ public:
+    explicit VertexBlocks(std::int32_t vertices)
+        : m_shift(std::max(static_cast<int>(std::bit_width(static_cast<std::uint32_t>(vertices))) -
+                               kMostBits,
+                           0)),
+          m_vertices(vertices) {}
+
+    int count() const { return m_vertices == 0 ? 0 : blockOf(m_vertices - 1) + 1; }
+    int blockOf(std::int32_t vertex) const { return vertex >> m_shift; }
+    std::int32_t firstOf(int block) const {
+        return static_cast<std::int32_t>(
+            std::min(std::int64_t{block} << m_shift, std::int64_t{m_vertices}));
     }
-    return corners;
+
+ private:
+    static constexpr int kMostBits = 6;
+
+    int m_shift;
+    std::int32_t m_vertices;
+};
+
+/// The corners of all triangles, and for each piece of them, in which vertex blocks the lower ends
+/// of their edges lie, one bit each.
+struct CornerLists {
+    Tesk::RawVector<Corners> triangles;
+    std::vector<std::uint64_t> blocks;
+};
+
+/// The corners of a triangle; collapsed ones have no edges, all others get a neighbour, or none, at
+/// each.
+Corners takeCorners(Triangle& triangle, bool setNeighbours) {
+    const Corners c = {triangle.V(0)->Index(), triangle.V(1)->Index(), triangle.V(2)->Index()};
+    if (setNeighbours && isCollapsed(c)) {
+        for (int k = 0; k < 3; ++k) triangle.SetNeighbour(k, Triangle::kOpenEdge);
+    }
+    return c;
 }
 
-/// Without OpenMP, a host that builds this for itself gets it on one thread.
-int maxThreads() {
-#ifdef _OPENMP
-    return omp_get_max_threads();
-#else
-    return 1;
-#endif
+CornerLists cornersOf(Tesk::Team& team, Mesh& mesh, const VertexBlocks& blocks,
+                      bool setNeighbours) {
+    CornerLists lists;
+    const std::int64_t count = mesh.TriangleCount();
+    lists.triangles.resize(static_cast<std::size_t>(count));
+    lists.blocks.resize(static_cast<std::size_t>((count + kPiece - 1) / kPiece));
+    team.forPieces(count, kPiece, [&](std::int64_t first, std::int64_t end, int) {
+        std::uint64_t touched = 0;
+        for (std::int64_t t = first; t < end; ++t) {
+            Triangle& triangle = *mesh.Triangle(static_cast<std::int32_t>(t));
+            const Corners c = takeCorners(triangle, setNeighbours);
+            lists.triangles[static_cast<std::size_t>(t)] = c;
+            // The lower ends of three edges: the least corner, and the middle one.
+            const std::int32_t least = std::min({c[0], c[1], c[2]});
+            const std::int32_t most = std::max({c[0], c[1], c[2]});
+            const std::int32_t middle = (c[0] ^ c[1] ^ c[2]) ^ least ^ most;
+            touched |= std::uint64_t{1} << blocks.blockOf(least);
+            touched |= std::uint64_t{1} << blocks.blockOf(middle);
+        }
+        lists.blocks[static_cast<std::size_t>(first / kPiece)] = touched;
+    });
+    return lists;
 }
 
-/// A thread's share of the vertices. Every thread reads all triangles and files those half-edges
-/// whose lower vertex is its own, so that no two write to the same place.
+/// A share of the vertices, whole blocks. What files its half-edges reads the pieces of triangles
+/// that have some.
 struct VertexRange {
     std::int32_t first = 0;
     std::int32_t end = 0;
+    std::uint64_t blocks = 0;  ///< one bit each
 
     bool holds(std::int32_t vertex) const { return first <= vertex && vertex < end; }
 };
 
-std::vector<VertexRange> splitVertices(std::int32_t vertices) {
-    // More ranges than threads would read the triangles more often; the shares are even enough.
-    const std::int64_t shares = std::clamp(maxThreads(), 1, 256);
+std::vector<VertexRange> splitVertices(const VertexBlocks& blocks, int shares) {
     std::vector<VertexRange> ranges;
-    for (std::int64_t i = 0; i < shares; ++i) {
-        ranges.push_back({static_cast<std::int32_t>(vertices * i / shares),
-                          static_cast<std::int32_t>(vertices * (i + 1) / shares)});
+    for (int i = 0; i < shares; ++i) {
+        const int first = blocks.count() * i / shares;
+        const int end = blocks.count() * (i + 1) / shares;
+        if (first == end) continue;
+        VertexRange range = {blocks.firstOf(first), blocks.firstOf(end), 0};
+        for (int block = first; block < end; ++block) range.blocks |= std::uint64_t{1} << block;
+        ranges.push_back(range);
     }
     return ranges;
 }
 
+/// How many pieces of triangles all ranges together read.
+std::size_t piecesRead(const std::vector<VertexRange>& ranges, const CornerLists& lists) {
+    std::size_t pieces = 0;
+    for (const VertexRange& range : ranges) {
+        for (const std::uint64_t touched : lists.blocks) pieces += (touched & range.blocks) != 0;
+    }
+    return pieces;
+}
+
+/// More ranges than threads even out what each has to do, but where the triangles' order is not
+/// that of their vertices, each reads most triangles.
+std::vector<VertexRange> rangesFor(const Tesk::Team& team, const VertexBlocks& blocks,
+                                   const CornerLists& lists) {
+    constexpr int kPerThread = 4;
+    if (team.size() > 1) {
+        std::vector<VertexRange> many = splitVertices(blocks, team.size() * kPerThread);
+        if (piecesRead(many, lists) <= lists.blocks.size() * 2) return many;
+    }
+    return splitVertices(blocks, team.size());
+}
+
 /// Calls visit(lower vertex, HalfEdge) for those of a range, by ascending triangle.
 template <class Visit>
-void forEachHalfEdge(const std::vector<Corners>& triangles, const VertexRange& range, Visit visit) {
-    for (std::size_t t = 0; t < triangles.size(); ++t) {
-        const Corners& c = triangles[t];
-        if (isCollapsed(c)) continue;
-        for (std::uint32_t k = 0; k < 3; ++k) {
-            const std::int32_t from = c[k];
-            const std::int32_t to = c[k == 2 ? 0 : k + 1];
-            const std::int32_t lower = std::min(from, to);
-            if (!range.holds(lower)) continue;
-            visit(static_cast<std::size_t>(lower),
-                  HalfEdge(std::max(from, to), static_cast<std::int32_t>(t), k, from < to));
+void forEachHalfEdge(const CornerLists& lists, const VertexRange& range, Visit visit) {
+    for (std::size_t piece = 0; piece < lists.blocks.size(); ++piece) {
+        if ((lists.blocks[piece] & range.blocks) == 0) continue;
+        const std::size_t first = piece * kPiece;
+        const std::size_t end = std::min(first + kPiece, lists.triangles.size());
+        for (std::size_t t = first; t < end; ++t) {
+            const Corners& c = lists.triangles[t];
+            if (isCollapsed(c)) continue;
+            for (std::uint32_t k = 0; k < 3; ++k) {
+                const std::int32_t from = c[k];
+                const std::int32_t to = c[k == 2 ? 0 : k + 1];
+                const std::int32_t lower = std::min(from, to);
+                if (!range.holds(lower)) continue;
+                visit(static_cast<std::size_t>(lower - range.first),
+                      HalfEdge(std::max(from, to), static_cast<std::int32_t>(t), k, from < to));
+            }
         }
     }
 }
 
-/// Half-edges of all triangles, grouped by their lower vertex.
+/// Half-edges whose lower vertex is in a range, grouped by that.
 struct HalfEdgeGroups {
     std::vector<std::uint32_t> ends;  ///< where each vertex's group ends, and the next begins
-    std::vector<HalfEdge> halfEdges;
+    Tesk::RawVector<HalfEdge> halfEdges;
 
-    HalfEdge* begin(std::int32_t vertex) {
-        return halfEdges.data() + (vertex == 0 ? 0 : ends[static_cast<std::size_t>(vertex) - 1]);
+    HalfEdge* begin(std::size_t vertex) {
+        return halfEdges.data() + (vertex == 0 ? 0 : ends[vertex - 1]);
     }
-    HalfEdge* end(std::int32_t vertex) {
-        return halfEdges.data() + ends[static_cast<std::size_t>(vertex)];
-    }
+    HalfEdge* end(std::size_t vertex) { return halfEdges.data() + ends[vertex]; }
 };
 
-HalfEdgeGroups groupHalfEdges(const std::vector<Corners>& triangles, std::int32_t vertices,
-                              const std::vector<VertexRange>& ranges) {
+HalfEdgeGroups groupHalfEdges(const CornerLists& lists, const VertexRange& range) {
     HalfEdgeGroups groups;
     std::vector<std::uint32_t>& ends = groups.ends;
-    ends.assign(static_cast<std::size_t>(vertices), 0);
-    const auto shares = static_cast<std::int32_t>(ranges.size());
-#pragma omp parallel for schedule(static, 1)
-    for (std::int32_t i = 0; i < shares; ++i) {
-        forEachHalfEdge(triangles, ranges[static_cast<std::size_t>(i)],
-                        [&](std::size_t lower, const HalfEdge&) { ++ends[lower]; });
-    }
+    ends.resize(static_cast<std::size_t>(range.end - range.first));
+    forEachHalfEdge(lists, range, [&](std::size_t lower, const HalfEdge&) { ++ends[lower]; });
     // Where each group begins; filling it moves that to its end.
     std::uint32_t total = 0;
     for (std::uint32_t& end : ends) {
@@ -131,13 +200,9 @@ HalfEdgeGroups groupHalfEdges(const std::vector<Corners>& triangles, std::int32_
         total += count;
     }
     groups.halfEdges.resize(total);
-#pragma omp parallel for schedule(static, 1)
-    for (std::int32_t i = 0; i < shares; ++i) {
-        forEachHalfEdge(triangles, ranges[static_cast<std::size_t>(i)],
-                        [&](std::size_t lower, const HalfEdge& halfEdge) {
-                            groups.halfEdges[ends[lower]++] = halfEdge;
-                        });
-    }
+    forEachHalfEdge(lists, range, [&](std::size_t lower, const HalfEdge& halfEdge) {
+        groups.halfEdges[ends[lower]++] = halfEdge;
+    });
     return groups;
 }
 
@@ -188,33 +253,41 @@ void finishVertex(Mesh& mesh, HalfEdge* edge, HalfEdge* end, bool setNeighbours,
     }
 }
 
-/// Collapsed triangles have no edges; all others get a neighbour, or none, at each.
-void markCollapsed(Mesh& mesh, const std::vector<Corners>& triangles) {
-    for (std::size_t t = 0; t < triangles.size(); ++t) {
-        if (!isCollapsed(triangles[t])) continue;
-        for (int k = 0; k < 3; ++k) {
-            mesh.Triangle(static_cast<std::int32_t>(t))->SetNeighbour(k, Triangle::kOpenEdge);
-        }
+/// The edges whose lower vertex is in a range.
+TopologyCounts finishRange(Mesh& mesh, const CornerLists& lists, const VertexRange& range,
+                           bool setNeighbours) {
+    TopologyCounts counts;
+    HalfEdgeGroups groups = groupHalfEdges(lists, range);
+    for (std::size_t v = 0; v < groups.ends.size(); ++v) {
+        finishVertex(mesh, groups.begin(v), groups.end(v), setNeighbours, counts);
     }
+    return counts;
+}
+
+TopologyCounts buildOnTeam(Tesk::Team& team, Mesh& mesh, bool setNeighbours) {
+    const VertexBlocks blocks(mesh.VertexCount());
+    const CornerLists lists = cornersOf(team, mesh, blocks, setNeighbours);
+    const std::vector<VertexRange> ranges = rangesFor(team, blocks, lists);
+    std::mutex mutex;
+    TopologyCounts all;
+    const auto count = static_cast<std::int64_t>(ranges.size());
+    team.forPieces(count, 1, [&](std::int64_t i, std::int64_t, int) {
+        const TopologyCounts counts =
+            finishRange(mesh, lists, ranges[static_cast<std::size_t>(i)], setNeighbours);
+        const std::lock_guard lock(mutex);
+        all.openEdges += counts.openEdges;
+        all.nonManifoldEdges += counts.nonManifoldEdges;
+        all.inconsistentEdges += counts.inconsistentEdges;
+    });
+    return all;
 }
 
 }  // namespace
 
 TopologyCounts buildEdgeTopology(Mesh& mesh, bool setNeighbours) {
-    const std::vector<Corners> triangles = cornersOf(mesh);
-    const std::vector<VertexRange> ranges = splitVertices(mesh.VertexCount());
-    HalfEdgeGroups groups = groupHalfEdges(triangles, mesh.VertexCount(), ranges);
-    std::int32_t open = 0;
-    std::int32_t nonManifold = 0;
-    std::int32_t inconsistent = 0;
-#pragma omp parallel for schedule(static) reduction(+ : open, nonManifold, inconsistent)
-    for (std::int32_t v = 0; v < mesh.VertexCount(); ++v) {
-        TopologyCounts counts;
-        finishVertex(mesh, groups.begin(v), groups.end(v), setNeighbours, counts);
-        open += counts.openEdges;
-        nonManifold += counts.nonManifoldEdges;
-        inconsistent += counts.inconsistentEdges;
-    }
-    if (setNeighbours) markCollapsed(mesh, triangles);
-    return {open, nonManifold, inconsistent};
+    constexpr std::int64_t kTrianglesPerThread = 20'000;
+    TopologyCounts counts;
+    Tesk::withTeam(Tesk::threadsFor(mesh.TriangleCount(), kTrianglesPerThread),
+                   [&](Tesk::Team& team) { counts = buildOnTeam(team, mesh, setNeighbours); });
+    return counts;
 }

@@ -1,6 +1,7 @@
 #include "TeskMeshData/MeshKernel.h"
 
 #include "EdgeTopology.h"
+#include "TeskThreads/Team.h"
 
 MeshKernel::MeshKernel() : m_mesh(std::make_shared<UMesh<float>>()) {}
 
@@ -28,10 +29,16 @@ void MeshKernel::UpdateTopo(bool rebuild, int parts) {
 }
 
 void MeshKernel::updateTriangleNormal() {
-#pragma omp parallel for schedule(static)
-    for (std::int32_t i = 0; i < m_mesh->TriangleCount(); ++i) {
-        UTriangle<float>& triangle = *m_mesh->Triangle(i);
-        const UPoint3<float>& p0 = triangle.P(0);
-        triangle.SetN(((triangle.P(1) - p0) * (triangle.P(2) - p0)).GetNormal());
-    }
+    constexpr std::int64_t kTrianglesPerThread = 50'000;
+    constexpr std::int64_t kPiece = 4096;
+    const std::int64_t triangles = m_mesh->TriangleCount();
+    const auto update = [&](std::int64_t first, std::int64_t end, int) {
+        for (std::int64_t i = first; i < end; ++i) {
+            UTriangle<float>& triangle = *m_mesh->Triangle(static_cast<std::int32_t>(i));
+            const UPoint3<float>& p0 = triangle.P(0);
+            triangle.SetN(((triangle.P(1) - p0) * (triangle.P(2) - p0)).GetNormal());
+        }
+    };
+    Tesk::withTeam(Tesk::threadsFor(triangles, kTrianglesPerThread),
+                   [&](Tesk::Team& team) { team.forPieces(triangles, kPiece, update); });
 }
