@@ -4,8 +4,8 @@
 
 #include <vector>
 
-/// Processes that do nothing but compute, for as long as this lives; they end with their parent, too,
-/// however that ends.
+/// Processes that do nothing but compute, for as long as this lives; they end with their parent,
+/// too, however that ends.
 class BusyProcessors {
  public:
     explicit BusyProcessors(int processes);

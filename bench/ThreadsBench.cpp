@@ -1,6 +1,6 @@
-// What threads gain in the choice of build orientations: stage by stage on a machine that has nothing
-// else to do, and the whole call on one whose processors are busy with other work. Calls on one
-// thread and on several run in turn; fails where their results differ.
+// What threads gain in the choice of build orientations: stage by stage on a machine that has
+// nothing else to do, and the whole call on one whose processors are busy with other work. Calls on
+// one thread and on several run in turn; fails where their results differ.
 
 #include <fmt/format.h>
 #include <omp.h>
@@ -113,9 +113,9 @@ const char* verdict(const Compared& compared) {
 void printStages(const std::string& name, std::size_t triangles, const Compared& compared) {
     const auto print = [&](const std::string& stage, const std::vector<double>& one,
                            const std::vector<double>& many) {
-        fmt::print("{:<18} {:>9}  {:<18} {:>10.2f} {:>10.2f} {:>6.2f}  {:016x}{}\n", name, triangles,
-                   stage, medianOf(one) * 1e3, medianOf(many) * 1e3, medianRatio(one, many),
-                   compared.hash, verdict(compared));
+        fmt::print("{:<18} {:>9}  {:<18} {:>10.2f} {:>10.2f} {:>6.2f}  {:016x}{}\n", name,
+                   triangles, stage, medianOf(one) * 1e3, medianOf(many) * 1e3,
+                   medianRatio(one, many), compared.hash, verdict(compared));
     };
     for (const auto& [label, stage] : kStages) {
         print(stage, compared.one.stages.at(label), compared.many.stages.at(label));
@@ -125,12 +125,13 @@ void printStages(const std::string& name, std::size_t triangles, const Compared&
 }
 
 void printBusy(const std::string& name, std::size_t triangles, const Compared& compared) {
-    fmt::print("{:<18} {:>9} {:>10.2f} {:>10.2f} {:>6.2f} {:>12.2f} {:>10.2f} {:>6.2f}  {:016x}{}\n",
-               name, triangles, medianOf(compared.one.wall) * 1e3, medianOf(compared.many.wall) * 1e3,
-               medianRatio(compared.one.wall, compared.many.wall),
-               medianOf(compared.one.processor) * 1e3, medianOf(compared.many.processor) * 1e3,
-               medianRatio(compared.one.processor, compared.many.processor), compared.hash,
-               verdict(compared));
+    fmt::print(
+        "{:<18} {:>9} {:>10.2f} {:>10.2f} {:>6.2f} {:>12.2f} {:>10.2f} {:>6.2f}  {:016x}{}\n", name,
+        triangles, medianOf(compared.one.wall) * 1e3, medianOf(compared.many.wall) * 1e3,
+        medianRatio(compared.one.wall, compared.many.wall), medianOf(compared.one.processor) * 1e3,
+        medianOf(compared.many.processor) * 1e3,
+        medianRatio(compared.one.processor, compared.many.processor), compared.hash,
+        verdict(compared));
     std::fflush(stdout);
 }
 

@@ -42,8 +42,8 @@ std::uint32_t drawFrom(std::uint32_t& state) {
     return (state >> 16) & 0x7fffu;
 }
 
-/// The state that many numbers on: a step done twice is a step of the same kind, with another factor
-/// and summand, and so are two, four and more steps.
+/// The state that many numbers on: a step done twice is a step of the same kind, with another
+/// factor and summand, and so are two, four and more steps.
 std::uint32_t stateAfter(std::uint32_t state, std::size_t numbers) {
     std::uint32_t factor = kFactor;
     std::uint32_t summand = kSummand;

@@ -83,6 +83,8 @@ TEST(AllocationFailure, LeavesTheCallAsBadAllocAndHoldsNoMemory) {
 TEST(AllocationFailure, OnAnyThreadLeavesTheCallOnTheCallingThread) {
     expectCleanFailures(makeColumnWithArm(), 2);
     expectCleanFailures(makeSphere(5.0f, 300), 3);
+    // Of so many triangles the preparation runs on threads, too.
+    expectCleanFailures(makeSphere(5.0f, 105'000), 2);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <map>
@@ -86,6 +87,33 @@ TEST(DirectionBuckets, TheFullestComeFirstAndTiesGoByIndex) {
         }
     }
     EXPECT_TRUE(buckets.takeFullest(10).empty());
+}
+
+TEST(DirectionBuckets, WhatSeveralHaveCountedIsWhatOneWouldHave) {
+    const std::vector<Direction> directions = someDirections(30'000);
+    std::array<DirectionBuckets, 3> shares;
+    DirectionBuckets whole;
+    for (int round = 0; round < 2; ++round) {
+        for (std::size_t i = 0; i < directions.size(); ++i) {
+            const auto index = static_cast<std::int32_t>(i);
+            const std::uint32_t cell = DirectionBuckets::cellOf(directions[i]);
+            // Runs of indices, in no order among the shares.
+            shares[i / 500 * 7 % 3].add(cell, directions[i], index);
+            whole.add(cell, directions[i], index);
+        }
+        shares[1].take(shares[2]);
+        shares[1].take(shares[0]);
+        EXPECT_TRUE(shares[0].takeFullest(1).empty());
+        const std::vector<DirectionBucket> found = shares[1].takeFullest(100'000);
+        const std::vector<DirectionBucket> expected = whole.takeFullest(100'000);
+        ASSERT_EQ(found.size(), expected.size());
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            ASSERT_EQ(found[i].index, expected[i].index);
+            ASSERT_EQ(found[i].count, expected[i].count);
+            ASSERT_TRUE(found[i].last == expected[i].last || found[i].last.x != found[i].last.x ||
+                        found[i].last.y != found[i].last.y || found[i].last.z != found[i].last.z);
+        }
+    }
 }
 
 TEST(DirectionBuckets, TheLastOfABucketStandsForIt) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <thread>
+#include <vector>
 
 #include "InitOrients.h"
 #include "OrientOptimizer.h"
@@ -64,6 +65,25 @@ TEST(RandomSource, TheSameSeedGivesTheSameNumbersAndAnotherGivesOthers) {
     };
     EXPECT_EQ(firstNumbers(31), firstNumbers(31));
     EXPECT_NE(firstNumbers(31), firstNumbers(32));
+}
+
+TEST(RandomSource, ARunHoldsTheNextNumbersAndTheGeneratorGoesOnBehindIt) {
+    for (const std::size_t count : {0u, 1u, 2u, 63u, 64u, 1000u, 100'003u}) {
+        OptimizeOrient::seedRandom(17);
+        PlainRandom plain(17);
+        EXPECT_EQ(nextRandom(), plain.next());
+        const RandomRun run(count);
+        std::vector<int> expected(count);
+        for (int& number : expected) number = plain.next();
+        EXPECT_EQ(nextRandom(), plain.next()) << "after " << count;
+        for (const std::size_t first : {std::size_t{0}, count / 3, count - count / 7, count}) {
+            std::vector<std::uint16_t> numbers(count - first);
+            run.read(first, numbers);
+            EXPECT_TRUE(std::equal(numbers.begin(), numbers.end(),
+                                   expected.begin() + static_cast<std::ptrdiff_t>(first)))
+                << "from " << first << " of " << count;
+        }
+    }
 }
 
 TEST(RandomSource, FindingCandidatesGoesOnFromWhereTheNumbersStandAndNeverSeedsThem) {

@@ -50,9 +50,9 @@ constexpr std::int64_t kPiece = 4096;
 class VertexBlocks {
  public:
     explicit VertexBlocks(std::int32_t vertices)
-        : m_shift(std::max(static_cast<int>(std::bit_width(static_cast<std::uint32_t>(vertices))) -
-                               kMostBits,
-                           0)),
+        : m_shift(std::max(
+              static_cast<int>(std::bit_width(static_cast<std::uint32_t>(vertices))) - kMostBits,
+              0)),
           m_vertices(vertices) {}
 
     int count() const { return m_vertices == 0 ? 0 : blockOf(m_vertices - 1) + 1; }
