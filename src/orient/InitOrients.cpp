@@ -211,7 +211,7 @@ std::vector<Direction> initOrients(MeshKernel* mesh) {
     mesh->updateTriangleNormal();
     constexpr auto kBase = baseDirections();
     std::vector<Direction> candidates(kBase.begin(), kBase.end());
-    constexpr std::int64_t kTrianglesPerThread = 20'000;
+    constexpr std::int64_t kTrianglesPerThread = 50'000;
     Tesk::withTeam(Tesk::threadsFor(shared->TriangleCount(), kTrianglesPerThread),
                    [&](Tesk::Team& team) {
                        TeamBuckets buckets(team);

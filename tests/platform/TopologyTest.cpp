@@ -85,6 +85,19 @@ void expectSameAsPlain(MeshKernel& kernel) {
     omp_set_num_threads(threadsBefore);
 }
 
+TEST(Topology, ABigMeshIsRightOnAnyNumberOfThreadsAndInAnyOrder) {
+    Part part = makeSphere(10.0f, 210'000);
+    MeshKernel inOrder = part.kernel();
+    expectSameAsPlain(inOrder);
+    TestRandom random(3);
+    for (std::size_t i = 1; i < part.triangles.size(); ++i) {
+        std::swap(part.triangles[i],
+                  part.triangles[static_cast<std::size_t>(random.below(static_cast<int>(i)))]);
+    }
+    MeshKernel shuffled = part.kernel();
+    expectSameAsPlain(shuffled);
+}
+
 TEST(Topology, AClosedMeshHasNoOddEdges) {
     MeshKernel kernel = makeBox({0, 0, 0}, {1, 1, 1}).kernel();
     kernel.UpdateTopo(true, kAll);

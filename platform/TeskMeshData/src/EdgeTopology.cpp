@@ -285,7 +285,7 @@ TopologyCounts buildOnTeam(Tesk::Team& team, Mesh& mesh, bool setNeighbours) {
 }  // namespace
 
 TopologyCounts buildEdgeTopology(Mesh& mesh, bool setNeighbours) {
-    constexpr std::int64_t kTrianglesPerThread = 20'000;
+    constexpr std::int64_t kTrianglesPerThread = 50'000;
     TopologyCounts counts;
     Tesk::withTeam(Tesk::threadsFor(mesh.TriangleCount(), kTrianglesPerThread),
                    [&](Tesk::Team& team) { counts = buildOnTeam(team, mesh, setNeighbours); });
