@@ -5,19 +5,71 @@
 #endif
 #if defined(__SSE2__) || defined(_M_X64)
 #include <emmintrin.h>
-#else
-#include <thread>
 #endif
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <mutex>
+#include <thread>
 #include <type_traits>
 #include <utility>
 
 namespace Tesk {
+
+/// A number that threads change and wait for: they look at it for a while and then sleep. (The wait
+/// of std::atomic loses wake-ups where GCC's library has no futex, on Windows.)
+class WatchedNumber {
+ public:
+    std::uint32_t get() const { return m_value; }
+
+    /// Changes the number without a word to those who wait.
+    void add(std::uint32_t step) { m_value += step; }
+
+    void wake() {
+        if (m_sleepers == 0) return;
+        // Who sleeps, or is about to, has looked at the number before or will look after this.
+        { const std::lock_guard lock(m_mutex); }
+        m_changed.notify_all();
+    }
+
+    /// Waits until the number is another; returns it.
+    std::uint32_t waitPast(std::uint32_t old) {
+        // About as long as a sleep and a wake-up take.
+        constexpr int kLooks = 1000;
+        for (int i = 0; i < kLooks && m_value == old; ++i) relax();
+        if (m_value == old) sleepPast(old);
+        return m_value;
+    }
+
+    void waitUntil(std::uint32_t wanted) {
+        for (std::uint32_t found = m_value; found != wanted;) found = waitPast(found);
+    }
+
+ private:
+    void sleepPast(std::uint32_t old) {
+        std::unique_lock lock(m_mutex);
+        ++m_sleepers;
+        m_changed.wait(lock, [&] { return m_value != old; });
+        --m_sleepers;
+    }
+
+    static void relax() {
+#if defined(__SSE2__) || defined(_M_X64)
+        _mm_pause();
+#else
+        std::this_thread::yield();
+#endif
+    }
+
+    std::atomic<std::uint32_t> m_value = 0;
+    std::atomic<std::uint32_t> m_sleepers = 0;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+};
 
 /// The threads of one OpenMP parallel region. The calling thread, its master, runs the work that
 /// goes on in order, and hands out what can be done on all; meanwhile the others sleep.
@@ -78,9 +130,7 @@ class Team {
     template <class Work>
     friend void withTeam(int threads, Work&& work);
 
-    /// What m_state says beside the number of a piece of work, twice, plus one while it is open.
-    static constexpr std::uint32_t kDismissed = ~std::uint32_t{0};
-
+    /// The state is odd while the master lets others begin.
     static bool isOpen(std::uint32_t state) { return (state & 1) != 0; }
 
     void callWork(int thread) {
@@ -92,66 +142,41 @@ class Team {
     }
 
     void open() {
-        ++m_state;
-        m_state.notify_all();
+        m_state.add(1);
+        m_state.wake();
     }
 
     /// Lets no other thread begin, and waits for those that have.
     void close() {
-        ++m_state;
-        waitUntil(m_inside, 0);
+        m_state.add(1);
+        m_inside.waitUntil(0);
     }
 
     /// What the other threads do all the time.
     void serve(int thread) {
         std::uint32_t seen = 0;
         for (;;) {
-            std::uint32_t state = waitPast(m_state, seen);
-            seen = state;
-            if (state == kDismissed) break;
-            if (!isOpen(state)) continue;
+            seen = m_state.waitPast(seen);
+            if (m_isOver) break;
+            if (!isOpen(seen)) continue;
             // From here the master waits; unless it has gone on since, then the state tells so.
-            ++m_inside;
-            state = m_state;
-            if (state != kDismissed && isOpen(state)) {
-                seen = state;
-                callWork(thread);
-            }
-            if (--m_inside == 0) m_inside.notify_all();
+            m_inside.add(1);
+            seen = m_state.get();
+            if (!m_isOver && isOpen(seen)) callWork(thread);
+            m_inside.add(~std::uint32_t{0});
+            if (m_inside.get() == 0) m_inside.wake();
+            if (m_isOver) break;
         }
-        ++m_leaving;
-        m_leaving.notify_all();
+        m_leaving.add(1);
+        m_leaving.wake();
     }
 
     /// Sends the other threads to the end of the region, and waits until they are about there.
     void dismiss() {
-        m_state = kDismissed;
-        m_state.notify_all();
-        waitUntil(m_leaving, static_cast<std::uint32_t>(m_size) - 1);
-    }
-
-    static void relax() {
-#if defined(__SSE2__) || defined(_M_X64)
-        _mm_pause();
-#else
-        std::this_thread::yield();
-#endif
-    }
-
-    /// Looks for a value other than `old` for as long as a sleep and a wake-up would take.
-    static std::uint32_t spinPast(const std::atomic<std::uint32_t>& value, std::uint32_t old) {
-        constexpr int kSpins = 1000;
-        for (int i = 0; i < kSpins && value == old; ++i) relax();
-        return value;
-    }
-
-    static std::uint32_t waitPast(const std::atomic<std::uint32_t>& value, std::uint32_t old) {
-        if (spinPast(value, old) == old) value.wait(old);
-        return value;
-    }
-
-    static void waitUntil(const std::atomic<std::uint32_t>& value, std::uint32_t wanted) {
-        for (std::uint32_t found = value; found != wanted;) found = waitPast(value, found);
+        m_isOver = true;
+        m_state.add(2);
+        m_state.wake();
+        m_leaving.waitUntil(static_cast<std::uint32_t>(m_size) - 1);
     }
 
     int m_size = 1;
@@ -159,9 +184,10 @@ class Team {
     void (*m_call)(const void*, int) = nullptr;
     std::atomic<bool> m_hasFailed = false;
     std::exception_ptr m_failure;
-    std::atomic<std::uint32_t> m_state = 0;
-    std::atomic<std::uint32_t> m_inside = 0;   ///< threads that may be at work, but the master
-    std::atomic<std::uint32_t> m_leaving = 0;  ///< those that are about to end the region
+    std::atomic<bool> m_isOver = false;
+    WatchedNumber m_state;
+    WatchedNumber m_inside;   ///< threads that may be at work, but the master
+    WatchedNumber m_leaving;  ///< those that are about to end the region
 };
 
 /// How many threads the caller's setting allows; 1 without OpenMP.
