@@ -115,6 +115,15 @@ TEST(AxisBox, OfAShadowWithoutAreaRunsAlongIt) {
     EXPECT_NEAR(segment.extent.z, 2.0f, 1e-6f);
 }
 
+TEST(AxisBox, OfAShadowOfNextToNothingIsNotInsideOut) {
+    // In single precision the corners turn the wrong way round, by less than what a box may miss.
+    const Points points = {{-0x1.a48538p+5f, 0x1.86cc4ap+5f, 0x1.55aae8p+5f},
+                           {-0x1.044a9p+2f, 0x1.a7c608p+3f, 0x1.8f3a6p+2f},
+                           {0x1.0c40dep+6f, -0x1.37d7e8p+5f, -0x1.7a0466p+5f}};
+    const OrientedBox3 box = around(points[2] - points[1], points);
+    EXPECT_NEAR(crossSection(box) / 2.43597e-14f, 1.0f, 1e-4f);
+}
+
 TEST(AxisBox, OfAPrismThatRunsAlongASkewAxisIsOverItsBase) {
     // Whole coordinates: the prism's edges are exactly parallel to the axis, but rounding moves the
     // two ends of each apart in the shadow.

@@ -176,7 +176,7 @@ TEST(AxisLeast, AlongEdgesAndNormalsOfNoisyParts) {
 TEST(AxisLeast, AlongEdgesAndNormalsOfFlatPointsLinesAndNeedles) {
     Tally tally;
     TestRandom random(63);
-    for (int i = 0; i < (testsAreSmall() ? 50 : 500) && !HasFailure(); ++i) {
+    for (int i = 0; i < (testsAreSmall() ? 50 : 2000) && !HasFailure(); ++i) {
         SCOPED_TRACE(i);
         const int count = 2 + random.below(30);
         for (const auto make : {pointsInPlane, pointsOnLine, needle}) {

@@ -1,6 +1,7 @@
 #include "ShadowRectangle.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -10,88 +11,87 @@ namespace {
 using Real = long double;
 using Vector = UVector3<Real>;
 
-struct Corner {
-    Real x;
-    Real y;
-};
-
 /// UVector3 measures lengths in double.
-Vector normalised(const Vector& v) {
-    return v / std::sqrt(v | v);
+Real lengthOf(const Vector& v) {
+    return std::sqrt(v | v);
 }
 
-Vector anyAcross(const Vector& v) {
-    const bool isAlongX = std::fabs(v.x) > std::fabs(v.y) && std::fabs(v.x) > std::fabs(v.z);
-    return normalised(v * (isAlongX ? Vector(0, 1, 0) : Vector(1, 0, 0)));
-}
-
-Real turnOf(const Corner& a, const Corner& b, const Corner& c) {
-    return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
-}
-
-/// The outline's corners by Andrew's chains.
-std::vector<Corner> outlineOf(std::vector<Corner> points) {
-    std::sort(points.begin(), points.end(),
-              [](const Corner& a, const Corner& b) { return a.x != b.x ? a.x < b.x : a.y < b.y; });
-    std::vector<Corner> outline;
-    for (int chain = 0; chain < 2; ++chain) {
-        const std::size_t first = outline.size();
-        for (const Corner& p : points) {
-            while (outline.size() >= first + 2 &&
-                   turnOf(outline[outline.size() - 2], outline.back(), p) <= 0) {
-                outline.pop_back();
-            }
-            outline.push_back(p);
-        }
-        outline.pop_back();
-        std::reverse(points.begin(), points.end());
+std::vector<Vector> verticesOf(const gte::ConvexHull3& hull) {
+    std::vector<Vector> vertices;
+    for (const UPoint3<float>& p : hull.getVertices()) {
+        vertices.push_back((p - UPoint3<float>()).As<Real>());
     }
-    if (outline.empty()) outline.push_back(points.front());
-    return outline;
+    const Vector origin = vertices.front();
+    for (Vector& v : vertices) v = v - origin;
+    return vertices;
 }
 
-Real widthAlong(const std::vector<Corner>& outline, Real x, Real y) {
-    Real low = outline[0].x * x + outline[0].y * y;
+Real widthAlong(const std::vector<Vector>& vertices, const Vector& direction) {
+    Real low = vertices[0] | direction;
     Real high = low;
-    for (const Corner& c : outline) {
-        low = std::min(low, c.x * x + c.y * y);
-        high = std::max(high, c.x * x + c.y * y);
+    for (const Vector& v : vertices) {
+        const Real x = v | direction;
+        low = std::min(low, x);
+        high = std::max(high, x);
     }
     return high - low;
+}
+
+/// Of every triangle: 1 where it clearly faces along the axis, −1 against it, 0 where neither is
+/// sure.
+std::vector<int> facesOf(const gte::ConvexHull3& hull, const std::vector<Vector>& vertices,
+                         const Vector& unit) {
+    constexpr Real kClear = 1e-9L;
+    std::vector<int> faces;
+    for (const auto& corners : hull.getTriangles()) {
+        const auto at = [&](std::size_t k) {
+            return vertices[static_cast<std::size_t>(corners[k])];
+        };
+        const Vector normal = (at(1) - at(0)) * (at(2) - at(0));
+        const Real dot = normal | unit;
+        const bool isClear = std::fabs(dot) > kClear * lengthOf(normal);
+        faces.push_back(!isClear ? 0 : dot > 0 ? 1 : -1);
+    }
+    return faces;
+}
+
+/// The edges between a triangle on either side: those of the shadow's outline are among them.
+std::vector<Vector> edgesOfOutline(const gte::ConvexHull3& hull,
+                                   const std::vector<Vector>& vertices, const Vector& unit) {
+    const std::vector<int> faces = facesOf(hull, vertices, unit);
+    std::vector<Vector> edges;
+    for (const gte::HullEdge& edge : hull.getHullEdges()) {
+        const int product =
+            faces[static_cast<std::size_t>(edge.f0)] * faces[static_cast<std::size_t>(edge.f1)];
+        if (product > 0) continue;
+        edges.push_back(vertices[static_cast<std::size_t>(edge.b)] -
+                        vertices[static_cast<std::size_t>(edge.a)]);
+    }
+    if (edges.empty()) edges.push_back(vertices.back() - vertices.front());
+    return edges;
 }
 
 }  // namespace
 
 ShadowRectangle leastShadowRectangle(const gte::ConvexHull3& hull, const UVector3<float>& axis) {
-    const Vector unit = normalised(axis.As<Real>());
-    const Vector e1 = anyAcross(unit);
-    const Vector e2 = unit * e1;
-    const UPoint3<float>& origin = hull.getVertices().front();
-    std::vector<Corner> points;
-    Real low = 0;
-    Real high = 0;
-    for (const UPoint3<float>& p : hull.getVertices()) {
-        const Vector d = (p - UPoint3<float>()).As<Real>() - (origin - UPoint3<float>()).As<Real>();
-        points.push_back({d | e1, d | e2});
-        low = std::min(low, d | unit);
-        high = std::max(high, d | unit);
-    }
-    const std::vector<Corner> outline = outlineOf(points);
+    constexpr Real kSteep = 1e-15L;
+    const std::vector<Vector> vertices = verticesOf(hull);
+    const auto given = axis.As<Real>();
+    const Vector unit = given / lengthOf(given);
     ShadowRectangle least;
-    least.depth = high - low;
+    least.depth = widthAlong(vertices, unit);
     bool isFirst = true;
-    for (std::size_t i = 0; i < outline.size(); ++i) {
-        const Corner& a = outline[i];
-        const Corner& b = outline[(i + 1) % outline.size()];
-        const Real length = std::hypot(b.x - a.x, b.y - a.y);
-        if (!(length > 0)) continue;
-        const Real x = (b.x - a.x) / length;
-        const Real y = (b.y - a.y) / length;
-        const Real side = widthAlong(outline, x, y);
-        const Real area = side * widthAlong(outline, -y, x);
-        if (isFirst || area < least.area) least.area = area;
+    for (const Vector& edge : edgesOfOutline(hull, vertices, unit)) {
+        // An edge along the axis has no direction across it, but for rounding.
+        const Vector across = unit * edge;
+        if (!(lengthOf(across) > kSteep * lengthOf(edge))) continue;
+        const Vector square = across - unit * (across | unit);
+        const Vector inward = square / lengthOf(square);
+        const Real width = widthAlong(vertices, inward * unit);
+        const Real height = widthAlong(vertices, inward);
+        if (isFirst || width * height < least.area) least.area = width * height;
         isFirst = false;
-        least.extent = std::max({least.extent, side, widthAlong(outline, -y, x)});
+        least.extent = std::max({least.extent, width, height});
     }
     return least;
 }
