@@ -3,11 +3,11 @@
 #include <atomic>
 #include <utility>
 
-#include "AxisSearch.h"
-#include "BaseAreaSearch.h"
-#include "MinBoundingBoxImpl.h"
-#include "PrincipalAxes.h"
-#include "VolumeSearch.h"
+#include "minbox/axes/AxisSearch.h"
+#include "minbox/axes/PrincipalAxes.h"
+#include "minbox/basearea/BaseAreaSearch.h"
+#include "minbox/frame/MinBoundingBoxImpl.h"
+#include "minbox/volume/VolumeSearch.h"
 
 struct MinBoundingBox::Cell {
     explicit Cell(unsigned int threadCount) : impl(threadCount) {}

@@ -7,10 +7,10 @@
 #include <cstdint>
 #include <sstream>
 
-#include "BoxCandidate.h"
 #include "BoxTestSupport.h"
-#include "Calipers.h"
 #include "PlainBoxRecord.h"
+#include "minbox/box/BoxCandidate.h"
+#include "minbox/outline/Calipers.h"
 
 /// Comparisons of plain and shipped results, bit for bit. A zero's sign counts, a NaN's kind does
 /// not.

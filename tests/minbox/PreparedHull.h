@@ -1,8 +1,8 @@
 #pragma once
 
-#include "BoxBound.h"
 #include "BoxTestSupport.h"
-#include "SearchHull.h"
+#include "minbox/bound/BoxBound.h"
+#include "minbox/hull/SearchHull.h"
 
 /// A hull ready for the least-volume search.
 struct PreparedHull {

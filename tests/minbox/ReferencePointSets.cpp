@@ -5,12 +5,12 @@
 #include <cmath>
 
 #include "CadShapes.h"
-#include "MinBoundingBoxImpl.h"
 #include "SampleMeshes.h"
-#include "SearchHull.h"
 #include "Shapes.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
 #include "TestSize.h"
+#include "minbox/frame/MinBoundingBoxImpl.h"
+#include "minbox/hull/SearchHull.h"
 
 namespace {
 

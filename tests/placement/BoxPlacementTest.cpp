@@ -1,4 +1,4 @@
-#include "BoxPlacement.h"
+#include "placement/BoxPlacement.h"
 
 #include <gtest/gtest.h>
 

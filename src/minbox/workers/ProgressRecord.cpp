@@ -1,0 +1,21 @@
+#include "minbox/workers/ProgressRecord.h"
+
+#include <utility>
+
+ProgressRecord::ProgressRecord(std::int32_t first, std::int32_t total,
+                               std::function<void(int)> callback)
+    : m_first(first),
+      m_total(total),
+      m_callback(std::move(callback)),
+      m_ownerThread(std::this_thread::get_id()) {}
+
+void ProgressRecord::step() {
+    const std::lock_guard lock(m_mutex);
+    ++m_counter;
+    const float done = static_cast<float>(m_counter) * 100.0f / static_cast<float>(m_total);
+    const int percent = static_cast<int>(done + static_cast<float>(m_first));
+    if (m_lastReported < percent && m_callback) {
+        m_callback(percent);
+        m_lastReported = percent;
+    }
+}

@@ -1,0 +1,82 @@
+#include "minbox/box/BoxCandidate.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "BoxTestSupport.h"
+#include "minbox/hull/SearchHull.h"
+
+namespace {
+
+/// A hull, and a frame around it along the coordinate axes.
+struct Framed {
+    explicit Framed(const Points& points) : impl(1), hull(impl, countOf(points), points.data()) {
+        frame.origin = hullPoint(impl, 0);
+        frame.axes = {Vector(2, 0, 0), Vector(0, 3, 0), Vector(0, 0, 5)};
+        for (std::size_t i = 0; i < 3; ++i) {
+            frame.squaredLengths[i] = frame.axes[i] | frame.axes[i];
+            frame.ranges[i] = rangeAlong(impl, frame.origin, frame.axes[i]);
+        }
+    }
+
+    MinBoundingBoxImpl impl;
+    SearchHull hull;
+    BoxFrame frame;
+};
+
+TEST(BoxCandidate, AFrameThatHoldsTheHullKeepsItsBits) {
+    Framed framed(boxCorners(2, 3, 4));
+    const BoxFrame before = framed.frame;
+    EXPECT_EQ(secure(framed.impl, framed.frame), FrameState::kSound);
+    EXPECT_EQ(framed.frame, before);
+}
+
+TEST(BoxCandidate, AFrameThatMissesAVertexTakesItsRangesAnew) {
+    Framed framed(boxCorners(2, 3, 4));
+    const BoxFrame whole = framed.frame;
+    framed.frame.ranges[1].max *= 0.999;
+    EXPECT_EQ(secure(framed.impl, framed.frame), FrameState::kRetaken);
+    EXPECT_EQ(framed.frame.ranges, whole.ranges);
+}
+
+TEST(BoxCandidate, RoundingIsNoMiss) {
+    Framed framed(boxCorners(2, 3, 4));
+    framed.frame.ranges[1].max *= 1.0 - 1e-12;
+    EXPECT_EQ(secure(framed.impl, framed.frame), FrameState::kSound);
+}
+
+TEST(BoxCandidate, ASkewedFrameIsDropped) {
+    for (std::size_t i = 0; i < 3; ++i) {
+        Framed framed(boxCorners(2, 3, 4));
+        const Vector& other = framed.frame.axes[(i + 1) % 3];
+        framed.frame.axes[i] = framed.frame.axes[i] + other * 1e-6;
+        EXPECT_EQ(secure(framed.impl, framed.frame), FrameState::kDropped);
+    }
+}
+
+TEST(BoxCandidate, AnAxisWithoutLengthOrNumberIsDropped) {
+    for (const double length : {0.0, -1.0, std::numeric_limits<double>::infinity(),
+                                std::numeric_limits<double>::quiet_NaN()}) {
+        Framed framed(boxCorners(2, 3, 4));
+        framed.frame.squaredLengths[1] = length;
+        EXPECT_EQ(secure(framed.impl, framed.frame), FrameState::kDropped);
+    }
+}
+
+TEST(BoxCandidate, BecomesABoxWithUnitAxesAndHalfLengths) {
+    Framed framed(boxCorners(2, 3, 4));
+    framed.frame.volume = 24.0;
+    const OrientedBox3 box = toOrientedBox(framed.impl, framed.frame);
+    EXPECT_EQ(box.center, UVector3<float>(1, 1.5f, 2));
+    EXPECT_EQ(box.extent, UVector3<float>(1, 1.5f, 2));
+    EXPECT_EQ(box.axis[0], UVector3<float>(1, 0, 0));
+    EXPECT_EQ(box.axis[2], UVector3<float>(0, 0, 1));
+    EXPECT_EQ(framed.impl.lastVolume, 24.0f);
+}
+
+TEST(BoxCandidate, WithoutOneTheAxesAreAllOnes) {
+    EXPECT_TRUE(isNoBox(noBox()));
+}
+
+}  // namespace
