@@ -12,7 +12,7 @@
 struct MinBoundingBox::Cell {
     explicit Cell(unsigned int threadCount) : impl(threadCount) {}
 
-    MinBoundingBoxImpl impl;
+    Tesk::minbox::MinBoundingBoxImpl impl;
     std::atomic<int> owners = 1;
 };
 
@@ -37,22 +37,22 @@ void MinBoundingBox::setCallBackFunction(std::function<void(int)> callback) {
 }
 
 OrientedBox3 MinBoundingBox::operator()(int n, const UPoint3<float>* points) {
-    return searchLeastVolume(m_cell->impl, n, points);
+    return Tesk::minbox::searchLeastVolume(m_cell->impl, n, points);
 }
 
 OrientedBox3 MinBoundingBox::minBaseAreaAndHeightBox(int n, const UPoint3<float>* points) {
-    return searchLeastHeight(m_cell->impl, n, points);
+    return Tesk::minbox::searchLeastHeight(m_cell->impl, n, points);
 }
 
 OrientedBox3 MinBoundingBox::minBaseAreaBox(int n, const UPoint3<float>* points) {
-    return searchLeastBaseArea(m_cell->impl, n, points);
+    return Tesk::minbox::searchLeastBaseArea(m_cell->impl, n, points);
 }
 
 OrientedBox3 MinBoundingBox::minBaseAreaBoxAroundAxis(int n, const UPoint3<float>* points,
                                                       UVector3<float> axis) {
-    return searchAroundAxis(m_cell->impl, n, points, axis);
+    return Tesk::minbox::searchAroundAxis(m_cell->impl, n, points, axis);
 }
 
 OrientedBox3 MinBoundingBox::generateOBB(const UPoint3<float>* points, int n) {
-    return principalAxesBox(points, n);
+    return Tesk::minbox::principalAxesBox(points, n);
 }

@@ -14,6 +14,8 @@
 #include "Shapes.h"
 #include "TeskDebug/Exception.h"
 
+using Tesk::placement::placeByMinBox;
+
 namespace {
 
 using Matrix = UMatrix4<float>;

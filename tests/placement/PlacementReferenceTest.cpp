@@ -12,6 +12,8 @@
 #include "TestSize.h"
 #include "placement/BoxPlacement.h"
 
+using Tesk::placement::placeByMinBox;
+
 namespace {
 
 OrientedBox3 leastBoxOf(const MeshKernel& mesh) {

@@ -5,39 +5,41 @@
 
 #include "TeskSDKCommonTools/ConvexHull2.h"
 #include "minbox/basearea/BaseAreaScores.h"
+#include "minbox/fit/BoxFit.h"
 #include "minbox/fit/LowDimensionBox.h"
-#include "minbox/hull/SearchHull.h"
-#include "minbox/outline/Calipers.h"
+#include "minbox/frame/SearchCall.h"
+
+namespace Tesk::minbox {
 
 namespace {
 
 /// The corners of the hull's shadow, counter-clockwise about the axis.
-Outline shadowOf(const MinBoundingBoxImpl& impl, const AxisPlane& plane) {
+Outline shadowOf(const gte::ConvexHull3& hull, const AxisPlane& plane) {
+    const std::vector<UPoint3<float>>& vertices = hull.getVertices();
     std::vector<double> coordinates;
-    coordinates.reserve(impl.hullVertices->size() * 2);
-    for (const UPoint3<float>& p : *impl.hullVertices) {
+    coordinates.reserve(vertices.size() * 2);
+    for (const UPoint3<float>& p : vertices) {
         coordinates.push_back(plane.u(p));
         coordinates.push_back(plane.v(p));
     }
-    Outline corners =
-        gte::ConvexHull2(coordinates, static_cast<int>(impl.hullVertices->size())).getIndices();
+    Outline corners = gte::ConvexHull2(coordinates, static_cast<int>(vertices.size())).getIndices();
     if (!plane.isRightHanded()) std::reverse(corners.begin(), corners.end());
     return corners;
 }
 
-/// A vector from one vertex to another, as the axis sees it.
-Vector across(const MinBoundingBoxImpl& impl, const Vector& axis, int from, int to) {
-    const Vector edge = hullPoint(impl, to) - hullPoint(impl, from);
+/// The vector from one vertex to another in the plane across the axis, scaled.
+Vector across(const HullPoints& points, const Vector& axis, int from, int to) {
+    const Vector edge = points[to] - points[from];
     return axis * (edge * axis);
 }
 
-/// The longest of the vectors from a shadow's corner to the others.
-Vector longestFrom(const MinBoundingBoxImpl& impl, const Vector& axis, const Outline& shadow,
+/// The longest such vector from a shadow's corner to another, which `corner` becomes.
+Vector longestFrom(const HullPoints& points, const Vector& axis, const Outline& shadow,
                    int& corner) {
     const int from = corner;
     Vector longest;
     for (const int to : shadow) {
-        const Vector edge = across(impl, axis, from, to);
+        const Vector edge = across(points, axis, from, to);
         if ((edge | edge) > (longest | longest)) {
             longest = edge;
             corner = to;
@@ -46,16 +48,16 @@ Vector longestFrom(const MinBoundingBoxImpl& impl, const Vector& axis, const Out
     return longest;
 }
 
-/// The box of points whose shadow has no area: along the shadow, or any way round for a point.
-OrientedBox3 thinBox(MinBoundingBoxImpl& impl, const Vector& axis, const Outline& shadow) {
+/// The box of points whose shadow has no area: along the shadow, or at any angle if it is a point.
+BoxFrame thinBox(const HullPoints& points, const Vector& axis, const Outline& shadow) {
     Vector along;
     if (!shadow.empty()) {
         int end = shadow[0];
-        longestFrom(impl, axis, shadow, end);
-        along = longestFrom(impl, axis, shadow, end);
+        longestFrom(points, axis, shadow, end);
+        along = longestFrom(points, axis, shadow, end);
     }
-    if ((along | along) == impl.zero) along = anyOrthogonal(axis);
-    return boxAlong(impl, {along, axis * along, axis});
+    if ((along | along) == points.constants().zero) along = anyOrthogonal(axis);
+    return frameAlong(points, {along, axis * along, axis});
 }
 
 }  // namespace
@@ -92,26 +94,27 @@ double AxisPlane::v(const UPoint3<float>& p) const {
 
 OrientedBox3 searchAroundAxis(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points,
                               const UVector3<float>& axis) {
-    impl.caliperFlag = true;
-    impl.pointCount = n;
-    impl.baseAreaMode = false;
-    impl.heightMode = false;
-    const SearchHull hull(impl, n, points);
+    SearchCall call(impl, n, points, Operation::kAroundAxis);
+    const HullPoints& vertices = call.hull().points();
     const AxisPlane plane(axis);
-    if (hullVertexCount(impl) == 0 || !plane.isSound()) return noBox();
-    if (hullVertexCount(impl) == 1) return lowDimensionBox(impl);
+    if (vertices.count() == 0 || !plane.isSound()) return noBox();
+    if (vertices.count() == 1) return call.lowDimensionBoxOrNone();
     const Vector direction = axis.As<double>();
-    Outline shadow = shadowOf(impl, plane);
-    // Rounding can tell corners apart in the shadow that lie straight above each other.
-    removeSteep(impl, direction, shadow);
-    if (shadow.size() < 3) return thinBox(impl, direction, shadow);
-    Calipers calipers(impl);
+    Outline shadow = shadowOf(call.hull().hull(), plane);
+    // Rounding can move corners of the shadow apart that lie exactly above each other.
+    removeSteep(vertices, direction, shadow);
+    if (shadow.size() < 3) return call.boxOf(thinBox(vertices, direction, shadow));
+    Calipers calipers(vertices);
     calipers.set(direction, shadow);
-    BoxCandidate box = lowestBox(
-        impl, direction, calipers,
-        [&](const Vector& origin, const Vector& along) { return rangeAlong(impl, origin, along); });
-    const FrameState state = secure(impl, box);
-    if (state == FrameState::kRetaken) measureAgain(impl, box);
+    BoxCandidate box = lowestBox(calipers, [&](const Vector& origin, const Vector& along) {
+        return vertices.rangeAlong(origin, along);
+    });
+    const FrameState state = checkFrame(vertices, box);
+    if (state == FrameState::kRemeasured) {
+        measureAgain(vertices.constants(), BaseAreaKey::kHeight, box);
+    }
     const bool isBox = state != FrameState::kDropped && !std::isnan(box.volume);
-    return isBox ? toOrientedBox(impl, box) : thinBox(impl, direction, shadow);
+    return call.boxOf(isBox ? box : thinBox(vertices, direction, shadow));
 }
+
+}  // namespace Tesk::minbox

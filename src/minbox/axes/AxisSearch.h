@@ -2,20 +2,21 @@
 
 #include "TeskDataBasic/UPoint3.h"
 #include "TeskDataBasic/UVector3.h"
-#include "minbox/box/BoxCandidate.h"
 #include "minbox/frame/MinBoundingBoxImpl.h"
+
+namespace Tesk::minbox {
 
 /// The box of least cross-section around an axis: MinBoundingBox::minBaseAreaBoxAroundAxis().
 OrientedBox3 searchAroundAxis(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points,
                               const UVector3<float>& axis);
 
-/// The plane across an axis, as the projection of points sees it.
+/// The plane across an axis, onto which points are projected.
 class AxisPlane {
  public:
     explicit AxisPlane(const UVector3<float>& axis);
 
-    /// False where the frame has collapsed: for axes along Z other than (0, 0, 1), and those that
-    /// have no direction.
+    /// False if the plane's frame has collapsed: for axes along Z other than (0, 0, 1), and those
+    /// without a direction.
     bool isSound() const { return m_isSound; }
 
     /// Whether the plane's coordinates turn counter-clockwise about the axis.
@@ -25,7 +26,7 @@ class AxisPlane {
     double v(const UPoint3<float>& p) const;
 
  private:
-    /// Coordinate axes leave the points' coordinates as they are.
+    /// Along coordinate axes, projecting keeps two of a point's coordinates.
     enum class Kind { kX, kY, kZ, kGeneral };
 
     UPoint3<float> dropped(const UPoint3<float>& p) const;
@@ -36,3 +37,5 @@ class AxisPlane {
     UVector3<float> m_e1;
     UVector3<float> m_e2;
 };
+
+}  // namespace Tesk::minbox

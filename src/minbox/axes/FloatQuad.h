@@ -6,22 +6,20 @@
 
 #include "TeskDataBasic/UPoint3.h"
 #include "TeskDataBasic/UVector3.h"
+#include "common/Sse2.h"
 
-#if defined(__SSE2__) || defined(_M_X64)
-#define TESK_HAS_SSE2 1
-#include <emmintrin.h>
-#endif
+namespace Tesk::minbox {
 
-/// The three coordinates of a point, and a fourth number without meaning, that go through the same
-/// operations side by side; each rounds as a float alone does.
+/// The three coordinates of a point, and a fourth meaningless number, in the lanes of a SIMD
+/// register if there is one. Each lane rounds as a single float does.
 class FloatQuad {
  public:
     explicit FloatQuad(float all) : FloatQuad(all, all, all) {}
     explicit FloatQuad(const UVector3<float>& v) : FloatQuad(v.x, v.y, v.z) {}
 
-    /// Reads four floats from a point's on: not for the last point of an array.
+    /// Reads four floats, so the point must not be the last of an array.
     static FloatQuad read(const UPoint3<float>& p);
-    /// The same for any point.
+    /// Reads any point.
     static FloatQuad of(const UPoint3<float>& p) { return FloatQuad(p.x, p.y, p.z); }
 
     UVector3<float> vector() const;
@@ -30,16 +28,17 @@ class FloatQuad {
     FloatQuad operator-(const FloatQuad& o) const;
     FloatQuad operator*(const FloatQuad& o) const;
 
-    /// One of its numbers in all places.
-    template <int kPlace>
+    /// One lane copied to all.
+    template <int kLane>
     FloatQuad spread() const;
 
-    /// This where it is less, or greater, than the other; else the other.
+    /// In each lane, this number if it is less, or greater, than the other one, else the other.
     FloatQuad orLess(const FloatQuad& o) const;
     FloatQuad orGreater(const FloatQuad& o) const;
 
-    /// The number of greater magnitude; infinity is greater than all numbers, and what is undefined
-    /// than infinity. Without signs.
+    /// In each lane, the greater magnitude; NaN counts as greater than infinity.
+    ///
+    /// @param withoutSign  has no negative lanes
     FloatQuad orFarther(const FloatQuad& withoutSign) const;
 
  private:
@@ -85,9 +84,9 @@ inline FloatQuad FloatQuad::operator*(const FloatQuad& o) const {
     return FloatQuad(_mm_mul_ps(m_v, o.m_v));
 }
 
-template <int kPlace>
+template <int kLane>
 FloatQuad FloatQuad::spread() const {
-    return FloatQuad(_mm_shuffle_ps(m_v, m_v, _MM_SHUFFLE(kPlace, kPlace, kPlace, kPlace)));
+    return FloatQuad(_mm_shuffle_ps(m_v, m_v, _MM_SHUFFLE(kLane, kLane, kLane, kLane)));
 }
 
 inline FloatQuad FloatQuad::orLess(const FloatQuad& o) const {
@@ -129,9 +128,9 @@ inline FloatQuad FloatQuad::operator*(const FloatQuad& o) const {
     return with(o, [](float a, float b) { return a * b; });
 }
 
-template <int kPlace>
+template <int kLane>
 FloatQuad FloatQuad::spread() const {
-    return FloatQuad(m_v[kPlace]);
+    return FloatQuad(m_v[kLane]);
 }
 
 inline FloatQuad FloatQuad::orLess(const FloatQuad& o) const {
@@ -150,3 +149,5 @@ inline FloatQuad FloatQuad::orFarther(const FloatQuad& withoutSign) const {
 }
 
 #endif
+
+}  // namespace Tesk::minbox

@@ -6,14 +6,17 @@
 #include <limits>
 #include <vector>
 
+#include "common/Assert.h"
 #include "minbox/axes/FloatQuad.h"
 #include "minbox/box/BoxCandidate.h"
+
+namespace Tesk::minbox {
 
 namespace {
 
 using Vector3 = UVector3<float>;
 
-/// Off-diagonal entries below it count as zero, and so does progress from sweep to sweep.
+/// Smaller off-diagonal entries, and smaller changes from sweep to sweep, count as zero.
 constexpr float kSmall = 1e-5f;
 /// Never reached on finite input: the sweeps converge quadratically.
 constexpr int kMaxSweeps = 64;
@@ -70,14 +73,15 @@ void sweep(UMatrix4<float>& a, UMatrix4<float>& v) {
 /// Calls visit(FloatQuad) for all points in their order.
 template <class Visit>
 void forEachPoint(const UPoint3<float>* points, int n, Visit visit) {
+    TESK_ASSERT(points != nullptr && n > 0);
     for (int i = 0; i + 1 < n; ++i) visit(FloatQuad::read(points[i]));
     visit(FloatQuad::of(points[n - 1]));
 }
 
-/// What one pass over the points finds.
+/// The results of one pass over the points.
 struct Survey {
     Vector3 mean;
-    float largest = 0.0f;  ///< magnitude of a coordinate; infinite or undefined where one is
+    float largest = 0.0f;  ///< magnitude of a coordinate; infinite or NaN if one is
 };
 
 Survey survey(const UPoint3<float>* points, int n) {
@@ -93,7 +97,8 @@ Survey survey(const UPoint3<float>* points, int n) {
     return {sum.vector() / static_cast<float>(n), x.orFarther(y.orFarther(z)).vector().x};
 }
 
-/// 1, or a power of two by which to divide coordinates so large that their fourth powers overflow.
+/// The power of two by which to divide coordinates so large that their fourth powers overflow; 1
+/// for others.
 float unitFor(float largest) {
     constexpr int kLargest = 29;
     int exponent = 0;
@@ -102,7 +107,7 @@ float unitFor(float largest) {
 }
 
 bool isFinite(const OrientedBox3& box) {
-    // One sum that any infinite or undefined component spoils.
+    // Any component that is infinite or NaN makes the sum NaN.
     float sum = 0.0f;
     for (int k = 0; k < 3; ++k) {
         sum += (box.center[k] - box.center[k]) + (box.extent[k] - box.extent[k]);
@@ -111,7 +116,7 @@ bool isFinite(const OrientedBox3& box) {
     return sum == 0.0f;
 }
 
-/// All sums go over the points in their order, side by side.
+/// Each sum goes over the points in their order; SIMD lanes hold several sums.
 UMatrix4<float> covarianceAbout(const Vector3& mean, const UPoint3<float>* points, int n) {
     const FloatQuad middle(mean);
     FloatQuad byX(0.0f);
@@ -133,7 +138,7 @@ UMatrix4<float> covarianceAbout(const Vector3& mean, const UPoint3<float>* point
     return covariance;
 }
 
-/// Right-handed unit axes, along the eigenvectors in the order of the box's axes.
+/// Sets right-handed unit axes along the eigenvectors.
 void setFrame(const Eigenvectors& eigen, OrientedBox3& box) {
     const std::array<int, 3> order = axisOrder(eigen.values);
     const auto vector = [&](std::size_t i) {
@@ -149,7 +154,7 @@ void setFrame(const Eigenvectors& eigen, OrientedBox3& box) {
 void setSize(const UPoint3<float>* points, int n, const Vector3& mean, OrientedBox3& box) {
     constexpr float kFar = std::numeric_limits<float>::infinity();
     const auto& [axis0, axis1, axis2] = box.axis;
-    // A coordinate's part in the projections on all three axes.
+    // What a coordinate adds to the projections on the three axes.
     const FloatQuad fromX(Vector3(axis0.x, axis1.x, axis2.x));
     const FloatQuad fromY(Vector3(axis0.y, axis1.y, axis2.y));
     const FloatQuad fromZ(Vector3(axis0.z, axis1.z, axis2.z));
@@ -238,3 +243,5 @@ OrientedBox3 principalAxesBox(const UPoint3<float>* points, int n) {
         unit == 1.0f ? boxAbout(mean, points, n) : scaledBoxOf(points, n, unit);
     return isFinite(box) ? box : noBox();
 }
+
+}  // namespace Tesk::minbox

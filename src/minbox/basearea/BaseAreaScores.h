@@ -2,22 +2,25 @@
 
 #include <functional>
 
-#include "minbox/box/BoxCandidate.h"
-#include "minbox/frame/MinBoundingBoxImpl.h"
 #include "minbox/outline/Calipers.h"
+
+namespace Tesk::minbox {
+
+/// Which field of a BoxCandidate a search minimises.
+enum class BaseAreaKey { kScore, kHeight };
 
 /// Finds the hull's range along a direction, from an origin.
 using RangeAlong = std::function<Range(const Vector& origin, const Vector& direction)>;
 
-/// The box along a direction, which the calipers look along, over the rectangle of least area, with
-/// its height along the direction.
-BoxCandidate lowestBox(const MinBoundingBoxImpl& impl, const Vector& direction, Calipers& calipers,
-                       const RangeAlong& rangeAlong);
+/// The box along the calipers' direction over the rectangle of least area, with its height along
+/// the direction.
+BoxCandidate lowestBox(Calipers& calipers, const RangeAlong& rangeAlong);
 
-/// The box along a direction over the rectangle that gives the smallest side face, with that
-/// face's area as its score.
-BoxCandidate leastBaseBox(const MinBoundingBoxImpl& impl, const Vector& direction,
-                          Calipers& calipers, const RangeAlong& rangeAlong);
+/// The box along the calipers' direction over the rectangle that gives the smallest side, with that
+/// side's area as its score.
+BoxCandidate leastBaseBox(Calipers& calipers, const RangeAlong& rangeAlong);
 
-/// What follows from a candidate's ranges: volume, area, and the height or the score of the mode.
-void measureAgain(const MinBoundingBoxImpl& impl, BoxCandidate& box);
+/// Forms from a candidate's ranges what follows from them: volume, area, and its key.
+void measureAgain(const SearchConstants& constants, BaseAreaKey key, BoxCandidate& box);
+
+}  // namespace Tesk::minbox

@@ -4,154 +4,123 @@
 
 #include "minbox/basearea/BaseAreaScores.h"
 #include "minbox/bound/BoxBound.h"
-#include "minbox/fit/LowDimensionBox.h"
+#include "minbox/fit/FaceWorkspace.h"
 #include "minbox/fit/OfferBox.h"
-#include "minbox/hull/HeightFinder.h"
-#include "minbox/hull/SearchHull.h"
-#include "minbox/outline/Silhouette.h"
+#include "minbox/frame/SearchCall.h"
 #include "minbox/workers/FaceWorkers.h"
+
+namespace Tesk::minbox {
 
 namespace {
 
-/// The working memory of one thread, and the best box of its directions.
-struct DirectionWorker {
-    DirectionWorker(const MinBoundingBoxImpl& impl, const SearchHull& hull)
-        : silhouette(impl, hull.normals(), hull.links()),
-          calipers(impl),
-          heights(impl, hull.links()) {
-        calipers.reserve(hull.hull().getVertices().size());
+/// Searches faces for the best box along their normals. Threads share it.
+class DirectionSearch {
+ public:
+    /// The working memory of one thread, and the best box that it found.
+    struct Worker {
+        FaceWorkspace workspace;
+        std::optional<BoxCandidate> best;
+    };
+
+    DirectionSearch(const SearchHull& hull, BaseAreaKey key)
+        : m_hull(hull), m_key(key), m_bound(hull, BoxMeasure::kSmallestSide) {}
+
+    void searchFace(int face, Worker& worker) const {
+        const Vector& direction = m_hull.normal(face);
+        if (!canBeBetter(direction, worker.best)) return;
+        FaceWorkspace& workspace = worker.workspace;
+        const auto rangeAlong = [&](const Vector& origin, const Vector& along) {
+            return workspace.heights.rangeAlong(origin, along);
+        };
+        const auto makeBox = [&] {
+            return m_key == BaseAreaKey::kScore ? leastBaseBox(workspace.calipers, rangeAlong)
+                                                : lowestBox(workspace.calipers, rangeAlong);
+        };
+        const auto remeasure = [&](BoxCandidate& box) {
+            measureAgain(m_hull.points().constants(), m_key, box);
+        };
+        offerOver(
+            direction, workspace.silhouette.along(face), workspace.calipers, makeBox,
+            [&](const BoxCandidate& box) { return keyOf(box); }, remeasure, worker.best);
     }
 
-    Silhouette silhouette;
-    Calipers calipers;
-    HeightFinder heights;
-    BoxCandidate best;
-};
-
-/// What the search makes small.
-class BoxKey {
- public:
-    explicit BoxKey(const MinBoundingBoxImpl& impl) : m_isBaseArea(impl.baseAreaMode) {}
-
-    float operator()(const BoxCandidate& box) const {
-        return m_isBaseArea ? box.score : box.height;
+    void merge(const std::optional<BoxCandidate>& found, std::optional<BoxCandidate>& best) const {
+        const auto key = [&](const BoxCandidate& box) { return keyOf(box); };
+        if (found && isBetter(*found, best, key)) best = found;
     }
 
  private:
-    bool m_isBaseArea;
-};
+    float keyOf(const BoxCandidate& box) const {
+        return m_key == BaseAreaKey::kScore ? box.score : box.height;
+    }
 
-/// Tells which faces cannot give a smaller box than one that is known.
-class FaceFilter {
- public:
-    FaceFilter(const MinBoundingBoxImpl& impl, const SearchHull& hull)
-        : m_impl(impl), m_bound(impl, hull, BoxMeasure::kSmallestSide) {}
-
-    bool canGiveSmaller(const Vector& direction, const BoxCandidate& best) const {
+    bool canBeBetter(const Vector& direction, const std::optional<BoxCandidate>& best) const {
         // More than what rounding to float does to a key.
         constexpr float kRounding = 1.000001f;
-        if (best.volume == m_impl.unset || isBeyondFloat(direction)) return true;
-        const auto limit = static_cast<double>(std::max(BoxKey(m_impl)(best), 0.0f) * kRounding);
-        return m_impl.baseAreaMode ? !m_bound.isAbove(limit, direction)
-                                   : !(m_bound.heightAlong(direction) > limit);
+        if (!best || isBeyondFloat(direction)) return true;
+        const auto limit = static_cast<double>(std::max(keyOf(*best), 0.0f) * kRounding);
+        return m_key == BaseAreaKey::kScore ? !m_bound.isAbove(limit, direction)
+                                            : !(m_bound.heightAlong(direction) > limit);
     }
 
- private:
-    /// Extents are rounded to float before they are divided by the lengths of their axes, which go
-    /// with the square of the direction's: along a very short one, their bits may get lost, and
-    /// a box seem smaller than it is.
+    /// Ranges are rounded to float before they are divided by the lengths of their axes, which go
+    /// with the square of the direction's length: along a very short direction their bits may get
+    /// lost, and a box may seem smaller than it is.
     bool isBeyondFloat(const Vector& direction) const {
-        constexpr double kLeast = 1e-8;
-        return !(direction.GetLength() * m_bound.hullDiagonal() > kLeast);
+        constexpr double kMinRange = 1e-8;
+        return !(direction.GetLength() * m_hull.points().diagonal() > kMinRange);
     }
 
-    const MinBoundingBoxImpl& m_impl;
+    const SearchHull& m_hull;
+    BaseAreaKey m_key;
     BoxBound m_bound;
 };
 
-void searchDirection(const MinBoundingBoxImpl& impl, const SearchHull& hull, int face,
-                     const FaceFilter& filter, DirectionWorker& worker) {
-    const Vector& direction = hull.normals()[static_cast<std::size_t>(face)];
-    if (!filter.canGiveSmaller(direction, worker.best)) return;
-    const auto rangeAlong = [&](const Vector& origin, const Vector& along) {
-        return worker.heights.rangeAlong(origin, along);
-    };
-    const auto makeBox = [&] {
-        return impl.baseAreaMode ? leastBaseBox(impl, direction, worker.calipers, rangeAlong)
-                                 : lowestBox(impl, direction, worker.calipers, rangeAlong);
-    };
-    const auto remeasure = [&](BoxCandidate& box) { measureAgain(impl, box); };
-    offerOver(impl, direction, worker.silhouette.along(face), worker.calipers, makeBox,
-              BoxKey(impl), remeasure, worker.best);
-}
-
-/// Clears the mode when the search ends, however it does.
-class ModeScope {
- public:
-    ModeScope(MinBoundingBoxImpl& impl, bool isBaseArea) : m_impl(impl) {
-        impl.baseAreaMode = isBaseArea;
-        impl.heightMode = !isBaseArea;
-    }
-
-    ~ModeScope() {
-        m_impl.baseAreaMode = false;
-        m_impl.heightMode = false;
-    }
-
-    ModeScope(const ModeScope&) = delete;
-    ModeScope& operator=(const ModeScope&) = delete;
-
- private:
-    MinBoundingBoxImpl& m_impl;
-};
-
 OrientedBox3 search(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points,
-                    bool isBaseArea) {
-    const ModeScope mode(impl, isBaseArea);
-    impl.caliperFlag = true;
-    impl.pointCount = n;
-    const SearchHull hull(impl, n, points);
-    impl.progress = std::make_unique<ProgressRecord>(0, hull.faceCount(), impl.callback);
-    if (!hull.hasFaces()) return lowDimensionBox(impl);
-    BoxCandidate best;
-    searchDirections(impl, hull, best);
-    return best.volume == impl.unset ? noBox() : toOrientedBox(impl, best);
+                    Operation operation) {
+    SearchCall call(impl, n, points, operation);
+    call.startProgress(call.hull().faceCount());
+    if (!call.hull().hasFaces()) return call.lowDimensionBoxOrNone();
+    const std::optional<BoxCandidate> best = searchDirections(impl, call.hull());
+    return best ? call.boxOf(*best) : noBox();
 }
 
 }  // namespace
 
-void searchDirections(MinBoundingBoxImpl& impl, const SearchHull& hull, BoxCandidate& best) {
+std::optional<BoxCandidate> searchDirections(MinBoundingBoxImpl& impl, const SearchHull& hull) {
+    TESK_ASSERT(hull.hasFaces() && impl.baseAreaMode != impl.heightMode);
+    const DirectionSearch search(hull,
+                                 impl.baseAreaMode ? BaseAreaKey::kScore : BaseAreaKey::kHeight);
     const std::vector<FaceRange> ranges = splitFaces(hull.faceCount(), impl.threadCount);
-    const FaceFilter filter(impl, hull);
-    std::vector<DirectionWorker> workers;
+    std::vector<DirectionSearch::Worker> workers;
     workers.reserve(ranges.size());
-    for (std::size_t t = 0; t < ranges.size(); ++t) workers.emplace_back(impl, hull);
-    const auto merge = [&](std::size_t t) {
-        if (workers[t].best.volume != impl.unset &&
-            isBetter(impl, workers[t].best, best, BoxKey(impl))) {
-            best = workers[t].best;
-        }
-    };
+    for (std::size_t t = 0; t < ranges.size(); ++t) {
+        workers.push_back({FaceWorkspace(hull, impl.pointCount), std::nullopt});
+    }
     if (ranges.size() == 1) {
         for (int face = 0; face < hull.faceCount(); ++face) {
             if (impl.callback) impl.progress->step();
-            searchDirection(impl, hull, face, filter, workers[0]);
+            search.searchFace(face, workers[0]);
         }
-        merge(0);
-        return;
+        return workers[0].best;
     }
+    std::optional<BoxCandidate> best;
     const auto work = [&](std::size_t t) {
         for (int face = ranges[t].first; face < ranges[t].last; ++face) {
-            searchDirection(impl, hull, face, filter, workers[t]);
+            search.searchFace(face, workers[t]);
         }
     };
-    runWorkers(ranges.size(), work, merge, [] {});
+    runWorkers(
+        ranges.size(), work, [&](std::size_t t) { search.merge(workers[t].best, best); }, [] {});
+    return best;
 }
 
 OrientedBox3 searchLeastBaseArea(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points) {
-    return search(impl, n, points, /*isBaseArea=*/true);
+    return search(impl, n, points, Operation::kSmallestSide);
 }
 
 OrientedBox3 searchLeastHeight(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points) {
-    return search(impl, n, points, /*isBaseArea=*/false);
+    return search(impl, n, points, Operation::kHeight);
 }
+
+}  // namespace Tesk::minbox

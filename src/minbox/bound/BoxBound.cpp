@@ -5,78 +5,79 @@
 #include <cmath>
 #include <numbers>
 
+#include "TeskDataBasic/Transcendental.h"
+
+namespace Tesk::minbox {
+
 namespace {
 
-/// Of the hull's diagonal, per extent: more than a box that passes its check may leave out, and
-/// than its axes' being only nearly at right angles, or nearly along the direction, can take away.
+/// What is taken off each extent, relative to the hull's diagonal: more than a box that passes
+/// checkFrame() may leave out, and than its axes can take away by being only nearly orthogonal, or
+/// only nearly along the direction.
 constexpr double kSlack = 1e-8;
 
-/// A right angle, in steps.
-constexpr int kRight = 4096;
-constexpr int kRanges = 8;  // to begin with
-constexpr int kCoarse = kRight / kRanges;
-constexpr int kFinest = 2;
-constexpr int kParts = 4;  // of a range that is divided
+constexpr int kRightAngle = 4096;  // in steps
+constexpr int kIntervals = 8;      // of a right angle, to begin with
+constexpr int kFinest = 2;         // steps of an interval that is not divided further
+constexpr int kParts = 4;          // of an interval that is divided
 
-/// Ranges to climb for, per direction: where they are spent, finding the box costs less.
-constexpr int kMostTries = 200;
+/// Intervals per direction for which the farthest vertices are found: beyond that, finding the box
+/// costs less.
+constexpr int kMaxTries = 200;
 
 struct Turn {
     double cosine;
     double sine;
 };
 
-/// By a number of steps.
+/// The turn by a number of steps.
 const Turn& turnBy(int steps) {
     static const auto turns = [] {
-        std::array<Turn, kRight + 1> all{};
-        for (int i = 0; i <= kRight; ++i) {
-            const double angle = i * (std::numbers::pi / 2.0 / kRight);
-            all[static_cast<std::size_t>(i)] = {std::cos(angle), std::sin(angle)};
+        std::array<Turn, kRightAngle + 1> all{};
+        for (int i = 0; i <= kRightAngle; ++i) {
+            const double angle = i * (std::numbers::pi / 2.0 / kRightAngle);
+            all[static_cast<std::size_t>(i)] = {cosine(angle), sine(angle)};
         }
         return all;
     }();
+    TESK_ASSERT(steps >= 0 && steps <= kRightAngle);
     return turns[static_cast<std::size_t>(steps)];
 }
 
-/// A unit vector at a right angle to one.
-Vector unitAcross(const Vector& unit) {
-    const double x = std::fabs(unit.x);
-    const double y = std::fabs(unit.y);
-    const double z = std::fabs(unit.z);
-    if (x <= y && x <= z) return (unit * Vector(1, 0, 0)).GetNormal();
-    return (unit * (y <= z ? Vector(0, 1, 0) : Vector(0, 0, 1))).GetNormal();
+/// Two axes of a plane, turned by a number of steps.
+std::array<Vector, 2> turned(const Vector& first, const Vector& second, int steps) {
+    const Turn& t = turnBy(steps);
+    return {first * t.cosine + second * t.sine, second * t.cosine - first * t.sine};
 }
 
 }  // namespace
 
-BoxBound::BoxBound(const MinBoundingBoxImpl& impl, const SearchHull& hull, BoxMeasure measure)
-    : m_measure(measure),
-      m_supports(impl, hull.links()),
-      m_diagonal(::hullDiagonal(impl)),
-      m_slack(kSlack * m_diagonal),
-      m_fine(kCoarse) {
-    const double fine = m_supports.cellAngle() * kRight / (std::numbers::pi / 2.0);
-    while (m_fine > kFinest && m_fine > 2.0 * fine) m_fine /= kParts;
-}
-
-BoxBound::View BoxBound::viewOf(const Vector& direction) const {
-    const Vector unit = direction.GetNormal();
-    const Vector first = unitAcross(unit);
-    const double height = (m_supports.across(unit) | unit) - m_slack;
-    return {first, unit * first, std::max(height, 0.0)};
-}
-
 struct BoxBound::Widths {
+    Widths(const View& view, const Vector& alongMiddle, const Vector& acrossMiddle)
+        : along{alongMiddle | view.first, alongMiddle | view.second},
+          across{acrossMiddle | view.second, acrossMiddle | view.first} {}
+
     Turn along;
     Turn across;
 };
 
-BoxBound::Widths BoxBound::widths(const View& view, const Vector& along,
-                                  const Vector& across) const {
-    return {{along | view.first, along | view.second}, {across | view.second, across | view.first}};
+BoxBound::BoxBound(const SearchHull& hull, BoxMeasure measure)
+    : m_measure(measure),
+      m_supports(hull),
+      m_slack(kSlack * hull.points().diagonal()),
+      m_finestOfTable(kRightAngle / kIntervals) {
+    const double cell = m_supports.cellAngle() * kRightAngle / (std::numbers::pi / 2.0);
+    while (m_finestOfTable > kFinest && m_finestOfTable > 2.0 * cell) m_finestOfTable /= kParts;
 }
 
+BoxBound::View BoxBound::viewOf(const Vector& direction) const {
+    const Vector unit = direction.GetNormal();
+    const Vector first = anyOrthogonal(unit).GetNormal();
+    const double height = (m_supports.across(unit) | unit) - m_slack;
+    return {first, unit * first, std::max(height, 0.0)};
+}
+
+/// A lower bound of the measure at one angle of the interval that the widths are for.
 double BoxBound::measureAt(const View& view, const Widths& widths, int angle) const {
     const Turn& t = turnBy(angle);
     const double x = widths.along.cosine * t.cosine + widths.along.sine * t.sine - m_slack;
@@ -87,78 +88,87 @@ double BoxBound::measureAt(const View& view, const Widths& widths, int angle) co
     return std::min(length * width, std::min(length, width) * view.height);
 }
 
-/// The bounds over as many ranges side by side as there is room for, with vertices that are only
-/// nearly the farthest.
-void BoxBound::nearBounds(const View& view, int first, int size, std::span<double> bounds) const {
-    std::array<Vector, 2 * kRanges> directions;
-    for (std::size_t i = 0; i < bounds.size(); ++i) {
-        const Turn& t = turnBy(first + static_cast<int>(i) * size + size / 2);
-        directions[2 * i] = view.first * t.cosine + view.second * t.sine;
-        directions[2 * i + 1] = view.second * t.cosine - view.first * t.sine;
+/// A lower bound over the whole interval.
+double BoxBound::measureAtEnds(const View& view, const Widths& widths,
+                               const Interval& interval) const {
+    return std::min(measureAt(view, widths, interval.first),
+                    measureAt(view, widths, interval.last()));
+}
+
+/// Lower bounds over equal parts of an interval, one per bound, from vertices of the table.
+void BoxBound::tableBounds(const View& view, const Interval& interval,
+                           std::span<double> bounds) const {
+    const auto count = static_cast<int>(bounds.size());
+    TESK_ASSERT(count <= kIntervals && interval.size % count == 0);
+    std::array<Vector, 2 * kIntervals> directions;
+    for (int i = 0; i < count; ++i) {
+        const auto axes = turned(view.first, view.second, interval.part(i, count).middle());
+        std::copy(axes.begin(), axes.end(), directions.begin() + 2 * i);
     }
-    std::array<Vector, 2 * kRanges> across;
-    m_supports.nearlyAcross(std::span(directions).first(2 * bounds.size()), across.data());
+    std::array<Vector, 2 * kIntervals> across;
+    m_supports.nearlyAcross(std::span(directions).first(2 * bounds.size()),
+                            std::span(across).first(2 * bounds.size()));
     for (std::size_t i = 0; i < bounds.size(); ++i) {
-        const int begin = first + static_cast<int>(i) * size;
-        const Widths found = widths(view, across[2 * i], across[2 * i + 1]);
-        bounds[i] = std::min(measureAt(view, found, begin), measureAt(view, found, begin + size));
+        const Widths widths(view, across[2 * i], across[2 * i + 1]);
+        bounds[i] = measureAtEnds(view, widths, interval.part(static_cast<int>(i), count));
     }
 }
 
-double BoxBound::roughly(const Vector& direction) const {
-    std::array<double, kRanges> bounds;
-    nearBounds(viewOf(direction), 0, kCoarse, bounds);
+double BoxBound::quickBound(const Vector& direction) const {
+    std::array<double, kIntervals> bounds;
+    tableBounds(viewOf(direction), {0, kRightAngle}, bounds);
     return *std::min_element(bounds.begin(), bounds.end());
 }
 
-double BoxBound::against(double limit, const Vector& direction) const {
+double BoxBound::boundAbove(double limit, const Vector& direction) const {
     const View view = viewOf(direction);
-    int tries = kMostTries;
-    std::array<double, kRanges> bounds;
-    nearBounds(view, 0, kCoarse, bounds);
+    const Interval all{0, kRightAngle};
+    int tries = kMaxTries;
+    std::array<double, kIntervals> bounds;
+    tableBounds(view, all, bounds);
     double least = std::numeric_limits<double>::infinity();
-    for (int i = 0; i < kRanges; ++i) {
+    for (int i = 0; i < kIntervals; ++i) {
         double& bound = bounds[static_cast<std::size_t>(i)];
-        if (!(bound > limit)) bound = divided(view, i * kCoarse, kCoarse, limit, tries);
+        if (!(bound > limit)) bound = boundOverParts(view, all.part(i, kIntervals), limit, tries);
         if (!(bound > limit)) return 0.0;
         least = std::min(least, bound);
     }
     return least;
 }
 
-/// Divides a range until the bounds over all its parts are above the limit, or no hope is left:
-/// what is returned is then not above it.
-double BoxBound::divided(const View& view, int first, int size, double limit, int& tries) const {
-    if (size <= m_fine) return climbed(view, first, size, limit, tries);
-    const int part = size / kParts;
+/// Divides an interval until the bounds over all its parts exceed the limit, or one cannot: then
+/// the result does not exceed it.
+double BoxBound::boundOverParts(const View& view, const Interval& interval, double limit,
+                                int& tries) const {
+    if (interval.size <= m_finestOfTable) return boundOfFarthest(view, interval, limit, tries);
     std::array<double, kParts> bounds;
-    nearBounds(view, first, part, bounds);
+    tableBounds(view, interval, bounds);
     double least = std::numeric_limits<double>::infinity();
     for (int i = 0; i < kParts && least > limit; ++i) {
         double& bound = bounds[static_cast<std::size_t>(i)];
-        if (!(bound > limit)) bound = divided(view, first + i * part, part, limit, tries);
+        if (!(bound > limit)) {
+            bound = boundOverParts(view, interval.part(i, kParts), limit, tries);
+        }
         least = std::min(least, bound);
     }
     return least;
 }
 
-/// The same with the farthest vertices, from where the table does not tell directions apart.
-double BoxBound::climbed(const View& view, int first, int size, double limit, int& tries) const {
+/// The same with the farthest vertices, for intervals that the table does not tell apart.
+double BoxBound::boundOfFarthest(const View& view, const Interval& interval, double limit,
+                                 int& tries) const {
     if (tries == 0) return 0.0;
     --tries;
-    const int middle = first + size / 2;
-    const Turn& t = turnBy(middle);
-    const Vector along = view.first * t.cosine + view.second * t.sine;
-    const Vector across = view.second * t.cosine - view.first * t.sine;
-    const Widths found = widths(view, m_supports.across(along), m_supports.across(across));
-    const double bound =
-        std::min(measureAt(view, found, first), measureAt(view, found, first + size));
-    const bool isHopeless = !(measureAt(view, found, middle) > limit);
-    if (bound > limit || isHopeless || size <= kFinest) return bound;
-    const int part = size / kParts;
+    const auto [along, across] = turned(view.first, view.second, interval.middle());
+    const Widths widths(view, m_supports.across(along), m_supports.across(across));
+    const double bound = measureAtEnds(view, widths, interval);
+    const bool isHopeless = !(measureAt(view, widths, interval.middle()) > limit);
+    if (bound > limit || isHopeless || interval.size <= kFinest) return bound;
     double least = std::numeric_limits<double>::infinity();
     for (int i = 0; i < kParts && least > limit; ++i) {
-        least = std::min(least, climbed(view, first + i * part, part, limit, tries));
+        least = std::min(least, boundOfFarthest(view, interval.part(i, kParts), limit, tries));
     }
     return least;
 }
+
+}  // namespace Tesk::minbox

@@ -1,72 +1,102 @@
 #pragma once
 
+#include <atomic>
 #include <limits>
 #include <span>
 
 #include "minbox/bound/SupportMap.h"
-#include "minbox/box/BoxCandidate.h"
-#include "minbox/frame/MinBoundingBoxImpl.h"
-#include "minbox/hull/SearchHull.h"
 
-/// What a search makes small.
+namespace Tesk::minbox {
+
+/// The least volume found so far, shared by the searches of one call: a box that is not smaller
+/// need not be looked for. It saves time and decides nothing, so the result does not depend on when
+/// a thread sees a new value.
+class VolumeLimit {
+ public:
+    double get() const { return m_volume.load(std::memory_order_relaxed); }
+
+    void lowerTo(double volume) {
+        double known = get();
+        while (volume < known && !m_volume.compare_exchange_weak(known, volume)) {
+        }
+    }
+
+ private:
+    std::atomic<double> m_volume = std::numeric_limits<double>::infinity();
+};
+
+/// The quantity that is bounded.
 enum class BoxMeasure {
     kVolume,
     kSmallestSide,  ///< the area of the smallest side
 };
 
-/// Bounds below the volume, or the smallest side, of any box with an axis along a direction, for a
-/// fraction of what finding the box costs.
+/// Lower bounds of the volume, or of the smallest side, of all boxes with an axis along a
+/// direction, for a fraction of what finding the box costs.
 ///
-/// Seen along the direction, the box is a rectangle at some angle. Any two vertices bound the
-/// hull's width at every angle, by a sinusoid. Over a range of angles, two that are far apart along
-/// its middle and two that are far apart across it bound the rectangle's area: the product of the
-/// sinusoids, which has its least value at an end of the range, as the logarithm of each is
-/// concave; so has each of the two, and what is left when less than it is taken away.
+/// Seen along the direction, a box is a rectangle at some angle. Any two vertices bound the hull's
+/// width at every angle by a sinusoid. Over an interval of angles, two vertices far apart along its
+/// middle and two far apart across it bound the rectangle's area by the product of two sinusoids.
+/// Each is log-concave where it is positive, also after subtracting the slack, and so is the
+/// product: its minimum lies at an end of the interval.
 class BoxBound {
  public:
-    /// Keeps references to both.
-    BoxBound(const MinBoundingBoxImpl& impl, const SearchHull& hull,
-             BoxMeasure measure = BoxMeasure::kVolume);
+    /// Keeps references to the hull's data.
+    explicit BoxBound(const SearchHull& hull, BoxMeasure measure = BoxMeasure::kVolume);
 
-    double hullDiagonal() const { return m_diagonal; }
-
-    /// Not above the hull's height along the direction, nor that of a box that passes its check.
+    /// A lower bound of the height along the direction of the hull, and of a box that passes
+    /// checkFrame().
     double heightAlong(const Vector& direction) const { return viewOf(direction).height; }
 
-    /// Below the measure of any box along the direction that passes its check, but for what
-    /// the search rounds to float.
-    double roughly(const Vector& direction) const;
+    /// A quick lower bound of the measure of all boxes along the direction that pass checkFrame(),
+    /// except for what the search rounds to float.
+    double quickBound(const Vector& direction) const;
 
-    /// The same, as good as it takes to be above a limit; 0 where that was not found to be so.
-    double against(double limit, const Vector& direction) const;
+    /// The same, refined only until it exceeds a limit; 0 if that is not reached.
+    double boundAbove(double limit, const Vector& direction) const;
 
-    /// Whether no box along the direction measures as little as the limit, as far as can be told.
+    /// Whether every box along the direction is known to measure more than the limit.
     bool isAbove(double limit, const Vector& direction) const {
-        return limit < std::numeric_limits<double>::infinity() && against(limit, direction) > limit;
+        return limit < std::numeric_limits<double>::infinity() &&
+               boundAbove(limit, direction) > limit;
     }
 
  private:
     /// The hull seen along a direction.
     struct View {
-        Vector first;  ///< two axes across the direction
+        Vector first;  ///< two unit vectors across the direction
         Vector second;
-        double height;  ///< along the direction, less what a box may leave out
+        double height;  ///< along the direction, less the slack
     };
 
-    /// The hull's width over a range of angles, at least: along the range and across it, as
-    /// a cosine's and a sine's part.
+    /// An interval of angles, in steps.
+    struct Interval {
+        int first;
+        int size;
+
+        Interval part(int index, int count) const {
+            return {first + index * (size / count), size / count};
+        }
+        int middle() const { return first + size / 2; }
+        int last() const { return first + size; }
+    };
+
+    /// Lower bounds of the hull's width along and across an interval's middle, as sinusoids.
     struct Widths;
 
     View viewOf(const Vector& direction) const;
-    Widths widths(const View& view, const Vector& along, const Vector& across) const;
     double measureAt(const View& view, const Widths& widths, int angle) const;
-    void nearBounds(const View& view, int first, int size, std::span<double> bounds) const;
-    double divided(const View& view, int first, int size, double limit, int& tries) const;
-    double climbed(const View& view, int first, int size, double limit, int& tries) const;
+    double measureAtEnds(const View& view, const Widths& widths, const Interval& interval) const;
+    void tableBounds(const View& view, const Interval& interval, std::span<double> bounds) const;
+    double boundOverParts(const View& view, const Interval& interval, double limit,
+                          int& tries) const;
+    double boundOfFarthest(const View& view, const Interval& interval, double limit,
+                           int& tries) const;
 
     BoxMeasure m_measure;
     SupportMap m_supports;
-    double m_diagonal;  ///< of the box around the vertices along the coordinate axes
     double m_slack;
-    int m_fine;  ///< steps over which the table tells directions apart
+    int m_finestOfTable;  ///< steps over which the table has different vertices
 };
+
+}  // namespace Tesk::minbox

@@ -5,9 +5,13 @@
 #include <cstdint>
 #include <utility>
 
+#include "common/Assert.h"
+
+namespace Tesk::minbox {
+
 namespace {
 
-/// The place of a unit direction along the curve, of 10 bits per coordinate.
+/// The place of a unit vector along the curve, with 10 bits per coordinate.
 std::uint32_t placeOnCurve(const Vector& unit) {
     constexpr int kBits = 10;
     std::array<std::uint32_t, 3> cell;
@@ -24,13 +28,16 @@ std::uint32_t placeOnCurve(const Vector& unit) {
 
 }  // namespace
 
-void orderByDirection(const std::vector<Vector>& directions, std::vector<int>& numbers) {
+void orderByDirection(const std::vector<Vector>& directions, std::vector<int>& indices) {
     std::vector<std::pair<std::uint32_t, int>> places;
-    places.reserve(numbers.size());
-    for (const int number : numbers) {
-        const Vector unit = directions[static_cast<std::size_t>(number)].GetNormal();
-        places.emplace_back(placeOnCurve(unit), number);
+    places.reserve(indices.size());
+    for (const int index : indices) {
+        TESK_ASSERT(index >= 0 && static_cast<std::size_t>(index) < directions.size());
+        const Vector unit = directions[static_cast<std::size_t>(index)].GetNormal();
+        places.emplace_back(placeOnCurve(unit), index);
     }
     std::sort(places.begin(), places.end());
-    for (std::size_t i = 0; i < places.size(); ++i) numbers[i] = places[i].second;
+    for (std::size_t i = 0; i < places.size(); ++i) indices[i] = places[i].second;
 }
+
+}  // namespace Tesk::minbox

@@ -4,10 +4,14 @@
 
 #include "minbox/box/BoxCandidate.h"
 
-/// Brings numbers of directions into an order in which most look about the same way as the one
-/// before: what a search has found and loaded for one serves the next. Along a Z-shaped curve
-/// through the unit vectors; of those in one place of it, lower numbers come first.
+namespace Tesk::minbox {
+
+/// Orders indices into directions so that most directions are close to the one before, which keeps
+/// what a search has just found and loaded useful: along a Z-shaped curve through the unit vectors.
+/// Directions at one place of the curve are ordered by index.
 ///
 /// Source: G. M. Morton, "A computer oriented geodetic data base and a new technique in file
 /// sequencing", IBM 1966.
-void orderByDirection(const std::vector<Vector>& directions, std::vector<int>& numbers);
+void orderByDirection(const std::vector<Vector>& directions, std::vector<int>& indices);
+
+}  // namespace Tesk::minbox

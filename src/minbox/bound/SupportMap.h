@@ -3,41 +3,44 @@
 #include <span>
 #include <vector>
 
-#include "minbox/box/BoxCandidate.h"
-#include "minbox/frame/MinBoundingBoxImpl.h"
-#include "minbox/hull/HullLinks.h"
+#include "minbox/hull/SearchHull.h"
 
-/// The two hull vertices that are farthest apart along a direction, for any direction: nearly so
-/// from a table, or by climbing from there.
+namespace Tesk::minbox {
+
+/// Finds two hull vertices that are far apart along any direction: quickly from a table, or the
+/// farthest by climbing from there.
 ///
-/// Whatever two vertices are given, their distance along a direction is a bound below the hull's
-/// width along it.
+/// The distance of any two vertices along a direction is a lower bound of the hull's width along
+/// it, so a pair that is not the farthest makes a bound weaker but never wrong.
 class SupportMap {
  public:
-    /// Looks for the farthest vertices along the middle of each cell of the table; of a
-    /// hull of usual size it has about three cells per vertex. Keeps references to both.
-    SupportMap(const MinBoundingBoxImpl& impl, const HullLinks& links);
+    /// Finds the farthest vertices along the middle of each cell of the table, which has about
+    /// three cells per vertex of a hull of usual size. Keeps a reference to the hull, which has
+    /// faces.
+    explicit SupportMap(const SearchHull& hull);
 
-    /// From the lowest to the highest vertex along each of some directions, or nearly so: those
-    /// along the middle of the direction's cell. As many vectors as directions.
-    void nearlyAcross(std::span<const Vector> directions, Vector* across) const;
+    /// For each direction, the vector from the lowest to the highest vertex along the middle of the
+    /// direction's cell.
+    ///
+    /// @param across  as many vectors as directions
+    void nearlyAcross(std::span<const Vector> directions, std::span<Vector> across) const;
 
-    /// From the lowest to the highest vertex along a direction, but for plateaus and vertices at
-    /// which very many edges meet, where a climb may end early.
+    /// The vector from the lowest to the highest vertex along a direction. Plateaus, and vertices
+    /// at which very many edges meet, may end a climb early.
     Vector across(const Vector& direction) const;
 
-    /// The angle that a cell covers, at least.
+    /// A lower bound of the angle that a cell covers, in radians.
     double cellAngle() const;
 
  private:
-    /// Along the middle, from the one vertex to the other.
+    /// The farthest vertices along the middle.
     struct Cell {
         Vector across;
         int lowest;
         int highest;
     };
 
-    /// A cell, and 1 or −1 for a direction that goes through the opposite one.
+    /// A cell, and −1 for a direction opposite to those of the cell, else 1.
     struct Place {
         std::size_t cell;
         double sign;
@@ -46,10 +49,12 @@ class SupportMap {
     Place placeOf(const Vector& direction) const;
     Vector middleOf(int axis, int row, int column) const;
 
-    const MinBoundingBoxImpl& m_impl;
+    const HullPoints& m_points;
     const HullLinks& m_links;
-    // The cells are squares on three faces of a cube about the origin; the others are opposite.
-    int m_side = 0;  ///< of a face, in cells
+    // The cells are squares on three faces of a cube about the origin, one of each opposite pair.
+    int m_side = 0;  ///< cells along a side of a face
     double m_half = 0.0;
     std::vector<Cell> m_cells;
 };
+
+}  // namespace Tesk::minbox

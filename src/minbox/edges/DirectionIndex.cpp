@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <numeric>
 
+namespace Tesk::minbox {
+
 namespace {
 
-/// Two directions per cell on average: a query visits as many cells as lie along a circle.
+/// Two directions per cell on average: a query visits all cells along a circle.
 int sizeFor(std::size_t count) {
     return std::clamp(static_cast<int>(std::sqrt(static_cast<double>(count) / 6.0)), 1, 1024);
 }
@@ -25,7 +27,7 @@ DirectionIndex::DirectionIndex(const std::vector<Vector>& directions)
     for (const Vector& direction : directions) cells.push_back(cellOf(direction));
     const std::size_t cellCount =
         3 * static_cast<std::size_t>(m_size) * static_cast<std::size_t>(m_size);
-    // Counted two places up, so that after the filling first[c] is where cell c begins.
+    // Counted two places up, so that once the list is filled first[c] is where cell c begins.
     m_first.assign(cellCount + 2, 0);
     for (const std::size_t c : cells) ++m_first[c + 2];
     std::partial_sum(m_first.begin(), m_first.end(), m_first.begin());
@@ -48,3 +50,5 @@ std::size_t DirectionIndex::cellOf(const Vector& direction) const {
     };
     return cell(face, place(1), place(2));
 }
+
+}  // namespace Tesk::minbox

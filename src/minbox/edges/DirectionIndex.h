@@ -6,17 +6,19 @@
 
 #include "minbox/box/BoxCandidate.h"
 
-/// Unit directions up to sign, sorted into the cells of a cube's faces, to find those at a right
-/// angle to a given one without looking at all: they lie along a great circle, which crosses each
-/// face in a straight line.
+namespace Tesk::minbox {
+
+/// Unit vectors up to sign, sorted into cells on the faces of a cube, to find those orthogonal to a
+/// given one without testing all: they lie on a great circle, which crosses each face in a straight
+/// line.
 class DirectionIndex {
  public:
     explicit DirectionIndex(const std::vector<Vector>& directions);
 
-    /// How far from zero the dot product with an orthogonal direction may be.
+    /// Directions count as orthogonal if their dot product is at most this far from zero.
     static constexpr double kTolerance = 1e-9;
 
-    /// Calls visit(index) for each direction orthogonal to the given unit one, in no fixed order.
+    /// Calls visit(index) for each direction orthogonal to a unit vector, in no fixed order.
     template <class Visit>
     void forEachOrthogonal(const Vector& direction, Visit visit) const {
         for (int face = 0; face < 3; ++face) {
@@ -31,11 +33,11 @@ class DirectionIndex {
  private:
     std::size_t cellOf(const Vector& direction) const;
 
-    /// A number of cells from −1 up to a face coordinate in −1 .. 1.
+    /// The distance from −1 to a face coordinate in −1 .. 1, in cells.
     double inCells(double coordinate) const { return (coordinate + 1.0) * 0.5 * m_size; }
 
-    /// The cells of a face that the great circle crosses. Seen on the face where component
-    /// `face` is 1, it is the line d0 + d1 u + d2 v = 0.
+    /// Visits the cells of a face that the great circle crosses. On the face where component `face`
+    /// is 1, it is the line d0 + d1 u + d2 v = 0.
     template <class Visit>
     void forEachCell(int face, const Vector& direction, Visit visit) const {
         constexpr double kSlack = 1e-6;
@@ -71,7 +73,9 @@ class DirectionIndex {
     }
 
     int m_size = 1;                    ///< cells along a face's side
-    std::vector<std::size_t> m_first;  ///< per cell, into the members
+    std::vector<std::size_t> m_first;  ///< by cell, into the members
     std::vector<int> m_members;        ///< cell by cell
     std::vector<Vector> m_directions;  ///< of the members
 };
+
+}  // namespace Tesk::minbox

@@ -4,29 +4,21 @@
 #include <cmath>
 #include <numeric>
 
+namespace Tesk::minbox {
+
 namespace {
 
 using Integers = std::array<std::int64_t, 3>;
 
-/// A power of two of which all hull coordinates' differences are multiples: hull vertices lie on a
-/// grid of 2^-26 of the points' extent, that rounded up to a power of two.
-double gridStep(const MinBoundingBoxImpl& impl) {
-    double extent = 0.0;
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        double low = (*impl.computePoints)[axis];
-        double high = low;
-        for (std::size_t i = axis; i < impl.computePoints->size(); i += 3) {
-            low = std::min(low, (*impl.computePoints)[i]);
-            high = std::max(high, (*impl.computePoints)[i]);
-        }
-        extent = std::max(extent, high - low);
-    }
+/// A power of two that divides all differences of hull coordinates: hull vertices lie on a grid of
+/// 2^-26 of the points' extent, rounded up to a power of two.
+double gridStep(const HullPoints& points) {
     int exponent = 0;
-    std::frexp(extent, &exponent);
+    std::frexp(points.longestSide(), &exponent);
     return std::ldexp(1.0, exponent - 28);
 }
 
-/// The vector without a common factor, its first component that is not zero positive.
+/// The vector in steps without a common factor, its first nonzero component positive.
 Integers primitiveOf(const Vector& v, double step) {
     Integers p;
     for (int i = 0; i < 3; ++i) {
@@ -39,12 +31,12 @@ Integers primitiveOf(const Vector& v, double step) {
     return p;
 }
 
-/// The numbers of directions, ordered by their components; equal ones ascending.
+/// The indices of directions, ordered by their components; those of equal ones ascending.
 std::vector<int> sortedByDirection(const std::vector<Integers>& directions) {
     struct Entry {
         std::uint64_t xAndY;
         std::int32_t z;
-        std::int32_t number;
+        std::int32_t index;
 
         auto operator<=>(const Entry&) const = default;
     };
@@ -59,10 +51,10 @@ std::vector<int> sortedByDirection(const std::vector<Integers>& directions) {
                            static_cast<std::int32_t>(entries.size())});
     }
     std::sort(entries.begin(), entries.end());
-    std::vector<int> numbers;
-    numbers.reserve(entries.size());
-    for (const Entry& entry : entries) numbers.push_back(entry.number);
-    return numbers;
+    std::vector<int> indices;
+    indices.reserve(entries.size());
+    for (const Entry& entry : entries) indices.push_back(entry.index);
+    return indices;
 }
 
 Vector unitOf(const Integers& p) {
@@ -72,14 +64,16 @@ Vector unitOf(const Integers& p) {
 
 }  // namespace
 
-EdgeDirections::EdgeDirections(const MinBoundingBoxImpl& impl, const std::atomic<bool>& isAborted) {
-    const double step = gridStep(impl);
+EdgeDirections::EdgeDirections(const SearchHull& hull, const std::atomic<bool>& isAborted) {
+    const HullPoints& points = hull.points();
+    const std::vector<gte::HullEdge>& edges = hull.hull().getHullEdges();
+    const double step = gridStep(points);
     std::vector<Integers> directions;
-    m_vectors.reserve(impl.hullEdges->size());
-    directions.reserve(impl.hullEdges->size());
-    for (const gte::HullEdge& edge : *impl.hullEdges) {
+    m_vectors.reserve(edges.size());
+    directions.reserve(edges.size());
+    for (const gte::HullEdge& edge : edges) {
         if (isAborted) return;
-        m_vectors.push_back(hullPoint(impl, edge.b) - hullPoint(impl, edge.a));
+        m_vectors.push_back(points[edge.b] - points[edge.a]);
         directions.push_back(primitiveOf(m_vectors.back(), step));
     }
     formClasses(directions);
@@ -103,6 +97,7 @@ void EdgeDirections::formClasses(const std::vector<Integers>& directions) {
 }
 
 std::span<const int> EdgeDirections::edges(int direction) const {
+    TESK_ASSERT(direction >= 0 && direction < classCount());
     const auto c = static_cast<std::size_t>(direction);
     return {m_edges.data() + m_first[c], m_first[c + 1] - m_first[c]};
 }
@@ -113,3 +108,5 @@ bool EdgeDirections::areOrthogonal(int a, int b) const {
     const Integers& q = m_primitives[static_cast<std::size_t>(b)];
     return p[0] * q[0] + p[1] * q[1] + p[2] * q[2] == 0;
 }
+
+}  // namespace Tesk::minbox

@@ -5,13 +5,14 @@
 #include <utility>
 
 #include "minbox/bound/DirectionOrder.h"
-#include "minbox/fit/LowDimensionBox.h"
+
+namespace Tesk::minbox {
 
 namespace {
 
-/// Classes among which each orthogonal triple has one. The squares of a coordinate of its three
-/// unit vectors add up to 1, so one of them is at least a third: in the coordinate in which that
-/// leaves the fewest classes.
+/// A set of classes of which every orthogonal triple contains one. In any coordinate, the squares
+/// of three orthogonal unit vectors add up to 1, so one of them is at least a third: the coordinate
+/// is the one in which that holds for the fewest classes.
 std::vector<int> polesOfAllTriples(const EdgeDirections& directions) {
     constexpr double kThird = 1.0 / 3.0 - 1e-6;
     std::vector<int> fewest;
@@ -81,3 +82,5 @@ std::vector<ClassTriple> findTriples(const EdgeDirections& directions, ClassWidt
     });
     return triples;
 }
+
+}  // namespace Tesk::minbox

@@ -7,28 +7,29 @@
 #include <vector>
 
 #include "minbox/bound/BoxBound.h"
-#include "minbox/bound/VolumeLimit.h"
 #include "minbox/edges/ClassWidths.h"
 #include "minbox/edges/DirectionIndex.h"
 #include "minbox/edges/EdgeDirections.h"
 
-/// Three classes of edges at right angles to each other within the index's tolerance, at least two
-/// of them exactly, and a bound below the volume, as computed, of any box along them.
+namespace Tesk::minbox {
+
+/// Three classes of edges that are orthogonal to each other within the index's tolerance, at least
+/// one pair of them exactly, and a lower bound of the volume, as computed, of any box along them.
 struct ClassTriple {
     std::array<int, 3> classes;
     double volumeBound;
 };
 
-/// The classes at a right angle to one, in turn about it; and which of them are at a right angle to
-/// each other.
+/// The classes orthogonal to one class, the pole, ordered by their angle about it, and which of
+/// them are orthogonal to each other.
 class OrthogonalPlane {
  public:
     OrthogonalPlane(const EdgeDirections& directions, const DirectionIndex& index, int pole);
 
     const std::vector<int>& classes() const { return m_classes; }
 
-    /// Calls visit(b) for each class of the plane at a right angle, within the index's tolerance,
-    /// to class classes()[place].
+    /// Calls visit(b) for each class of the plane that is orthogonal to classes()[place] within the
+    /// index's tolerance.
     template <class Visit>
     void forEachPartner(std::size_t place, Visit visit) const;
 
@@ -38,7 +39,7 @@ class OrthogonalPlane {
     std::vector<double> m_angles;  ///< 0 .. pi
 };
 
-/// All triples that may give a box below the limit, some of them more than once, by ascending
+/// All triples that may have a box below the limit, some of them more than once, by ascending
 /// bound. May end early once `isAborted` is set.
 std::vector<ClassTriple> findTriples(const EdgeDirections& directions, ClassWidths& widths,
                                      const DirectionIndex& index, const BoxBound& bound,
@@ -48,7 +49,8 @@ template <class Visit>
 void OrthogonalPlane::forEachPartner(std::size_t place, Visit visit) const {
     constexpr double kPi = 3.141592653589793;
     constexpr double kTolerance = 1e-8;
-    // A quarter turn further; the end of the half circle meets its beginning.
+    TESK_ASSERT(place < m_classes.size());
+    // A quarter turn further; the half circle closes on itself.
     double angle = m_angles[place] + kPi / 2;
     if (angle > kPi) angle -= kPi;
     for (const double around : {angle - kPi, angle, angle + kPi}) {
@@ -62,3 +64,5 @@ void OrthogonalPlane::forEachPartner(std::size_t place, Visit visit) const {
         }
     }
 }
+
+}  // namespace Tesk::minbox

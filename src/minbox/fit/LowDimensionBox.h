@@ -1,15 +1,16 @@
 #pragma once
 
-#include "MinBoundingBox.h"
-#include "minbox/box/BoxCandidate.h"
-#include "minbox/frame/MinBoundingBoxImpl.h"
+#include <array>
 
-/// The box of a hull without faces: of a point (axes X, Y, Z), of a segment (the first axis along
-/// it, no extent across it), or none.
-OrientedBox3 lowDimensionBox(MinBoundingBoxImpl& impl);
+#include "minbox/hull/HullPoints.h"
 
-/// The box of all hull vertices along axes that are orthogonal, not of zero length.
-OrientedBox3 boxAlong(MinBoundingBoxImpl& impl, const std::array<Vector, 3>& axes);
+namespace Tesk::minbox {
 
-/// A vector at a right angle to one that is not zero.
-Vector anyOrthogonal(const Vector& v);
+/// The box of a hull without faces, which has one or two vertices: that of a point has the axes
+/// X, Y, Z; that of a segment has its first axis along it and no extent across it.
+BoxFrame lowDimensionFrame(const HullPoints& points);
+
+/// The box of one or more vertices along axes that are orthogonal and not zero.
+BoxFrame frameAlong(const HullPoints& points, const std::array<Vector, 3>& axes);
+
+}  // namespace Tesk::minbox

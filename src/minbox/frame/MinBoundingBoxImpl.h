@@ -8,37 +8,45 @@
 
 #include "TeskDataBasic/UPoint3.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
+#include "minbox/box/BoxCandidate.h"
 #include "minbox/workers/ProgressRecord.h"
 
-/// What the handles of a box calculator share: the caller's settings, the constants of all
-/// searches, and the working state of the current call. The hull pointers are null between calls.
-struct MinBoundingBoxImpl {
-    explicit MinBoundingBoxImpl(std::uint32_t threads, bool edgesBeside = true)
-        : threadCount(threads), concurrentEdges(edgesBeside) {}
+namespace Tesk::minbox {
 
-    std::function<void(int)> callback;
-    std::unique_ptr<ProgressRecord> progress;  ///< of the current or last call
-    std::uint32_t threadCount;
-    bool concurrentEdges;  ///< search edges on a thread of their own, beside the faces
-    std::int32_t pointCount = 0;
-    const UPoint3<float>* points = nullptr;
-    const std::vector<UPoint3<float>>* hullVertices = nullptr;
-    std::unique_ptr<std::vector<double>> computePoints;  ///< hull vertices as x, y, z triples
-    const std::vector<std::array<int, 3>>* hullTriangles = nullptr;
-    const std::vector<gte::HullEdge>* hullEdges = nullptr;
-    bool caliperFlag = true;
-    bool baseAreaMode = false;
-    bool heightMode = false;
-    float lastVolume = 0.0f;  ///< of the last box
-    double zero = 0.0;
+/// What the handles of a box calculator share: the caller's settings, the constants of all
+/// searches, and a view of the current call, which SearchCall fills. The searches themselves work
+/// on its SearchHull. All pointers into the hull are null between calls.
+struct MinBoundingBoxImpl {
+    explicit MinBoundingBoxImpl(std::uint32_t threads, bool edgesConcurrent = true)
+        : threadCount(threads), concurrentEdges(edgesConcurrent) {}
+
+    SearchConstants constants() const { return {zero, one, half, zeroF, oneF, unsetF}; }
+
+    std::function<void(int)> callback;         ///< copied by each progress record; tells whether
+                                               ///< a search on the calling thread takes steps
+    std::unique_ptr<ProgressRecord> progress;  ///< of the current or last call; face searches step
+    std::uint32_t threadCount;                 ///< workers of the face searches
+    bool concurrentEdges;                      ///< operator(): edges on a thread beside the faces
+    std::int32_t pointCount = 0;  ///< hull vertices in operator(), else the caller's n: the
+                                  ///< longest outline that a face search walks
+    const UPoint3<float>* points = nullptr;                          ///< nothing reads it
+    const std::vector<UPoint3<float>>* hullVertices = nullptr;       ///< nothing reads it
+    const std::vector<double>* computePoints = nullptr;              ///< nothing reads it
+    const std::vector<std::array<int, 3>>* hullTriangles = nullptr;  ///< nothing reads it
+    const std::vector<gte::HullEdge>* hullEdges = nullptr;           ///< operator(): its size
+    bool caliperFlag = true;                                         ///< nothing reads it
+    bool baseAreaMode = false;  ///< the base-area search minimises the smallest side
+    bool heightMode = false;    ///< the base-area search minimises the height
+    float lastVolume = 0.0f;    ///< of the last box; nothing reads it
+    double zero = 0.0;          ///< all searches, through constants(), as one to oneF
     double one = 1.0;
-    double unset = -1.0;  ///< the volume of a record that holds no box
+    double unset = -1.0;  ///< the volume of a record without a box; nothing reads it, as a search
+                          ///< that has found no box holds an empty std::optional
     double half = 0.5;
     float zeroF = 0.0f;
     float oneF = 1.0f;
     float unsetF = -1.0f;
-    float halfF = 0.5f;
-    /// The caller's length of one unit of computePoints: 1, or the power of two that keeps the
-    /// products of very large or very small coordinates within the range of a float.
-    double unitLength = 1.0;
+    float halfF = 0.5f;  ///< nothing reads it
 };
+
+}  // namespace Tesk::minbox

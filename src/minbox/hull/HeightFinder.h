@@ -3,39 +3,35 @@
 #include <optional>
 #include <vector>
 
-#include "minbox/box/BoxCandidate.h"
-#include "minbox/frame/MinBoundingBoxImpl.h"
-#include "minbox/hull/HullLinks.h"
+#include "minbox/hull/SearchHull.h"
 
-/// Finds how far the hull reaches along a direction without looking at all vertices, and with the
-/// bits that looking at all would give. Holds working memory; one per thread.
+namespace Tesk::minbox {
+
+/// Finds how far the hull reaches along a direction without scanning all vertices, with the bits
+/// that a scan gives. Holds working memory; one per thread.
 ///
-/// It climbs along edges, and then looks at every vertex that is within rounding of the highest and
-/// joined to it by such vertices: on a convex hull those are all that can be the highest. Where
-/// they are many, it looks at all.
+/// It climbs along edges, then visits all vertices whose height is within rounding of the greatest
+/// and which such vertices join to the summit: on a convex hull only those can be the highest. If
+/// there are many, it scans all vertices instead.
 class HeightFinder {
  public:
-    /// Keeps references to both.
-    HeightFinder(const MinBoundingBoxImpl& impl, const HullLinks& links);
+    /// Keeps a reference to the hull, which has faces.
+    explicit HeightFinder(const SearchHull& hull);
 
-    /// rangeAlong() for a hull of at least a triangle.
+    /// HullPoints::rangeAlong() with one of the vertices as origin.
     Range rangeAlong(const Vector& origin, const Vector& direction);
 
  private:
-    std::optional<double> farthest(int start, const Vector& origin, const Vector& direction,
+    std::optional<double> greatest(int& start, const Vector& origin, const Vector& direction,
                                    double sign);
-    int climb(int vertex, const Vector& origin, const Vector& direction, double sign) const;
 
-    double height(int vertex, const Vector& origin, const Vector& direction) const {
-        return (hullPoint(m_impl, vertex) - origin) | direction;
-    }
-
-    const MinBoundingBoxImpl& m_impl;
+    const HullPoints& m_points;
     const HullLinks& m_links;
-    double m_size;     ///< of the hull, at most
-    int m_lowest = 0;  ///< where to start
+    int m_lowest = 0;  ///< where the next climbs start
     int m_highest = 0;
     int m_stamp = 0;
-    std::vector<int> m_seen;  ///< per vertex, the stamp of the search that looked at it
+    std::vector<int> m_visited;  ///< per vertex, the stamp of the last search that visited it
     std::vector<int> m_pending;
 };
+
+}  // namespace Tesk::minbox

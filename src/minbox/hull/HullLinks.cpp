@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <numeric>
 
-HullLinks::HullLinks(const MinBoundingBoxImpl& impl, const std::vector<Vector>& normals) {
+namespace Tesk::minbox {
+
+HullLinks::HullLinks(const gte::ConvexHull3& hull, const std::vector<Vector>& normals) {
+    TESK_ASSERT(normals.size() == hull.getTriangles().size());
     m_normals.reserve(normals.size());
     for (const Vector& normal : normals) m_normals.push_back({normal, normal.GetLength()});
     for (int axis = 0; axis < 3; ++axis) {
@@ -11,12 +14,13 @@ HullLinks::HullLinks(const MinBoundingBoxImpl& impl, const std::vector<Vector>& 
         column.reserve(normals.size());
         for (const Vector& normal : normals) column.push_back(normal[axis]);
     }
-    linkSides(impl);
-    linkVertices(impl);
+    linkSides(hull);
+    linkVertices(hull);
 }
 
 void HullLinks::markAway(const Vector& direction, std::vector<std::uint8_t>& isAway) const {
-    // In two steps over pieces, so that a compiler does several triangles at once.
+    TESK_ASSERT(isAway.size() == m_normals.size());
+    // In two loops over pieces, so that a compiler vectorises both.
     constexpr std::size_t kPiece = 256;
     std::array<double, kPiece> dots;
     const std::size_t count = m_normals.size();
@@ -33,16 +37,17 @@ void HullLinks::markAway(const Vector& direction, std::vector<std::uint8_t>& isA
     }
 }
 
-void HullLinks::linkSides(const MinBoundingBoxImpl& impl) {
-    const std::vector<std::array<int, 3>>& triangles = *impl.hullTriangles;
+void HullLinks::linkSides(const gte::ConvexHull3& hull) {
+    const std::vector<std::array<int, 3>>& triangles = hull.getTriangles();
     m_sides.resize(triangles.size() * 4);
     const auto sideFrom = [&](int vertex, int triangle) {
         const std::array<int, 3>& corner = triangles[static_cast<std::size_t>(triangle)];
         return firstSide(triangle) + (corner[0] == vertex ? 0 : corner[1] == vertex ? 1 : 2);
     };
     // An edge runs from a to b in its triangle f0, back in f1.
-    for (std::size_t e = 0; e < impl.hullEdges->size(); ++e) {
-        const gte::HullEdge& edge = (*impl.hullEdges)[e];
+    const std::vector<gte::HullEdge>& edges = hull.getHullEdges();
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+        const gte::HullEdge& edge = edges[e];
         const int forth = sideFrom(edge.a, edge.f0);
         const int back = sideFrom(edge.b, edge.f1);
         m_sides[static_cast<std::size_t>(forth)] = {back, static_cast<int>(e), edge.a};
@@ -50,18 +55,19 @@ void HullLinks::linkSides(const MinBoundingBoxImpl& impl) {
     }
 }
 
-void HullLinks::linkVertices(const MinBoundingBoxImpl& impl) {
-    const auto count = static_cast<std::size_t>(hullVertexCount(impl));
-    // Counted two places up, so that after the filling first[v] is where group v begins.
-    m_firstNeighbour.assign(count + 2, 0);
-    for (const gte::HullEdge& edge : *impl.hullEdges) {
+void HullLinks::linkVertices(const gte::ConvexHull3& hull) {
+    // Counted two places up, so that once the list is filled first[v] is where group v begins.
+    m_firstNeighbour.assign(hull.getVertices().size() + 2, 0);
+    for (const gte::HullEdge& edge : hull.getHullEdges()) {
         ++m_firstNeighbour[static_cast<std::size_t>(edge.a) + 2];
         ++m_firstNeighbour[static_cast<std::size_t>(edge.b) + 2];
     }
     std::partial_sum(m_firstNeighbour.begin(), m_firstNeighbour.end(), m_firstNeighbour.begin());
-    m_neighbours.resize(impl.hullEdges->size() * 2);
-    for (const gte::HullEdge& edge : *impl.hullEdges) {
+    m_neighbours.resize(hull.getHullEdges().size() * 2);
+    for (const gte::HullEdge& edge : hull.getHullEdges()) {
         m_neighbours[m_firstNeighbour[static_cast<std::size_t>(edge.a) + 1]++] = edge.b;
         m_neighbours[m_firstNeighbour[static_cast<std::size_t>(edge.b) + 1]++] = edge.a;
     }
 }
+
+}  // namespace Tesk::minbox

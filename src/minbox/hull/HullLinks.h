@@ -2,50 +2,61 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <vector>
 
+#include "TeskSDKCommonTools/ConvexHull3.h"
+#include "common/Assert.h"
 #include "minbox/box/BoxCandidate.h"
-#include "minbox/frame/MinBoundingBoxImpl.h"
 
-/// How the hull's triangles hang together, for walks over its surface.
+namespace Tesk::minbox {
+
+/// How the hull's triangles are joined, for walks over its surface.
 ///
-/// A triangle's side from corner k to corner (k + 1) mod 3 is named by one number, four times the
+/// The side of a triangle from corner k to corner (k + 1) mod 3 has one number: four times the
 /// triangle plus k.
 class HullLinks {
  public:
     /// @param normals  one per triangle
-    HullLinks(const MinBoundingBoxImpl& impl, const std::vector<Vector>& normals);
+    HullLinks(const gte::ConvexHull3& hull, const std::vector<Vector>& normals);
 
     static int triangleOf(int side) { return side >> 2; }
     static int firstSide(int triangle) { return triangle << 2; }
     /// The next side of the same triangle.
     static int next(int side) { return (side & 3) == 2 ? side - 2 : side + 1; }
 
-    /// The same edge's side in the triangle across.
-    int twin(int side) const { return m_sides[static_cast<std::size_t>(side)].twin; }
-    /// The edge's place in the edge list.
-    int edge(int side) const { return m_sides[static_cast<std::size_t>(side)].edge; }
+    /// The side of the neighbouring triangle on the same edge.
+    int twin(int side) const { return at(side).twin; }
+    /// The edge's index in the hull's edge list.
+    int edge(int side) const { return at(side).edge; }
     /// The vertex at which the side starts.
-    int start(int side) const { return m_sides[static_cast<std::size_t>(side)].start; }
-    /// How many numbers there are for sides.
+    int start(int side) const { return at(side).start; }
+    /// One more than the highest side number.
     std::size_t sideCount() const { return m_sides.size(); }
 
-    /// Of the triangle's normal with a direction.
-    double dot(int triangle, const Vector& direction) const {
-        return m_normals[static_cast<std::size_t>(triangle)].normal | direction;
-    }
-    double normalLength(int triangle) const {
-        return m_normals[static_cast<std::size_t>(triangle)].length;
-    }
+    int triangleCount() const { return static_cast<int>(m_normals.size()); }
+    const Vector& normal(int triangle) const { return normalAt(triangle).vector; }
+    double normalLength(int triangle) const { return normalAt(triangle).length; }
 
-    /// Per triangle, 1 where the dot product is below zero and 0 elsewhere.
+    /// Sets the mark of each triangle to 1 if the dot product of its normal with a direction is
+    /// below zero, else to 0.
     void markAway(const Vector& direction, std::vector<std::uint8_t>& isAway) const;
 
     /// The vertices joined to a vertex by an edge.
-    const int* neighboursBegin(int vertex) const {
-        return m_neighbours.data() + m_firstNeighbour[static_cast<std::size_t>(vertex)];
+    std::span<const int> neighbours(int vertex) const {
+        const auto v = static_cast<std::size_t>(vertex);
+        TESK_ASSERT(v + 1 < m_firstNeighbour.size());
+        return {m_neighbours.data() + m_firstNeighbour[v],
+                m_firstNeighbour[v + 1] - m_firstNeighbour[v]};
     }
-    const int* neighboursEnd(int vertex) const { return neighboursBegin(vertex + 1); }
+
+    /// Climbs along edges from a vertex, each time to the highest neighbour, until none is higher.
+    /// Stops early at a vertex with more than `maxNeighbours` neighbours.
+    ///
+    /// @param height  the height of a vertex
+    /// @param visits  grows by the number of neighbours that were looked at
+    template <class Height>
+    int climb(int vertex, Height height, std::size_t maxNeighbours, std::size_t& visits) const;
 
  private:
     struct Side {
@@ -54,16 +65,47 @@ class HullLinks {
         int start;
     };
     struct Normal {
-        Vector normal;
+        Vector vector;
         double length;
     };
 
-    void linkSides(const MinBoundingBoxImpl& impl);
-    void linkVertices(const MinBoundingBoxImpl& impl);
+    const Side& at(int side) const {
+        TESK_ASSERT(side >= 0 && static_cast<std::size_t>(side) < m_sides.size());
+        return m_sides[static_cast<std::size_t>(side)];
+    }
+    const Normal& normalAt(int triangle) const {
+        TESK_ASSERT(triangle >= 0 && triangle < triangleCount());
+        return m_normals[static_cast<std::size_t>(triangle)];
+    }
+
+    void linkSides(const gte::ConvexHull3& hull);
+    void linkVertices(const gte::ConvexHull3& hull);
 
     std::vector<Side> m_sides;
     std::vector<Normal> m_normals;
-    std::array<std::vector<double>, 3> m_normalColumns;  ///< x, y and z, for all at once
+    std::array<std::vector<double>, 3> m_normalColumns;  ///< all x, all y and all z
     std::vector<int> m_neighbours;                       ///< vertex by vertex
     std::vector<std::size_t> m_firstNeighbour;
 };
+
+template <class Height>
+int HullLinks::climb(int vertex, Height height, std::size_t maxNeighbours,
+                     std::size_t& visits) const {
+    double here = height(vertex);
+    for (;;) {
+        const std::span<const int> around = neighbours(vertex);
+        if (around.size() > maxNeighbours) return vertex;
+        visits += around.size();
+        const int start = vertex;
+        for (const int neighbour : around) {
+            const double there = height(neighbour);
+            if (there > here) {
+                here = there;
+                vertex = neighbour;
+            }
+        }
+        if (vertex == start) return vertex;
+    }
+}
+
+}  // namespace Tesk::minbox

@@ -1,40 +1,41 @@
 #pragma once
 
-#include <optional>
 #include <vector>
 
 #include "TeskSDKCommonTools/ConvexHull3.h"
-#include "minbox/box/BoxCandidate.h"
-#include "minbox/frame/MinBoundingBoxImpl.h"
 #include "minbox/hull/HullLinks.h"
+#include "minbox/hull/HullPoints.h"
 
-/// The convex hull of a call's points, and its vertices in the unit of the search: set into the
-/// implementation object for as long as this lives.
+namespace Tesk::minbox {
+
+/// The convex hull of a call's points as the searches use it. Not copied: all searches of the call
+/// refer to it.
 class SearchHull {
  public:
-    SearchHull(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points);
-    ~SearchHull();
+    /// @param points  n points; may be null
+    SearchHull(int n, const UPoint3<float>* points, const SearchConstants& constants);
     SearchHull(const SearchHull&) = delete;
     SearchHull& operator=(const SearchHull&) = delete;
 
     const gte::ConvexHull3& hull() const { return m_hull; }
-    int faceCount() const { return static_cast<int>(m_hull.getTriangles().size()); }
+    const HullPoints& points() const { return m_points; }
+    const HullLinks& links() const { return m_links; }
+    int faceCount() const { return static_cast<int>(m_normals.size()); }
 
-    /// Whether the hull is at least a polygon; a point or a segment has no faces to search.
+    /// Whether the hull is at least a polygon: a point or a segment has no faces to search.
     bool hasFaces() const { return faceCount() > 0; }
 
-    /// One normal per triangle, (p2 − p0) × (p1 − p0), not normalised: it points inwards. Exact, as
-    /// the hull's grid leaves its products whole numbers below 2^53 times a power of two.
+    /// The normal of a triangle, (p2 − p0) × (p1 − p0), not normalised: it points inwards. It is
+    /// exact, because on the hull's grid its products are whole numbers below 2^53 times a power
+    /// of two.
+    const Vector& normal(int face) const { return m_normals[static_cast<std::size_t>(face)]; }
     const std::vector<Vector>& normals() const { return m_normals; }
 
-    /// How the triangles hang together.
-    const HullLinks& links() const { return *m_links; }
-
  private:
-    void formNormals();
-
-    MinBoundingBoxImpl& m_impl;
     gte::ConvexHull3 m_hull;
+    HullPoints m_points;
     std::vector<Vector> m_normals;
-    std::optional<HullLinks> m_links;
+    HullLinks m_links;
 };
+
+}  // namespace Tesk::minbox

@@ -4,21 +4,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "minbox/box/BoxCandidate.h"
-#include "minbox/frame/MinBoundingBoxImpl.h"
+#include "minbox/outline/Outline.h"
 
-/// A cyclic list of hull vertices. Seen along a direction it is a convex polygon, counter-clockwise
-/// about the direction, without repeated vertices and without three in line. A position is an index
-/// into it.
-using Outline = std::vector<int>;
-
-/// Drops vertices in line with their neighbours, and a last vertex that repeats the first.
-void removeCollinear(const MinBoundingBoxImpl& impl, const Vector& direction, Outline& outline);
-
-/// Drops vertices from which an edge leads so nearly along the direction that rounding decides
-/// where it points across it. No box can stand on such an edge, and calipers that meet one lose
-/// their way.
-void removeSteep(const MinBoundingBoxImpl& impl, const Vector& direction, Outline& outline);
+namespace Tesk::minbox {
 
 /// A rectangle around an outline, its bottom side flush with an edge.
 struct CaliperRect {
@@ -41,54 +29,59 @@ struct SideAngle {
 
 using SideAngles = std::array<SideAngle, 4>;
 
-/// The places of the entries by ascending angle; equal ones keep their order.
+/// The indices of the entries by ascending angle; equal ones keep their order.
 std::array<int, 4> sortAngles(const SideAngles& entries, int count);
 
-/// Rectangles around a convex outline seen along a direction, by rotating calipers. Nothing is
-/// normalised and no root is taken. Holds working memory; one per thread.
+/// Rectangles around a convex outline seen along a direction, by rotating calipers, without
+/// normalising anything or taking a root. Holds working memory; one per thread.
 ///
 /// Source: G. T. Toussaint, "Solving geometric problems with the rotating calipers", IEEE MELECON
 /// 1983.
 class Calipers {
  public:
-    /// Keeps a reference.
-    explicit Calipers(const MinBoundingBoxImpl& impl) : m_impl(impl) {}
+    /// Keeps a reference. Makes room for any outline of these points.
+    explicit Calipers(const HullPoints& points);
 
-    /// Makes room for outlines of that many vertices.
-    void reserve(std::size_t size);
-
-    /// Looks at an outline along a direction. The other members speak of it until the next call.
+    /// Chooses the outline, of three vertices or more, and the direction along which it is seen.
     void set(const Vector& direction, const Outline& outline);
 
+    const HullPoints& points() const { return m_points; }
+    const Vector& direction() const { return m_direction; }
+
     /// The vertex at a position.
-    const Vector& point(int position) const { return m_points[static_cast<std::size_t>(position)]; }
+    const Vector& corner(int position) const {
+        TESK_ASSERT(position >= 0 && position < size());
+        return m_corners[static_cast<std::size_t>(position)];
+    }
+
+    /// The vertex that touches a side of a rectangle.
+    const Vector& support(const CaliperRect& rect, CaliperRect::Side side) const {
+        return corner(rect.support[side]);
+    }
 
     /// The rectangle whose bottom side is flush with the edge that ends at a position.
     CaliperRect edgeRect(int end) const;
 
-    /// The angles of the sides that have a vertex of their own. Returns whether there are any.
+    /// The angles of the sides that have a support of their own. Returns whether there are any.
     bool angles(const CaliperRect& rect, SideAngles& entries, int& count) const;
 
-    /// Turns the rectangle by the least angle, to the next outline edge that a side becomes flush
-    /// with. Returns false, the rectangle half turned, where its bottom vertex was visited before.
+    /// Turns the rectangle by the least angle, which makes a side flush with its next outline edge.
+    /// Returns false, with the rectangle half turned, if its bottom vertex was visited before.
     bool updateSupport(const SideAngles& entries, int count, const std::array<int, 4>& order,
                        CaliperRect& rect);
 
     /// The distance from the left to the right side times the bottom axis's length, and from
-    /// bottom to top times the other's.
-    std::array<double, 2> sideRanges(const CaliperRect& rect) const;
+    /// bottom to top times the other axis's.
+    std::array<double, 2> sideRanges(const CaliperRect& rect) const {
+        return sideRanges(rect.support);
+    }
 
-    /// The same as angles(), sortAngles() and updateSupport() one after the other: to the next
-    /// rectangle of a run. Returns false where the run has ended.
-    bool turn(CaliperRect& rect);
-
-    /// Calls visit(CaliperRect&) for the rectangle on the edge that ends at the first position,
-    /// and those that turning gives until a bottom vertex comes up again. It may change `score`.
+    /// Calls visit(const CaliperRect&) for the rectangle on the edge that ends at the first
+    /// position, and for those that turning gives until a bottom vertex comes up again.
     template <class Visit>
     void forEachRect(Visit visit);
 
-    /// The rectangle of least area over an outline of at least three vertices; of equal ones the
-    /// first.
+    /// The rectangle of least area; of equal ones the first.
     CaliperRect minRect();
 
  private:
@@ -98,46 +91,54 @@ class Calipers {
         double squared;
     };
 
-    /// An outline edge as the axes of a rectangle on it: along the edge, in the plane across the
-    /// direction, and from it into the outline.
+    /// The axes of a rectangle on an outline edge: along the edge, and from it into the outline,
+    /// both across the direction.
     using Edge = std::array<Axis, 2>;
 
-    /// A rectangle, but for what follows from where it stands.
-    struct Stand {
+    /// What a rectangle's axes follow from, and its area.
+    struct Stance {
         std::array<int, 4> support{};
         double area = 0.0;
     };
 
-    int size() const { return static_cast<int>(m_points.size()); }
+    int size() const { return static_cast<int>(m_corners.size()); }
     int next(int position) const { return position + 1 == size() ? 0 : position + 1; }
     double sineSquared(const std::array<int, 4>& support, std::size_t side) const;
     std::array<double, 2> sideRanges(const std::array<int, 4>& support) const;
-    bool standOn(std::size_t side, Stand& stand);
-    bool turn(Stand& stand);
-    void setOn(const Stand& stand, CaliperRect& rect) const;
-    CaliperRect rectOn(const Stand& stand) const;
-    void startRun(const CaliperRect& first);
+    void setOn(const Stance& stance, CaliperRect& rect) const;
+    CaliperRect rectOn(const Stance& stance) const;
+    bool turnInOrder(Stance& stance);
+    bool turn(Stance& stance);
+    bool standOn(std::size_t side, Stance& stance);
+    template <class Visit>
+    void forEachStance(Visit visit);
 
-    const MinBoundingBoxImpl& m_impl;
-    std::vector<Vector> m_points;
+    const HullPoints& m_points;
+    Vector m_direction;
+    std::vector<Vector> m_corners;
     std::vector<Edge> m_edges;  ///< each at the position where it ends; the first again at the end
     std::vector<std::uint8_t> m_visited;
 };
 
-/// Lays a frame over a rectangle, with the direction that the calipers look along as its third
-/// axis, and measures its volume.
+/// The box over a rectangle of the calipers, with their direction as its third axis, and its
+/// volume.
 ///
-/// @param height  of the hull along the direction, from the rectangle's base vertex
-void layOver(const MinBoundingBoxImpl& impl, const CaliperRect& rect, const Calipers& calipers,
-             const Vector& direction, const Range& height, BoxFrame& frame);
+/// @param height  the hull's range along the direction, from the rectangle's base vertex
+BoxFrame frameOver(const CaliperRect& rect, const Calipers& calipers, const Range& height);
+
+template <class Visit>
+void Calipers::forEachStance(Visit visit) {
+    const CaliperRect first = edgeRect(0);
+    m_visited.assign(m_corners.size(), 0);
+    m_visited[static_cast<std::size_t>(first.support[CaliperRect::kBase])] = 1;
+    Stance stance{first.support, first.area};
+    visit(stance);
+    for (int i = 0; i < size() && turn(stance); ++i) visit(stance);
+}
 
 template <class Visit>
 void Calipers::forEachRect(Visit visit) {
-    CaliperRect rect = edgeRect(0);
-    startRun(rect);
-    visit(rect);
-    for (int i = 0; i < size(); ++i) {
-        if (!turn(rect)) break;
-        visit(rect);
-    }
+    forEachStance([&](const Stance& stance) { visit(rectOn(stance)); });
 }
+
+}  // namespace Tesk::minbox

@@ -1,47 +1,48 @@
 #include "minbox/outline/Silhouette.h"
 
-#include <cmath>
+namespace Tesk::minbox {
 
 namespace {
 
 constexpr int kNone = -1;
 
-/// Of the product of the normals' lengths: a dot product farther from zero than this has the right
-/// sign, with room to spare (three products and two sums round by less than 4e-16).
+/// A dot product of two normals has the right sign if it is at least this, relative to the product
+/// of their lengths: three products and two sums round by less than 4e-16.
 constexpr double kClear = 2e-15;
 
 }  // namespace
 
-Silhouette::Silhouette(const MinBoundingBoxImpl& impl, const std::vector<Vector>& normals,
-                       const HullLinks& links)
-    : m_impl(impl),
-      m_normals(normals),
+Silhouette::Silhouette(const SearchHull& hull, const HullLinks& links, int maxVertices)
+    : m_points(hull.points()),
+      m_edges(hull.hull().getHullEdges()),
       m_links(links),
+      m_maxVertices(static_cast<std::size_t>(maxVertices)),
       m_placeBefore(links.sideCount(), 0),
-      m_isAway(normals.size()) {
-    m_outline.reserve(static_cast<std::size_t>(hullVertexCount(impl)));
+      m_isAway(static_cast<std::size_t>(links.triangleCount())) {
+    TESK_ASSERT(hull.hasFaces() && maxVertices >= hull.points().count());
+    m_outline.reserve(static_cast<std::size_t>(m_points.count()));
 }
 
 const Outline& Silhouette::along(int face) {
-    m_direction = m_normals[static_cast<std::size_t>(face)];
+    m_direction = m_links.normal(face);
     m_directionLength = m_links.normalLength(face);
     const bool isWalked = walkAround();
     if (!isWalked) {
         scanEdges();
         m_scanned = m_outline;
     }
-    removeCollinear(m_impl, m_direction, m_outline);
+    removeCollinear(m_points, m_direction, m_outline);
     if (!isWalked && m_outline.size() < 3) {
-        // An edge along the direction is in line with both its neighbours, and takes its two
-        // corners away.
+        // An edge along the direction is in line with both its neighbours, so that both its
+        // vertices were dropped.
         m_outline = m_scanned;
-        removeSteep(m_impl, m_direction, m_outline);
-        removeCollinear(m_impl, m_direction, m_outline);
+        removeSteep(m_points, m_direction, m_outline);
+        removeCollinear(m_points, m_direction, m_outline);
     }
     return m_outline;
 }
 
-/// Whether it is a crossing, and the triangles beside it clearly on their sides.
+/// Whether a side is a crossing beyond the doubt of rounding.
 bool Silhouette::isClearCrossing(int side) const {
     const int away = HullLinks::triangleOf(side);
     const int across = HullLinks::triangleOf(m_links.twin(side));
@@ -50,24 +51,24 @@ bool Silhouette::isClearCrossing(int side) const {
            dot(across) > least * m_links.normalLength(across);
 }
 
-/// The crossing that followed this one on the last outline; kNone where this one was not on it.
+/// The crossing that followed this one on the last outline; kNone if this one was not on it.
 int Silhouette::followingBefore(int crossing) const {
     const auto place = static_cast<std::size_t>(m_placeBefore[static_cast<std::size_t>(crossing)]);
     if (place >= m_before.size() || m_before[place] != crossing) return kNone;
     return m_before[place + 1 == m_before.size() ? 0 : place + 1];
 }
 
-/// Fills the outline; false where rounding makes it doubtful.
+/// Finds the outline by a walk; false if rounding makes it doubtful.
 bool Silhouette::walkAround() {
     const int first = findCrossing();
     if (first == kNone || !isClearCrossing(first)) return false;
     m_walk.clear();
-    const auto most = static_cast<std::size_t>(hullVertexCount(m_impl));
+    const auto most = static_cast<std::size_t>(m_points.count());
     int crossing = first;
     do {
         if (m_walk.size() == most) return false;
         m_walk.push_back(crossing);
-        // Faces beside each other share most of their outlines.
+        // Faces of similar direction share most of their outlines.
         const int before = followingBefore(crossing);
         if (before != kNone && isClearCrossing(before)) {
             crossing = before;
@@ -80,16 +81,16 @@ bool Silhouette::walkAround() {
     return true;
 }
 
-/// Makes the walk the outline, and keeps it for the next one.
+/// Turns the walk into the outline, and keeps it for the next one.
 void Silhouette::takeWalk() {
     const std::size_t size = m_walk.size();
-    std::size_t last = 0;  // place of the scan's last link, which is that of the highest edge
+    std::size_t last = 0;  // index of the scan's last link, that of the highest-numbered edge
     for (std::size_t i = 0; i < size; ++i) {
         m_placeBefore[static_cast<std::size_t>(m_walk[i])] = static_cast<int>(i);
         if (m_links.edge(m_walk[i]) > m_links.edge(m_walk[last])) last = i;
     }
     // The scan starts at the edge's a, which is where the walk enters the edge or where it leaves.
-    const int a = (*m_impl.hullEdges)[static_cast<std::size_t>(m_links.edge(m_walk[last]))].a;
+    const int a = m_edges[static_cast<std::size_t>(m_links.edge(m_walk[last]))].a;
     if (m_links.start(m_walk[last]) != a) last = (last + 1) % size;
     m_outline.clear();
     for (std::size_t i = last; i < size; ++i) m_outline.push_back(m_links.start(m_walk[i]));
@@ -97,18 +98,19 @@ void Silhouette::takeWalk() {
     m_before.swap(m_walk);
 }
 
-/// Goes from the last outline's crossing downhill, or uphill, to where the sign changes; kNone
-/// where it gets lost.
+/// A crossing: starts at one of the last outline and goes downhill, or uphill, to where the sign
+/// changes. kNone if the way ends before.
 int Silhouette::findCrossing() const {
     int triangle = m_before.empty() ? 0 : HullLinks::triangleOf(m_before.front());
     double here = dot(triangle);
-    const bool isAway = here < m_impl.zero;
+    const bool isAway = here < m_points.constants().zero;
     const auto slope = [&](int t, double d) {
         const double cosine = d / m_links.normalLength(t);
         return isAway ? cosine : -cosine;
     };
-    // Each step goes on to the steepest neighbour; a flat or rounded place ends the search.
-    for (std::size_t steps = 0; steps < m_normals.size(); ++steps) {
+    // Each step goes to the steepest neighbour; the way ends on a plateau.
+    for (std::size_t steps = 0; steps < static_cast<std::size_t>(m_links.triangleCount());
+         ++steps) {
         int best = kNone;
         double bestSlope = slope(triangle, here);
         double bestDot = here;
@@ -117,7 +119,7 @@ int Silhouette::findCrossing() const {
             const int twin = m_links.twin(side);
             const int across = HullLinks::triangleOf(twin);
             const double there = dot(across);
-            if ((there < m_impl.zero) != isAway) return isAway ? side : twin;
+            if ((there < m_points.constants().zero) != isAway) return isAway ? side : twin;
             if (slope(across, there) > bestSlope) {
                 best = across;
                 bestSlope = slope(across, there);
@@ -131,13 +133,14 @@ int Silhouette::findCrossing() const {
     return kNone;
 }
 
-/// The crossing that starts where this one ends: turns about that vertex over triangles that face
-/// away. kNone where there is none.
+/// The crossing that starts where this one ends, found by turning about that vertex over triangles
+/// that face away. kNone if there is none.
 int Silhouette::following(int crossing) const {
     int side = HullLinks::next(crossing);
-    for (std::size_t turns = 0; turns < m_normals.size(); ++turns) {
+    for (std::size_t turns = 0; turns < static_cast<std::size_t>(m_links.triangleCount());
+         ++turns) {
         const int twin = m_links.twin(side);
-        if (!(dot(HullLinks::triangleOf(twin)) < m_impl.zero)) return side;
+        if (!(dot(HullLinks::triangleOf(twin)) < m_points.constants().zero)) return side;
         side = HullLinks::next(twin);
     }
     return kNone;
@@ -150,31 +153,30 @@ void Silhouette::scanEdges() {
     int side = sideOfHighestEdge();
     if (side == kNone) return;
     const int start = m_links.start(side);
-    // Where rounding has broken the outline, the walk may never come back.
-    const auto limit = static_cast<std::size_t>(m_impl.pointCount);
+    // If rounding has broken the outline, the links may never lead back.
     int vertex = start;
     do {
         m_outline.push_back(vertex);
         side = HullLinks::next(highestCrossingAround(side));
         vertex = m_links.start(side);
-    } while (vertex != start && m_outline.size() < limit);
+    } while (vertex != start && m_outline.size() < m_maxVertices);
 }
 
-/// The side that starts at the highest-numbered crossing edge's a, on that edge; kNone where there
-/// is no crossing.
+/// The side on the highest-numbered crossing edge that starts at the edge's a; kNone if there is no
+/// crossing.
 int Silhouette::sideOfHighestEdge() const {
-    const std::vector<gte::HullEdge>& edges = *m_impl.hullEdges;
-    for (std::size_t e = edges.size(); e-- > 0;) {
-        if (facesAway(edges[e].f0) == facesAway(edges[e].f1)) continue;
-        int side = HullLinks::firstSide(edges[e].f0);
-        while (m_links.start(side) != edges[e].a) ++side;
+    for (std::size_t e = m_edges.size(); e-- > 0;) {
+        const gte::HullEdge& edge = m_edges[e];
+        if (facesAway(edge.f0) == facesAway(edge.f1)) continue;
+        int side = HullLinks::firstSide(edge.f0);
+        while (m_links.start(side) != edge.a) ++side;
         return side;
     }
     return kNone;
 }
 
-/// The crossing of the highest-numbered edge among those that start where a side starts. On an
-/// outline that meets itself there are several.
+/// Of the crossings that start where a side starts, that of the highest-numbered edge. There are
+/// several where an outline meets itself.
 int Silhouette::highestCrossingAround(int side) const {
     int highest = side;
     int edge = kNone;
@@ -191,3 +193,5 @@ int Silhouette::highestCrossingAround(int side) const {
     } while (turned != side);
     return highest;
 }
+
+}  // namespace Tesk::minbox

@@ -1,23 +1,27 @@
 #include "minbox/volume/VolumeSearch.h"
 
+#include <exception>
 #include <new>
-#include <stdexcept>
 #include <system_error>
+#include <thread>
 
 #include "TeskDebug/Exception.h"
 #include "minbox/edges/EdgeSearch.h"
-#include "minbox/fit/LowDimensionBox.h"
 #include "minbox/fit/OfferBox.h"
-#include "minbox/volume/FaceSearch.h"
+#include "minbox/frame/SearchCall.h"
 #include "minbox/workers/FaceWorkers.h"
+
+namespace Tesk::minbox {
 
 namespace {
 
 const char* const kAborting = "Aborting...";
 
-double volumeKey(const VolumeCandidate& box) {
-    return box.volume;
-}
+/// The best boxes of the two searches.
+struct Found {
+    std::optional<VolumeCandidate> onFace;
+    std::optional<VolumeCandidate> alongEdges;
+};
 
 /// The body of a worker thread: reports every face, and stops at the first abort.
 void workUntilAborted(MinBoundingBoxImpl& impl, std::atomic<bool>& isAborted,
@@ -33,14 +37,14 @@ void workUntilAborted(MinBoundingBoxImpl& impl, std::atomic<bool>& isAborted,
     }
 }
 
-/// The edge search on a thread of its own, joined however the scope ends.
+/// The edge search on a thread of its own, which is joined however the scope ends.
 class EdgeThread {
  public:
-    EdgeThread(const MinBoundingBoxImpl& impl, const SearchHull& hull, const BoxBound& bound,
-               std::atomic<bool>& isAborted, const VolumeLimit& limit, VolumeCandidate& best)
-        : m_isAborted(isAborted), m_thread([this, &impl, &hull, &bound, &limit, &best] {
+    EdgeThread(const SearchHull& hull, const BoxBound& bound, std::atomic<bool>& isAborted,
+               const VolumeLimit& limit)
+        : m_isAborted(isAborted), m_thread([this, &hull, &bound, &limit] {
               try {
-                  searchEdges(impl, hull, bound, m_isAborted, limit, best);
+                  m_best = searchEdges(hull, bound, m_isAborted, limit);
               } catch (...) {
                   m_failure = std::current_exception();
                   m_isAborted = true;
@@ -53,28 +57,34 @@ class EdgeThread {
         m_thread.join();
     }
 
-    /// Waits for the end; throws what the search threw.
-    void join() {
+    EdgeThread(const EdgeThread&) = delete;
+    EdgeThread& operator=(const EdgeThread&) = delete;
+
+    /// Waits for the end. Returns the best box, or throws what the search threw.
+    const std::optional<VolumeCandidate>& join() {
         m_thread.join();
         if (m_failure) std::rethrow_exception(m_failure);
+        return m_best;
     }
 
  private:
     std::atomic<bool>& m_isAborted;
+    std::optional<VolumeCandidate> m_best;
     std::exception_ptr m_failure;
     std::thread m_thread;  // last: it uses the others
 };
 
-void searchBesideEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
-                           VolumeCandidate& faceBest, VolumeCandidate& edgeBest) {
+Found searchConcurrently(MinBoundingBoxImpl& impl, const SearchHull& hull) {
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
-    const BoxBound bound(impl, hull);
-    // Before the edges: they wait for nothing, but have less to do once a box is known.
-    FaceSearch faces(impl, hull, bound, limit);
-    EdgeThread edges(impl, hull, bound, isAborted, limit, edgeBest);
+    const BoxBound bound(hull);
+    // Bounding the faces waits for nothing, and the edge search has less to do once the face
+    // search has found a box: so this comes before the thread.
+    FaceSearch faces(hull, bound, limit, impl.threadCount);
+    EdgeThread edges(hull, bound, isAborted, limit);
+    Found found;
     try {
-        searchFaces(impl, faces, isAborted, faceBest);
+        found.onFace = searchFaces(impl, faces, isAborted);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::system_error&) {
@@ -84,25 +94,28 @@ void searchBesideEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
         edges.join();
         throw Tesk::AbortException(kAborting);
     }
-    edges.join();
+    found.alongEdges = edges.join();
     if (isAborted) throw Tesk::AbortException(kAborting);
+    return found;
 }
 
-void searchAfterEachOther(MinBoundingBoxImpl& impl, const SearchHull& hull,
-                          VolumeCandidate& faceBest, VolumeCandidate& edgeBest) {
-    // The faces first: with their box at hand, hardly a triple of edges is worth a look.
+Found searchSequentially(MinBoundingBoxImpl& impl, const SearchHull& hull) {
+    // Faces first: once their box is known, the edge search passes over almost everything.
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
-    const BoxBound bound(impl, hull);
-    FaceSearch faces(impl, hull, bound, limit);
-    searchFaces(impl, faces, isAborted, faceBest);
-    searchEdges(impl, hull, bound, isAborted, limit, edgeBest);
+    const BoxBound bound(hull);
+    FaceSearch faces(hull, bound, limit, impl.threadCount);
+    Found found;
+    found.onFace = searchFaces(impl, faces, isAborted);
+    found.alongEdges = searchEdges(hull, bound, isAborted, limit);
+    return found;
 }
 
 }  // namespace
 
-void searchFaces(MinBoundingBoxImpl& impl, FaceSearch& search, std::atomic<bool>& isAborted,
-                 VolumeCandidate& best) {
+std::optional<VolumeCandidate> searchFaces(MinBoundingBoxImpl& impl, FaceSearch& search,
+                                           std::atomic<bool>& isAborted) {
+    TESK_ASSERT(impl.progress != nullptr);
     const std::vector<FaceRange> ranges = splitFaces(search.hull().faceCount(), impl.threadCount);
     std::vector<FaceSearch::Worker> workers;
     workers.reserve(ranges.size());
@@ -118,26 +131,20 @@ void searchFaces(MinBoundingBoxImpl& impl, FaceSearch& search, std::atomic<bool>
             [](std::size_t) {}, [&] { isAborted = true; });
         if (isAborted) throw Tesk::AbortException(kAborting);
     }
-    best = search.best(workers, ranges);
+    return search.best(workers, ranges);
 }
 
 OrientedBox3 searchLeastVolume(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points) {
-    impl.caliperFlag = false;
-    impl.baseAreaMode = false;
-    impl.heightMode = false;
-    const SearchHull hull(impl, n, points);
-    impl.pointCount = hullVertexCount(impl);
-    const int steps = hull.faceCount() + static_cast<int>(impl.hullEdges->size());
-    impl.progress = std::make_unique<ProgressRecord>(0, steps, impl.callback);
-    if (!hull.hasFaces()) return lowDimensionBox(impl);
-    VolumeCandidate faceBest;
-    VolumeCandidate edgeBest;
-    if (impl.concurrentEdges) {
-        searchBesideEachOther(impl, hull, faceBest, edgeBest);
-    } else {
-        searchAfterEachOther(impl, hull, faceBest, edgeBest);
-    }
-    if (edgeBest.volume != impl.unset && isBetter(impl, edgeBest, faceBest, volumeKey))
-        faceBest = edgeBest;
-    return faceBest.volume == impl.unset ? noBox() : toOrientedBox(impl, faceBest);
+    SearchCall call(impl, n, points, Operation::kVolume);
+    const SearchHull& hull = call.hull();
+    call.startProgress(hull.faceCount() + static_cast<int>(impl.hullEdges->size()));
+    if (!hull.hasFaces()) return call.lowDimensionBoxOrNone();
+    const Found found =
+        impl.concurrentEdges ? searchConcurrently(impl, hull) : searchSequentially(impl, hull);
+    const auto& [onFace, alongEdges] = found;
+    const bool areEdgesBetter = alongEdges && isBetter(*alongEdges, onFace, volumeKey);
+    const auto& best = areEdgesBetter ? alongEdges : onFace;
+    return best ? call.boxOf(*best) : noBox();
 }
+
+}  // namespace Tesk::minbox

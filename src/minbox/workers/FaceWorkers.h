@@ -5,15 +5,21 @@
 #include <thread>
 #include <vector>
 
+#include "common/Assert.h"
+
+namespace Tesk::minbox {
+
 /// A contiguous range of hull faces, `last` not included.
 struct FaceRange {
     int first;
     int last;
 };
 
-/// One range for the calling thread where there are fewer than two threads or fewer faces than
-/// threads; else one per thread, of equal size, the last one with the remainder.
+/// Splits the faces among threads: into one range of equal size per thread, the last with the
+/// remainder, or into a single range for the calling thread if there are fewer than two threads or
+/// fewer faces than threads.
 inline std::vector<FaceRange> splitFaces(int faceCount, std::uint32_t threadCount) {
+    TESK_ASSERT(faceCount >= 0);
     if (threadCount < 2 || static_cast<std::uint32_t>(faceCount) < threadCount) {
         return {{0, faceCount}};
     }
@@ -25,11 +31,11 @@ inline std::vector<FaceRange> splitFaces(int faceCount, std::uint32_t threadCoun
     return ranges;
 }
 
-/// Runs work(t) for t = 0 .. count − 1, each on a thread of its own; joins them in this order and
-/// calls joined(t) after each. Where a thread cannot be started, calls giveUp(), joins those that
-/// run, and rethrows. An exception that leaves work() ends the process.
+/// Runs work(t) for t = 0 .. count − 1, each on a thread of its own, joins the threads in this
+/// order and calls joined(t) after each. If a thread cannot be started, calls giveUp(), joins those
+/// that run, and rethrows. An exception that leaves work() ends the process.
 ///
-/// @tparam Thread  std::thread, or what stands for it in a test
+/// @tparam Thread  std::thread, or a test's substitute
 template <class Thread = std::thread, class Work, class Joined, class GiveUp>
 void runWorkers(std::size_t count, Work work, Joined joined, GiveUp giveUp) {
     std::vector<Thread> threads;
@@ -46,3 +52,5 @@ void runWorkers(std::size_t count, Work work, Joined joined, GiveUp giveUp) {
         joined(t);
     }
 }
+
+}  // namespace Tesk::minbox

@@ -2,6 +2,10 @@
 
 #include <utility>
 
+#include "common/Assert.h"
+
+namespace Tesk::minbox {
+
 ProgressRecord::ProgressRecord(std::int32_t first, std::int32_t total,
                                std::function<void(int)> callback)
     : m_first(first),
@@ -10,6 +14,7 @@ ProgressRecord::ProgressRecord(std::int32_t first, std::int32_t total,
       m_ownerThread(std::this_thread::get_id()) {}
 
 void ProgressRecord::step() {
+    TESK_ASSERT(m_total > 0);
     const std::lock_guard lock(m_mutex);
     ++m_counter;
     const float done = static_cast<float>(m_counter) * 100.0f / static_cast<float>(m_total);
@@ -19,3 +24,5 @@ void ProgressRecord::step() {
         m_lastReported = percent;
     }
 }
+
+}  // namespace Tesk::minbox

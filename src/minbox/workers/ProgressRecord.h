@@ -6,16 +6,18 @@
 #include <mutex>
 #include <thread>
 
-/// The progress of one search: counts steps and tells the callback each whole percentage once.
+namespace Tesk::minbox {
+
+/// The progress of one search: counts steps and reports each whole percentage once.
 class ProgressRecord {
  public:
     /// @param first     added to every percentage
-    /// @param total     the number of steps that make 100 %
+    /// @param total     the number of steps that make 100 %; 0 only if none is taken
     /// @param callback  may be empty
     ProgressRecord(std::int32_t first, std::int32_t total, std::function<void(int)> callback);
 
-    /// Takes one step, and reports where the percentage has grown. Callable from any thread; the
-    /// callback runs on that thread, one call at a time. Passes on what the callback throws.
+    /// Counts a step, and reports the percentage if it has grown. May be called on any thread; the
+    /// callback runs on that thread, never twice at once. Passes on what the callback throws.
     void step();
 
     bool isOwnedByThisThread() const { return std::this_thread::get_id() == m_ownerThread; }
@@ -29,3 +31,5 @@ class ProgressRecord {
     std::thread::id m_ownerThread;
     std::mutex m_mutex;
 };
+
+}  // namespace Tesk::minbox

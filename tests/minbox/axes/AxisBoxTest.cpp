@@ -5,6 +5,8 @@
 #include "BoxTestSupport.h"
 #include "minbox/axes/AxisSearch.h"
 
+using namespace Tesk::minbox;
+
 namespace {
 
 using Axis = UVector3<float>;

@@ -5,6 +5,8 @@
 #include "ReferencePointSets.h"
 #include "TestSize.h"
 
+using namespace Tesk::minbox;
+
 namespace {
 
 UVector3<float> randomAxis(TestRandom& random) {

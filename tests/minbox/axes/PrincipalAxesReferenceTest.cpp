@@ -5,6 +5,8 @@
 #include "ReferencePointSets.h"
 #include "TestSize.h"
 
+using namespace Tesk::minbox;
+
 namespace {
 
 void compare(const Points& points) {

@@ -6,6 +6,8 @@
 
 #include "BoxTestSupport.h"
 
+using namespace Tesk::minbox;
+
 namespace {
 
 OrientedBox3 boxOf(const Points& points) {

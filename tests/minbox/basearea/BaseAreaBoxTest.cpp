@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "BoxTestSupport.h"
+#include "PreparedHull.h"
 #include "minbox/basearea/BaseAreaScores.h"
 #include "minbox/basearea/BaseAreaSearch.h"
-#include "minbox/hull/SearchHull.h"
+
+using namespace Tesk::minbox;
 
 namespace {
 
@@ -33,18 +34,15 @@ TEST(BaseAreaBox, TheSmallestSideOfALargeBoxIsFound) {
     MinBoundingBoxImpl impl(1);
     const Points points = boxCorners(8000, 12000, 16000);
     impl.baseAreaMode = true;
-    const SearchHull hull(impl, countOf(points), points.data());
-    BoxCandidate best;
-    searchDirections(impl, hull, best);
-    EXPECT_EQ(best.score, 9.6e7f);
+    impl.pointCount = countOf(points);
+    EXPECT_EQ(searchDirections(impl, hullOf(points)).value().score, 9.6e7f);
     EXPECT_EQ(smallestSide(leastBase(points)), 9.6e7f);
 }
 
 TEST(BaseAreaBox, TheThirdAxisIsAHullFacesNormal) {
     TestRandom random(2);
     const Points points = pointsInBall(60, random);
-    MinBoundingBoxImpl impl(1);
-    const SearchHull hull(impl, countOf(points), points.data());
+    const SearchHull hull = hullOf(points);
     for (const OrientedBox3& box : {lowest(points), leastBase(points)}) {
         double best = 0.0;
         for (const Vector& normal : hull.normals()) {
@@ -88,11 +86,10 @@ TEST(BaseAreaBox, IsTheSameForAnyThreadCount) {
 
 TEST(BaseAreaBox, OfEqualHeightsTheLowestTriangleWins) {
     const Points cube = boxCorners(1, 1, 1);
-    MinBoundingBoxImpl impl(1);
-    const SearchHull hull(impl, countOf(cube), cube.data());
+    const SearchHull hull = hullOf(cube);
     for (const unsigned int threads : {1u, 2u, 5u}) {
         for (const OrientedBox3& box : {lowest(cube, threads), leastBase(cube, threads)}) {
-            EXPECT_EQ(box.axis[2], hull.normals()[0].GetNormal().As<float>());
+            EXPECT_EQ(box.axis[2], hull.normal(0).GetNormal().As<float>());
         }
     }
 }
@@ -101,28 +98,25 @@ TEST(BaseAreaBox, NoOtherFaceNormalGivesALowerBox) {
     TestRandom random(8);
     for (int i = 0; i < 20; ++i) {
         const Points points = pointsInCube(40, random);
-        MinBoundingBoxImpl impl(1);
-        const SearchHull hull(impl, countOf(points), points.data());
+        const SearchHull hull = hullOf(points);
         double least = 1e30;
         for (const Vector& normal : hull.normals()) {
             const Vector unit = normal.GetNormal();
-            least = std::min(least, rangeAlong(impl, hullPoint(impl, 0), unit).length());
+            least = std::min(least, hull.points().rangeAlong(hull.points()[0], unit).length());
         }
         EXPECT_NEAR(2.0f * lowest(points).extent.z, least, 1e-6);
     }
 }
 
 TEST(BaseAreaBox, TheScoreMarksWhichSideIsTheSmallest) {
-    MinBoundingBoxImpl impl(1);
-    impl.baseAreaMode = true;
     BoxCandidate box;
     box.squaredLengths = {1, 1, 1};
     box.ranges = {Range{0, 2}, Range{0, 3}, Range{0, 4}};
-    measureAgain(impl, box);
+    measureAgain(startConstants(), BaseAreaKey::kScore, box);
     EXPECT_EQ(box.score, 6.0f);
     EXPECT_EQ(box.faceFlag, 0.0f);
     box.ranges = {Range{0, 4}, Range{0, 3}, Range{0, 2}};
-    measureAgain(impl, box);
+    measureAgain(startConstants(), BaseAreaKey::kScore, box);
     EXPECT_EQ(box.score, 6.0f);
     EXPECT_EQ(box.faceFlag, 1.0f);
     EXPECT_EQ(box.volume, 24.0);

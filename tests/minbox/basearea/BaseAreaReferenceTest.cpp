@@ -2,23 +2,22 @@
 
 #include "CompareBoxes.h"
 #include "PlainBaseAreaBox.h"
+#include "PreparedHull.h"
 #include "ReferencePointSets.h"
 #include "TestSize.h"
 #include "minbox/basearea/BaseAreaSearch.h"
-#include "minbox/hull/SearchHull.h"
+
+using namespace Tesk::minbox;
 
 namespace {
 
-BoxCandidate shipped(const Points& points, int threads, bool isHeightMode) {
+std::optional<BoxCandidate> shipped(const Points& points, int threads, bool isHeightMode) {
     MinBoundingBoxImpl impl(static_cast<std::uint32_t>(threads));
     impl.heightMode = isHeightMode;
     impl.baseAreaMode = !isHeightMode;
     impl.pointCount = countOf(points);
-    const SearchHull searched(impl, countOf(points), points.data());
     impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
-    BoxCandidate best;
-    searchDirections(impl, searched, best);
-    return best;
+    return searchDirections(impl, hullOf(points));
 }
 
 void compareLowest(const Points& points, const PlainHull& hull, int threads) {

@@ -7,29 +7,25 @@
 #include <vector>
 
 #include "PreparedHull.h"
-#include "minbox/hull/HeightFinder.h"
-#include "minbox/outline/Calipers.h"
-#include "minbox/outline/Silhouette.h"
+#include "minbox/fit/BoxFit.h"
+#include "minbox/fit/FaceWorkspace.h"
+
+using namespace Tesk::minbox;
 
 namespace {
 
 /// The volume of the box on each face that has one, with the face.
 std::vector<std::pair<int, double>> volumesOnFaces(const PreparedHull& prepared) {
-    const std::vector<Vector>& normals = prepared.hull.normals();
-    Silhouette silhouette(prepared.impl, normals, prepared.hull.links());
-    Calipers calipers(prepared.impl);
-    HeightFinder heights(prepared.impl, prepared.hull.links());
+    FaceWorkspace workspace(prepared.hull, prepared.hull.points().count());
     std::vector<std::pair<int, double>> volumes;
     for (int face = 0; face < prepared.hull.faceCount(); ++face) {
-        const Vector& normal = normals[static_cast<std::size_t>(face)];
-        const Outline& outline = silhouette.along(face);
+        const Outline& outline = workspace.silhouette.along(face);
         if (outline.size() < 3) continue;
-        calipers.set(normal, outline);
-        const CaliperRect rect = calipers.minRect();
-        const Vector& base = calipers.point(rect.support[CaliperRect::kBase]);
-        VolumeCandidate box;
-        layOver(prepared.impl, rect, calipers, normal, heights.rangeAlong(base, normal), box);
-        if (secure(prepared.impl, box) == FrameState::kSound) volumes.push_back({face, box.volume});
+        workspace.calipers.set(prepared.hull.normal(face), outline);
+        const CaliperRect rect = workspace.calipers.minRect();
+        BoxFrame box = frameOver(rect, workspace.calipers, workspace.heightOver(rect));
+        if (checkFrame(prepared.hull.points(), box) == FrameState::kSound)
+            volumes.push_back({face, box.volume});
     }
     return volumes;
 }
@@ -37,8 +33,8 @@ std::vector<std::pair<int, double>> volumesOnFaces(const PreparedHull& prepared)
 TEST(BoxBound, OfABoxAlongItsSidesIsItsVolume) {
     const PreparedHull prepared(boxCorners(2, 3, 4));
     for (const Vector& normal : {Vector(1, 0, 0), Vector(0, -7, 0), Vector(0, 0, 0.01)}) {
-        EXPECT_LE(prepared.bound.roughly(normal), 24.0);
-        EXPECT_GT(prepared.bound.roughly(normal), 24.0 * (1.0 - 1e-6));
+        EXPECT_LE(prepared.bound.quickBound(normal), 24.0);
+        EXPECT_GT(prepared.bound.quickBound(normal), 24.0 * (1.0 - 1e-6));
         EXPECT_TRUE(prepared.bound.isAbove(23.9999, normal));
         EXPECT_FALSE(prepared.bound.isAbove(24.0, normal));
     }
@@ -46,7 +42,7 @@ TEST(BoxBound, OfABoxAlongItsSidesIsItsVolume) {
 
 TEST(BoxBound, OfTheSmallestSideAndTheHeightToo) {
     const PreparedHull prepared(boxCorners(2, 3, 4));
-    const BoxBound sides(prepared.impl, prepared.hull, BoxMeasure::kSmallestSide);
+    const BoxBound sides(prepared.hull, BoxMeasure::kSmallestSide);
     const std::vector<Vector> axes = {{1, 0, 0}, {0, -7, 0}, {0, 0, 0.01}};
     for (std::size_t axis = 0; axis < 3; ++axis) {
         // Two by three, whichever side the box stands on.
@@ -77,10 +73,10 @@ TEST(BoxBound, IsBelowTheBoxOfEveryFace) {
         const PreparedHull prepared(set.points);
         const auto volumes = volumesOnFaces(prepared);
         for (const auto& [face, volume] : volumes) {
-            const Vector& normal = prepared.hull.normals()[static_cast<std::size_t>(face)];
-            ASSERT_LE(prepared.bound.roughly(normal), volume) << "face " << face;
+            const Vector& normal = prepared.hull.normal(face);
+            ASSERT_LE(prepared.bound.quickBound(normal), volume) << "face " << face;
             for (const double limit : {0.5, 0.99, 1.0 - 1e-7, 1.0, 2.0}) {
-                const double bound = prepared.bound.against(limit * volume, normal);
+                const double bound = prepared.bound.boundAbove(limit * volume, normal);
                 ASSERT_LE(bound, volume) << "face " << face << ", limit " << limit;
             }
         }
@@ -94,7 +90,7 @@ double shareTold(const Points& points, double part) {
     const PreparedHull prepared(points);
     const auto volumes = volumesOnFaces(prepared);
     const auto told = std::count_if(volumes.begin(), volumes.end(), [&](const auto& found) {
-        const Vector& normal = prepared.hull.normals()[static_cast<std::size_t>(found.first)];
+        const Vector& normal = prepared.hull.normal(found.first);
         return prepared.bound.isAbove(part * found.second, normal);
     });
     return static_cast<double>(told) / static_cast<double>(volumes.size());

@@ -6,6 +6,8 @@
 
 #include "PreparedHull.h"
 
+using namespace Tesk::minbox;
+
 namespace {
 
 std::vector<Vector> someDirections(TestRandom& random) {
@@ -18,7 +20,7 @@ std::vector<Vector> someDirections(TestRandom& random) {
 
 Vector nearlyAcross(const SupportMap& supports, const Vector& direction) {
     Vector across;
-    supports.nearlyAcross({&direction, 1}, &across);
+    supports.nearlyAcross({&direction, 1}, {&across, 1});
     return across;
 }
 
@@ -30,10 +32,10 @@ TEST(SupportMap, FindsTheWidthAlongAnyDirection) {
     for (std::size_t part = 0; part < parts.size(); ++part) {
         SCOPED_TRACE(part);
         const PreparedHull prepared(parts[part]);
-        const SupportMap supports(prepared.impl, prepared.hull.links());
-        const Vector origin = hullPoint(prepared.impl, 0);
+        const SupportMap supports(prepared.hull);
+        const HullPoints& points = prepared.hull.points();
         for (const Vector& direction : someDirections(random)) {
-            const double width = rangeAlong(prepared.impl, origin, direction).length();
+            const double width = points.rangeAlong(points[0], direction).length();
             const double rounding = 1e-13 * 100.0 * direction.GetLength();
             EXPECT_NEAR(supports.across(direction) | direction, width, rounding);
             EXPECT_NEAR(supports.across(direction * -1.0) | direction, -width, rounding);
@@ -45,7 +47,7 @@ TEST(SupportMap, FindsTheWidthAlongAnyDirection) {
 TEST(SupportMap, NearlyFindsTheWidthOfARoundPart) {
     TestRandom random(4);
     const PreparedHull prepared(pointsOnSphere(3000, random));
-    const SupportMap supports(prepared.impl, prepared.hull.links());
+    const SupportMap supports(prepared.hull);
     for (const Vector& direction : someDirections(random)) {
         const double width = supports.across(direction) | direction;
         EXPECT_GT(nearlyAcross(supports, direction) | direction, width * (1.0 - 1e-3));

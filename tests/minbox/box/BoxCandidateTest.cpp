@@ -4,31 +4,32 @@
 
 #include <limits>
 
-#include "BoxTestSupport.h"
-#include "minbox/hull/SearchHull.h"
+#include "PreparedHull.h"
+#include "minbox/fit/BoxFit.h"
+
+using namespace Tesk::minbox;
 
 namespace {
 
 /// A hull, and a frame around it along the coordinate axes.
 struct Framed {
-    explicit Framed(const Points& points) : impl(1), hull(impl, countOf(points), points.data()) {
-        frame.origin = hullPoint(impl, 0);
+    explicit Framed(const Points& corners) : points(hullOf(corners).points()) {
+        frame.origin = points[0];
         frame.axes = {Vector(2, 0, 0), Vector(0, 3, 0), Vector(0, 0, 5)};
         for (std::size_t i = 0; i < 3; ++i) {
             frame.squaredLengths[i] = frame.axes[i] | frame.axes[i];
-            frame.ranges[i] = rangeAlong(impl, frame.origin, frame.axes[i]);
+            frame.ranges[i] = points.rangeAlong(frame.origin, frame.axes[i]);
         }
     }
 
-    MinBoundingBoxImpl impl;
-    SearchHull hull;
+    HullPoints points;
     BoxFrame frame;
 };
 
 TEST(BoxCandidate, AFrameThatHoldsTheHullKeepsItsBits) {
     Framed framed(boxCorners(2, 3, 4));
     const BoxFrame before = framed.frame;
-    EXPECT_EQ(secure(framed.impl, framed.frame), FrameState::kSound);
+    EXPECT_EQ(checkFrame(framed.points, framed.frame), FrameState::kSound);
     EXPECT_EQ(framed.frame, before);
 }
 
@@ -36,14 +37,14 @@ TEST(BoxCandidate, AFrameThatMissesAVertexTakesItsRangesAnew) {
     Framed framed(boxCorners(2, 3, 4));
     const BoxFrame whole = framed.frame;
     framed.frame.ranges[1].max *= 0.999;
-    EXPECT_EQ(secure(framed.impl, framed.frame), FrameState::kRetaken);
+    EXPECT_EQ(checkFrame(framed.points, framed.frame), FrameState::kRemeasured);
     EXPECT_EQ(framed.frame.ranges, whole.ranges);
 }
 
 TEST(BoxCandidate, RoundingIsNoMiss) {
     Framed framed(boxCorners(2, 3, 4));
     framed.frame.ranges[1].max *= 1.0 - 1e-12;
-    EXPECT_EQ(secure(framed.impl, framed.frame), FrameState::kSound);
+    EXPECT_EQ(checkFrame(framed.points, framed.frame), FrameState::kSound);
 }
 
 TEST(BoxCandidate, ASkewedFrameIsDropped) {
@@ -51,7 +52,7 @@ TEST(BoxCandidate, ASkewedFrameIsDropped) {
         Framed framed(boxCorners(2, 3, 4));
         const Vector& other = framed.frame.axes[(i + 1) % 3];
         framed.frame.axes[i] = framed.frame.axes[i] + other * 1e-6;
-        EXPECT_EQ(secure(framed.impl, framed.frame), FrameState::kDropped);
+        EXPECT_EQ(checkFrame(framed.points, framed.frame), FrameState::kDropped);
     }
 }
 
@@ -60,19 +61,19 @@ TEST(BoxCandidate, AnAxisWithoutLengthOrNumberIsDropped) {
                                 std::numeric_limits<double>::quiet_NaN()}) {
         Framed framed(boxCorners(2, 3, 4));
         framed.frame.squaredLengths[1] = length;
-        EXPECT_EQ(secure(framed.impl, framed.frame), FrameState::kDropped);
+        EXPECT_EQ(checkFrame(framed.points, framed.frame), FrameState::kDropped);
     }
 }
 
 TEST(BoxCandidate, BecomesABoxWithUnitAxesAndHalfLengths) {
     Framed framed(boxCorners(2, 3, 4));
     framed.frame.volume = 24.0;
-    const OrientedBox3 box = toOrientedBox(framed.impl, framed.frame);
+    const OrientedBox3 box = toOrientedBox(framed.points, framed.frame);
     EXPECT_EQ(box.center, UVector3<float>(1, 1.5f, 2));
     EXPECT_EQ(box.extent, UVector3<float>(1, 1.5f, 2));
     EXPECT_EQ(box.axis[0], UVector3<float>(1, 0, 0));
     EXPECT_EQ(box.axis[2], UVector3<float>(0, 0, 1));
-    EXPECT_EQ(framed.impl.lastVolume, 24.0f);
+    EXPECT_EQ(callersVolume(framed.points, framed.frame), 24.0);
 }
 
 TEST(BoxCandidate, WithoutOneTheAxesAreAllOnes) {

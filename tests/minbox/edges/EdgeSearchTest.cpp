@@ -10,6 +10,8 @@
 #include "minbox/edges/EdgeDirections.h"
 #include "minbox/edges/OrthogonalTriples.h"
 
+using namespace Tesk::minbox;
+
 namespace {
 
 TEST(DirectionIndex, FindsExactlyTheOrthogonalDirections) {
@@ -55,13 +57,13 @@ TEST(DirectionIndex, FindsDirectionsJustInsideTheTolerance) {
     }
 }
 
-/// The hull of some points, ready for an edge search.
 TEST(EdgeDirections, ParallelEdgesShareAClassExactly) {
     TestRandom random(3);
     for (const NamedPoints& set : comparisonPoints()) {
         const PreparedHull prepared(set.points);
-        const EdgeDirections directions(prepared.impl);
-        ASSERT_EQ(directions.edgeCount(), static_cast<int>(prepared.impl.hullEdges->size()));
+        const EdgeDirections directions(prepared.hull);
+        ASSERT_EQ(directions.edgeCount(),
+                  static_cast<int>(prepared.hull.hull().getHullEdges().size()));
         for (int trial = 0; trial < 200; ++trial) {
             const int a = random.below(directions.edgeCount());
             const int b = random.below(directions.edgeCount());
@@ -77,7 +79,7 @@ TEST(EdgeDirections, ParallelEdgesShareAClassExactly) {
 
 TEST(EdgeDirections, EveryEdgeIsListedOnceUnderItsClass) {
     const PreparedHull prepared(prismCorners(12, 2));
-    const EdgeDirections directions(prepared.impl);
+    const EdgeDirections directions(prepared.hull);
     std::set<int> seen;
     for (int c = 0; c < directions.classCount(); ++c) {
         for (const int edge : directions.edges(c)) {
@@ -90,10 +92,10 @@ TEST(EdgeDirections, EveryEdgeIsListedOnceUnderItsClass) {
 
 TEST(OrthogonalTriples, OfABoxAreItsThreeDirections) {
     const PreparedHull prepared(boxCorners(2, 3, 4));
-    const EdgeDirections directions(prepared.impl);
+    const EdgeDirections directions(prepared.hull);
     const DirectionIndex index(directions.units());
-    HeightFinder heights(prepared.impl, prepared.hull.links());
-    ClassWidths widths(prepared.impl, directions, heights);
+    HeightFinder heights(prepared.hull);
+    ClassWidths widths(prepared.hull.points(), directions, heights);
     const auto triples =
         findTriples(directions, widths, index, prepared.bound, false, VolumeLimit());
     std::set<std::set<int>> distinct;
@@ -113,9 +115,9 @@ TEST(OrthogonalTriples, AreFoundHoweverTheyLieToTheCoordinateAxes) {
         p = {2 * p.x - p.y + 2 * p.z, 2 * p.x + 2 * p.y - p.z, 2 * p.y - p.x + 2 * p.z};
     }
     const PreparedHull prepared(points);
-    const EdgeDirections directions(prepared.impl);
-    HeightFinder heights(prepared.impl, prepared.hull.links());
-    ClassWidths widths(prepared.impl, directions, heights);
+    const EdgeDirections directions(prepared.hull);
+    HeightFinder heights(prepared.hull);
+    ClassWidths widths(prepared.hull.points(), directions, heights);
     const DirectionIndex index(directions.units());
     EXPECT_FALSE(
         findTriples(directions, widths, index, prepared.bound, false, VolumeLimit()).empty());
@@ -123,9 +125,9 @@ TEST(OrthogonalTriples, AreFoundHoweverTheyLieToTheCoordinateAxes) {
 
 TEST(OrthogonalTriples, ThatCannotGiveABoxBelowTheLimitAreLeftOut) {
     const PreparedHull prepared(boxCorners(2, 3, 4));
-    const EdgeDirections directions(prepared.impl);
-    HeightFinder heights(prepared.impl, prepared.hull.links());
-    ClassWidths widths(prepared.impl, directions, heights);
+    const EdgeDirections directions(prepared.hull);
+    HeightFinder heights(prepared.hull);
+    ClassWidths widths(prepared.hull.points(), directions, heights);
     const DirectionIndex index(directions.units());
     VolumeLimit limit;
     limit.lowerTo(25.0);
@@ -139,9 +141,7 @@ TEST(EdgeSearch, FindsNothingThatIsNotBelowTheLimit) {
     const PreparedHull prepared(boxCorners(2, 3, 4));
     VolumeLimit limit;
     limit.lowerTo(24.0);
-    VolumeCandidate best;
-    searchEdges(prepared.impl, prepared.hull, prepared.bound, false, limit, best);
-    EXPECT_EQ(best.volume, -1.0);
+    EXPECT_FALSE(searchEdges(prepared.hull, prepared.bound, false, limit));
 }
 
 TEST(DirectionOrder, KeepsAllAndBringsNeighboursTogether) {
@@ -170,9 +170,7 @@ TEST(DirectionOrder, KeepsAllAndBringsNeighboursTogether) {
 
 TEST(EdgeSearch, EndsAtOnceWhenAborted) {
     const PreparedHull prepared(prismCorners(100, 2));
-    VolumeCandidate best;
-    searchEdges(prepared.impl, prepared.hull, prepared.bound, true, VolumeLimit(), best);
-    EXPECT_EQ(best.volume, -1.0);
+    EXPECT_FALSE(searchEdges(prepared.hull, prepared.bound, true, VolumeLimit()));
 }
 
 TEST(EdgeSearch, ATurnedBoxIsFoundThoughItsEdgesAreNotOrthogonalExactly) {
@@ -183,9 +181,7 @@ TEST(EdgeSearch, ATurnedBoxIsFoundThoughItsEdgesAreNotOrthogonalExactly) {
         MinBoundingBox calculator;
         EXPECT_NEAR(volumeOf(calculator(countOf(points), points.data())), 24.0, 1e-4);
         const PreparedHull prepared(points);
-        VolumeCandidate best;
-        searchEdges(prepared.impl, prepared.hull, prepared.bound, false, VolumeLimit(), best);
-        found += best.volume > 0.0 ? 1 : 0;
+        found += searchEdges(prepared.hull, prepared.bound, false, VolumeLimit()) ? 1 : 0;
     }
     EXPECT_GT(found, 10) << "those turned by right angles";
 }

@@ -4,7 +4,9 @@
 
 #include <limits>
 
-#include "BoxTestSupport.h"
+#include "PreparedHull.h"
+
+using namespace Tesk::minbox;
 
 namespace {
 
@@ -12,40 +14,39 @@ const Vector kUp(0, 0, 1);
 
 /// The corners of a box of 2 × 2 × 1, numbered as boxCorners() gives them, as hull vertices.
 struct Slab {
-    Slab() : impl(1) {
-        impl.computePoints = std::make_unique<std::vector<double>>();
+    static HullPoints corners() {
+        std::vector<double> coordinates;
         for (const UPoint3<float>& p : boxCorners(2, 2, 1)) {
-            for (int i = 0; i < 3; ++i) impl.computePoints->push_back(static_cast<double>(p[i]));
+            for (int i = 0; i < 3; ++i) coordinates.push_back(static_cast<double>(p[i]));
         }
+        return HullPoints(coordinates, 1.0, startConstants());
     }
 
     int vertexAt(double x, double y, double z) const {
-        for (int v = 0; v < hullVertexCount(impl); ++v) {
-            if (hullPoint(impl, v) == Vector(x, y, z)) return v;
+        for (int v = 0; v < points.count(); ++v) {
+            if (points[v] == Vector(x, y, z)) return v;
         }
         return -1;
     }
 
     /// Offers the box over an outline; counts how often it is made and measured again.
     void offerBoxOver(const Outline& outline) {
-        Calipers calipers(impl);
+        Calipers calipers(points);
         const auto makeBox = [&] {
             ++made;
-            VolumeCandidate box;
-            layOver(impl, calipers.minRect(), calipers, kUp, {0.0, height}, box);
-            return box;
+            return VolumeCandidate{frameOver(calipers.minRect(), calipers, {0.0, height})};
         };
         const auto key = [](const VolumeCandidate& box) { return box.volume; };
         const auto remeasure = [&](VolumeCandidate& box) {
             ++remeasured;
             box.volume = volumeOf(box);
         };
-        offerOver(impl, kUp, outline, calipers, makeBox, key, remeasure, best);
+        offerOver(kUp, outline, calipers, makeBox, key, remeasure, best);
     }
 
-    MinBoundingBoxImpl impl;
+    HullPoints points = corners();
     double height = 1.0;  ///< that the box is given
-    VolumeCandidate best;
+    std::optional<VolumeCandidate> best;
     int made = 0;
     int remeasured = 0;
 };
@@ -54,7 +55,7 @@ TEST(OfferBox, TakesASoundBoxAsItIs) {
     Slab slab;
     slab.offerBoxOver({slab.vertexAt(0, 0, 0), slab.vertexAt(2, 0, 0), slab.vertexAt(2, 2, 0),
                        slab.vertexAt(0, 2, 0)});
-    EXPECT_EQ(slab.best.volume, 4.0);
+    EXPECT_EQ(slab.best.value().volume, 4.0);
     EXPECT_EQ(slab.made, 1);
     EXPECT_EQ(slab.remeasured, 0);
 }
@@ -64,7 +65,7 @@ TEST(OfferBox, LeavesASteepEdgeOutWhereItSpoilsTheBox) {
     // The calipers start on the closing edge, which runs straight down.
     slab.offerBoxOver({slab.vertexAt(0, 0, 0), slab.vertexAt(2, 0, 0), slab.vertexAt(2, 2, 0),
                        slab.vertexAt(0, 2, 0), slab.vertexAt(0, 0, 1)});
-    EXPECT_EQ(slab.best.volume, 4.0);
+    EXPECT_EQ(slab.best.value().volume, 4.0);
     EXPECT_EQ(slab.made, 2);
 }
 
@@ -74,7 +75,7 @@ TEST(OfferBox, MeasuresABoxThatMissesAVertexAgain) {
     slab.offerBoxOver({slab.vertexAt(0, 0, 0), slab.vertexAt(2, 0, 0), slab.vertexAt(2, 2, 0),
                        slab.vertexAt(0, 2, 0)});
     EXPECT_EQ(slab.remeasured, 1);
-    EXPECT_EQ(slab.best.volume, 4.0);
+    EXPECT_EQ(slab.best.value().volume, 4.0);
 }
 
 TEST(OfferBox, KeepsTheBestOfEqualOnesAndOfThoseThatGrowWhenMeasuredAgain) {
@@ -82,7 +83,7 @@ TEST(OfferBox, KeepsTheBestOfEqualOnesAndOfThoseThatGrowWhenMeasuredAgain) {
     const Outline whole = {slab.vertexAt(0, 0, 0), slab.vertexAt(2, 0, 0), slab.vertexAt(2, 2, 0),
                            slab.vertexAt(0, 2, 0)};
     slab.offerBoxOver(whole);
-    const VolumeCandidate first = slab.best;
+    const std::optional<VolumeCandidate> first = slab.best;
     slab.offerBoxOver({whole[1], whole[2], whole[3], whole[0]});
     EXPECT_EQ(slab.best, first);
     slab.height = 0.5;
@@ -97,19 +98,19 @@ TEST(OfferBox, WithoutAnOutlineOrADirectionInItThereIsNone) {
     slab.offerBoxOver({slab.vertexAt(0, 0, 0), slab.vertexAt(2, 0, 0)});
     EXPECT_EQ(slab.made, 0);
     slab.offerBoxOver({slab.vertexAt(0, 0, 0), slab.vertexAt(0, 0, 1), slab.vertexAt(0, 0, 0)});
-    EXPECT_EQ(slab.best.volume, slab.impl.unset);
+    EXPECT_FALSE(slab.best);
 }
 
 TEST(OfferBox, ABoxWithoutAMeasureIsNone) {
     const Slab slab;
     VolumeCandidate box;
     box.volume = std::numeric_limits<double>::quiet_NaN();
-    VolumeCandidate best;
+    std::optional<VolumeCandidate> best;
     const auto key = [](const VolumeCandidate& b) { return b.volume; };
-    EXPECT_FALSE(offer(slab.impl, box, best, key, [](VolumeCandidate&) {}));
+    EXPECT_FALSE(offer(slab.points, box, best, key, [](VolumeCandidate&) {}));
     box.volume = 1.0;  // but no axes
-    EXPECT_FALSE(offer(slab.impl, box, best, key, [](VolumeCandidate&) {}));
-    EXPECT_EQ(best.volume, slab.impl.unset);
+    EXPECT_FALSE(offer(slab.points, box, best, key, [](VolumeCandidate&) {}));
+    EXPECT_FALSE(best);
 }
 
 }  // namespace

@@ -3,38 +3,46 @@
 #include <gtest/gtest.h>
 
 #include <numbers>
+#include <numeric>
 
-#include "BoxTestSupport.h"
+#include "PreparedHull.h"
+
+using namespace Tesk::minbox;
 
 namespace {
 
 const Vector kUp(0, 0, 1);
 
-/// Points of a plane as hull vertices, and the outline that visits them in order.
+using Corners = std::vector<std::array<double, 3>>;
+
+/// Points as hull vertices, and the outline that visits them in order.
 struct Flat {
-    explicit Flat(const std::vector<std::array<double, 2>>& points, double z = 0.0) : impl(1) {
-        impl.computePoints = std::make_unique<std::vector<double>>();
-        for (const auto& [x, y] : points) {
-            impl.computePoints->insert(impl.computePoints->end(), {x, y, z});
-            outline.push_back(static_cast<int>(outline.size()));
-        }
+    explicit Flat(const Corners& corners) : points(coordinatesOf(corners), 1.0, startConstants()) {
+        outline.resize(corners.size());
+        std::iota(outline.begin(), outline.end(), 0);
     }
 
-    CaliperRect minRect() {
-        Calipers calipers(impl);
+    static std::vector<double> coordinatesOf(const Corners& corners) {
+        std::vector<double> coordinates;
+        for (const auto& p : corners) coordinates.insert(coordinates.end(), p.begin(), p.end());
+        return coordinates;
+    }
+
+    CaliperRect minRect() const {
+        Calipers calipers(points);
         calipers.set(kUp, outline);
         return calipers.minRect();
     }
 
-    int rectCount() {
-        Calipers calipers(impl);
+    int rectCount() const {
+        Calipers calipers(points);
         calipers.set(kUp, outline);
         int count = 0;
         calipers.forEachRect([&](const CaliperRect&) { ++count; });
         return count;
     }
 
-    MinBoundingBoxImpl impl;
+    HullPoints points;
     Outline outline;
 };
 
@@ -51,7 +59,7 @@ TEST(Calipers, ASquareKeepsTheRectangleOnItsClosingEdge) {
 
 TEST(Calipers, TheAreaIsScaledByTheDirectionsLength) {
     Flat square({{0, 0}, {2, 0}, {2, 2}, {0, 2}});
-    Calipers calipers(square.impl);
+    Calipers calipers(square.points);
     calipers.set(Vector(0, 0, 3), square.outline);
     EXPECT_EQ(calipers.minRect().area, 12.0);
 }
@@ -59,15 +67,15 @@ TEST(Calipers, TheAreaIsScaledByTheDirectionsLength) {
 TEST(Calipers, ATurnedSquareWithOneMoreCornerIsFound) {
     // A square with one corner cut off: the least rectangle is the square's.
     Flat shape({{3, 0}, {4, 1}, {1, 4}, {0, 3}, {2.5, 0}});
-    removeCollinear(shape.impl, kUp, shape.outline);
+    removeCollinear(shape.points, kUp, shape.outline);
     const CaliperRect rect = shape.minRect();
     double least = 1e30;
     for (int i = 0; i < 100000; ++i) {
         const double angle = std::numbers::pi * i / 100000;
         const Vector u(std::cos(angle), std::sin(angle), 0);
         const Vector v(-u.y, u.x, 0);
-        least = std::min(least, rangeAlong(shape.impl, hullPoint(shape.impl, 0), u).length() *
-                                    rangeAlong(shape.impl, hullPoint(shape.impl, 0), v).length());
+        least = std::min(least, shape.points.rangeAlong(shape.points[0], u).length() *
+                                    shape.points.rangeAlong(shape.points[0], v).length());
     }
     EXPECT_NEAR(rect.area, least, 1e-4);
 }
@@ -75,7 +83,7 @@ TEST(Calipers, ATurnedSquareWithOneMoreCornerIsFound) {
 TEST(Calipers, OfRandomPolygonsTheLeastRectangleIsThatOfTheBestEdge) {
     TestRandom random(6);
     for (int i = 0; i < 100; ++i) {
-        std::vector<std::array<double, 2>> corners;
+        Corners corners;
         double angle = 0.0;
         for (;;) {
             angle += static_cast<double>(random.in(0.05f, 1.2f));
@@ -89,9 +97,8 @@ TEST(Calipers, OfRandomPolygonsTheLeastRectangleIsThatOfTheBestEdge) {
             const auto& b = corners[(k + 1) % corners.size()];
             const Vector u = Vector(b[0] - a[0], b[1] - a[1], 0).GetNormal();
             const Vector v(-u.y, u.x, 0);
-            least =
-                std::min(least, rangeAlong(shape.impl, hullPoint(shape.impl, 0), u).length() *
-                                    rangeAlong(shape.impl, hullPoint(shape.impl, 0), v).length());
+            least = std::min(least, shape.points.rangeAlong(shape.points[0], u).length() *
+                                        shape.points.rangeAlong(shape.points[0], v).length());
         }
         EXPECT_NEAR(shape.minRect().area, least, 1e-9);
     }
@@ -99,7 +106,7 @@ TEST(Calipers, OfRandomPolygonsTheLeastRectangleIsThatOfTheBestEdge) {
 
 TEST(Calipers, TwoSidesWithTheSameAngleAdvanceTogether) {
     Flat hexagon({{0, 0}, {2, -1}, {4, 0}, {4, 3}, {2, 4}, {0, 3}});
-    Calipers calipers(hexagon.impl);
+    Calipers calipers(hexagon.points);
     calipers.set(kUp, hexagon.outline);
     CaliperRect rect = calipers.edgeRect(0);
     const std::array<int, 4> before = rect.support;
@@ -123,7 +130,7 @@ TEST(Calipers, TwoSidesWithTheSameAngleAdvanceTogether) {
 TEST(Calipers, EveryUpdateGoesToANewBottom) {
     TestRandom random(2);
     for (const int sides : {3, 5, 8, 31}) {
-        std::vector<std::array<double, 2>> corners;
+        Corners corners;
         for (int i = 0; i < sides; ++i) {
             const double angle = 2.0 * std::numbers::pi * i / sides;
             corners.push_back({std::cos(angle), std::sin(angle)});
@@ -135,30 +142,29 @@ TEST(Calipers, EveryUpdateGoesToANewBottom) {
 
 TEST(RemoveCollinear, DropsTheMiddleOfThreeInLine) {
     Flat shape({{0, 0}, {1, 0}, {2, 0}, {2, 2}, {0, 2}, {0, 1}});
-    removeCollinear(shape.impl, kUp, shape.outline);
+    removeCollinear(shape.points, kUp, shape.outline);
     EXPECT_EQ(shape.outline, (Outline{0, 2, 3, 4}));
 }
 
 TEST(RemoveCollinear, DropsARepeatedClosingVertex) {
     Flat shape({{0, 0}, {2, 0}, {2, 2}, {0, 2}});
     shape.outline.push_back(0);
-    removeCollinear(shape.impl, kUp, shape.outline);
+    removeCollinear(shape.points, kUp, shape.outline);
     EXPECT_EQ(shape.outline, (Outline{0, 1, 2, 3}));
 }
 
 TEST(RemoveCollinear, LeavesNothingOfALineAndAnEmptyOutline) {
     Flat line({{0, 0}, {1, 0}, {2, 0}});
-    removeCollinear(line.impl, kUp, line.outline);
+    removeCollinear(line.points, kUp, line.outline);
     EXPECT_TRUE(line.outline.empty());
-    removeCollinear(line.impl, kUp, line.outline);
+    removeCollinear(line.points, kUp, line.outline);
     EXPECT_TRUE(line.outline.empty());
 }
 
 TEST(RemoveCollinear, SeesVerticesInLineAlongTheDirectionOnly) {
     // Seen from above, vertices 0, 1 and 2 are in line; in space they are not.
-    Flat shape({{0, 0}, {1, 0}, {2, 0}, {1, 2}});
-    (*shape.impl.computePoints)[5] = 7.0;
-    removeCollinear(shape.impl, kUp, shape.outline);
+    Flat shape({{0, 0, 0}, {1, 0, 7}, {2, 0, 0}, {1, 2, 0}});
+    removeCollinear(shape.points, kUp, shape.outline);
     EXPECT_EQ(shape.outline, (Outline{0, 2, 3}));
 }
 
@@ -169,20 +175,16 @@ std::array<int, 4> sorted(std::vector<double> values) {
 }
 
 TEST(RemoveSteep, DropsTheStartOfAnEdgeAlongTheDirection) {
-    Flat shape({{0, 0}, {2, 0}, {2, 0}, {2, 2}, {0, 2}, {1e-9, 2}});
-    (*shape.impl.computePoints)[8] = 5.0;
-    (*shape.impl.computePoints)[17] = 3.0;
-    removeSteep(shape.impl, {0, 0, 7}, shape.outline);
+    Flat shape({{0, 0, 0}, {2, 0, 0}, {2, 0, 5}, {2, 2, 0}, {0, 2, 0}, {1e-9, 2, 3}});
+    removeSteep(shape.points, {0, 0, 7}, shape.outline);
     EXPECT_EQ(shape.outline, (Outline{0, 2, 3, 5}));
-    removeSteep(shape.impl, {0, 0, 7}, shape.outline);
+    removeSteep(shape.points, {0, 0, 7}, shape.outline);
     EXPECT_EQ(shape.outline, (Outline{0, 2, 3, 5}));
 }
 
 TEST(RemoveSteep, LeavesNothingOfVerticesAboveEachOther) {
-    Flat shape({{1, 2}, {1, 2}, {1, 2}});
-    (*shape.impl.computePoints)[5] = 1.0;
-    (*shape.impl.computePoints)[8] = -3.0;
-    removeSteep(shape.impl, kUp, shape.outline);
+    Flat shape({{1, 2, 0}, {1, 2, 1}, {1, 2, -3}});
+    removeSteep(shape.points, kUp, shape.outline);
     EXPECT_TRUE(shape.outline.empty());
 }
 

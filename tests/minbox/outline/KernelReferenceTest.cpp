@@ -2,9 +2,11 @@
 
 #include "CompareBoxes.h"
 #include "PlainBaseAreaBox.h"
+#include "PreparedHull.h"
 #include "ReferencePointSets.h"
 #include "minbox/basearea/BaseAreaScores.h"
-#include "minbox/hull/SearchHull.h"
+
+using namespace Tesk::minbox;
 
 namespace {
 
@@ -12,20 +14,19 @@ namespace {
 class KernelReference : public OnReferenceSets {
  protected:
     void compareFaces() {
-        const SearchHull searched(m_impl, count(), m_points.data());
-        m_impl.pointCount = count();
+        const SearchHull searched = hullOf(m_points);
         const PlainHull plain(searched.hull(), count());
-        Calipers calipers(m_impl);
+        Calipers calipers(searched.points());
         std::vector<int> next(plain.points.size(), 0);
         for (int face = 0; face < searched.faceCount() && !HasFailure(); ++face) {
             SCOPED_TRACE(face);
             const UVector3<double>& n = plain.normals[face];
-            ASSERT_TRUE(n == searched.normals()[face]);
+            ASSERT_TRUE(n == searched.normal(face));
             std::vector<int> outline =
                 plainOutline(plain, face, next, static_cast<int>(plain.points.size()));
             Outline cleaned = outline;
             plainTidyOutline(plain.points, n, outline);
-            removeCollinear(m_impl, n, cleaned);
+            removeCollinear(searched.points(), n, cleaned);
             ASSERT_EQ(outline, cleaned);
             if (outline.size() < 3) continue;
             compareRects(plain, n, outline, calipers);
@@ -36,12 +37,10 @@ class KernelReference : public OnReferenceSets {
     void compareBoxes(const PlainHull& plain, const UVector3<double>& n,
                       const std::vector<int>& outline, Calipers& calipers) {
         const auto range = [&](const Vector& origin, const Vector& direction) {
-            return rangeAlong(m_impl, origin, direction);
+            return calipers.points().rangeAlong(origin, direction);
         };
-        EXPECT_TRUE(
-            agree(plainLowestBox(plain, n, outline), lowestBox(m_impl, n, calipers, range)));
-        EXPECT_TRUE(
-            agree(plainLeastSideBox(plain, n, outline), leastBaseBox(m_impl, n, calipers, range)));
+        EXPECT_TRUE(agree(plainLowestBox(plain, n, outline), lowestBox(calipers, range)));
+        EXPECT_TRUE(agree(plainLeastSideBox(plain, n, outline), leastBaseBox(calipers, range)));
     }
 
     void compareRects(const PlainHull& plain, const UVector3<double>& n,
@@ -49,7 +48,7 @@ class KernelReference : public OnReferenceSets {
         calipers.set(n, outline);
         const std::vector<PlainRect> run = plainRun(plain.points, n, outline);
         std::size_t i = 0;
-        calipers.forEachRect([&](CaliperRect& rect) {
+        calipers.forEachRect([&](const CaliperRect& rect) {
             ASSERT_LT(i, run.size());
             EXPECT_TRUE(agree(run[i], rect)) << "rectangle " << i;
             ++i;
@@ -57,8 +56,6 @@ class KernelReference : public OnReferenceSets {
         EXPECT_EQ(i, run.size());
         EXPECT_TRUE(agree(plainMinRect(plain.points, n, outline), calipers.minRect()));
     }
-
-    MinBoundingBoxImpl m_impl{1};
 };
 
 TEST_P(KernelReference, EveryFaceGivesThePlainRectanglesAndBoxes) {

@@ -2,25 +2,24 @@
 
 #include <gtest/gtest.h>
 
-#include "BoxTestSupport.h"
 #include "CompareBoxes.h"
 #include "PlainCaliper.h"
 #include "PlainOutline.h"
+#include "PreparedHull.h"
 #include "minbox/hull/HeightFinder.h"
-#include "minbox/hull/SearchHull.h"
+
+using namespace Tesk::minbox;
 
 namespace {
 
 /// The outlines along all face normals of a hull.
 struct Outlines {
     explicit Outlines(const Points& points)
-        : impl(1),
-          hull(impl, countOf(points), points.data()),
-          silhouette(impl, hull.normals(), hull.links()) {}
+        : hull(countOf(points), points.data(), startConstants()),
+          silhouette(hull, hull.points().count()) {}
 
-    UVector3<double> point(int vertex) const { return hullPoint(impl, vertex); }
+    Vector point(int vertex) const { return hull.points()[vertex]; }
 
-    MinBoundingBoxImpl impl;
     SearchHull hull;
     Silhouette silhouette;
 };
@@ -30,13 +29,13 @@ TEST(Silhouette, TrianglesSeenEdgeOnCountAsFacingTheDirection) {
     // that faces away, in its order.
     Outlines box(boxCorners(2, 3, 4));
     for (int face = 0; face < box.hull.faceCount(); ++face) {
-        const Vector& normal = box.hull.normals()[static_cast<std::size_t>(face)];
+        const Vector& normal = box.hull.normal(face);
         const Outline& outline = box.silhouette.along(face);
         ASSERT_EQ(outline.size(), 4u);
         const double height = box.point(outline[0]) | normal;
         for (const int vertex : outline) {
             EXPECT_EQ(box.point(vertex) | normal, height);
-            for (int other = 0; other < hullVertexCount(box.impl); ++other) {
+            for (int other = 0; other < box.hull.points().count(); ++other) {
                 EXPECT_GE(height, box.point(other) | normal);
             }
         }
@@ -47,7 +46,7 @@ TEST(Silhouette, RunsCounterClockwiseAboutTheDirection) {
     for (const NamedPoints& set : comparisonPoints()) {
         Outlines outlines(set.points);
         for (int face = 0; face < outlines.hull.faceCount(); ++face) {
-            const Vector& normal = outlines.hull.normals()[static_cast<std::size_t>(face)];
+            const Vector& normal = outlines.hull.normal(face);
             const Outline& outline = outlines.silhouette.along(face);
             for (std::size_t i = 0; i < outline.size(); ++i) {
                 const auto p = [&](std::size_t k) {
@@ -82,8 +81,7 @@ TEST(Silhouette, ThatMeetsItselfIsThatOfTheScanToo) {
     // random stand for it.
     TestRandom random(43);
     const Points points = pointsOnSphere(40, random);
-    MinBoundingBoxImpl impl(1);
-    const SearchHull hull(impl, countOf(points), points.data());
+    const SearchHull hull = hullOf(points);
     PlainHull plain(hull.hull(), countOf(points));
     std::vector<int> next(plain.points.size(), 0);
     int compared = 0;
@@ -92,8 +90,8 @@ TEST(Silhouette, ThatMeetsItselfIsThatOfTheScanToo) {
             normal = random.below(2) == 0 ? Vector(0, 0, -1) : Vector(1, 0, 0);
         }
         plain.normals[0] = Vector(0, 0, 1);
-        const HullLinks links(impl, plain.normals);
-        Silhouette silhouette(impl, plain.normals, links);
+        const HullLinks links(hull.hull(), plain.normals);
+        Silhouette silhouette(hull, links, hull.points().count());
         std::vector<int> expected =
             plainOutline(plain, 0, next, static_cast<int>(plain.points.size()));
         plainTidyOutline(plain.points, plain.normals[0], expected);
@@ -109,7 +107,7 @@ TEST(Silhouette, OfOneHullDoesNotDependOnTheDirectionBefore) {
     Outlines used(points);
     for (int face = used.hull.faceCount() - 1; face >= 0; --face) {
         const Outline before = used.silhouette.along(face);
-        Silhouette fresh(used.impl, used.hull.normals(), used.hull.links());
+        Silhouette fresh(used.hull, used.hull.points().count());
         ASSERT_EQ(fresh.along(face), before);
     }
 }
@@ -120,11 +118,12 @@ TEST(HeightFinder, FindsTheRangeThatAScanFinds) {
     for (int i = 0; i < 200; ++i) sets.push_back({"Noisy", noisyPart(random)});
     for (const NamedPoints& set : sets) {
         Outlines outlines(set.points);
-        HeightFinder heights(outlines.impl, outlines.hull.links());
+        HeightFinder heights(outlines.hull);
         for (int face = 0; face < outlines.hull.faceCount(); ++face) {
-            const Vector& normal = outlines.hull.normals()[static_cast<std::size_t>(face)];
-            const Vector origin = outlines.point(random.below(hullVertexCount(outlines.impl)));
-            ASSERT_EQ(heights.rangeAlong(origin, normal), rangeAlong(outlines.impl, origin, normal))
+            const Vector& normal = outlines.hull.normal(face);
+            const Vector origin = outlines.point(random.below(outlines.hull.points().count()));
+            ASSERT_EQ(heights.rangeAlong(origin, normal),
+                      outlines.hull.points().rangeAlong(origin, normal))
                 << set.name;
         }
     }

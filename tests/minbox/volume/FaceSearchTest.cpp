@@ -6,6 +6,8 @@
 
 #include "PreparedHull.h"
 
+using namespace Tesk::minbox;
+
 namespace {
 
 TEST(FaceSearch, TellsTheOthersOfWhatItFindsAndPassesOverWhatIsWorse) {
@@ -13,7 +15,7 @@ TEST(FaceSearch, TellsTheOthersOfWhatItFindsAndPassesOverWhatIsWorse) {
     VolumeLimit limit;
     int steps = 0;
     const auto bestOf = [&] {
-        FaceSearch search(prepared.impl, prepared.hull, prepared.bound, limit);
+        FaceSearch search(prepared.hull, prepared.bound, limit, 1);
         std::vector<FaceSearch::Worker> workers;
         workers.emplace_back(search);
         workers[0].run([&] {
@@ -22,11 +24,11 @@ TEST(FaceSearch, TellsTheOthersOfWhatItFindsAndPassesOverWhatIsWorse) {
         });
         return search.best(workers, std::vector<FaceRange>{{0, 12}});
     };
-    EXPECT_EQ(bestOf().volume, 24.0);
+    EXPECT_EQ(bestOf().value().volume, 24.0);
     EXPECT_EQ(limit.get(), 24.0);
     EXPECT_EQ(steps, 12);
     limit.lowerTo(20.0);  // as if another thread had found less
-    EXPECT_EQ(bestOf().volume, -1.0);
+    EXPECT_FALSE(bestOf());
     EXPECT_EQ(steps, 24) << "progress counts the faces passed over, too";
 }
 
@@ -34,7 +36,7 @@ TEST(FaceSearch, IsSharedByWorkersWithoutOverlap) {
     TestRandom random(11);
     const PreparedHull prepared(pointsOnSphere(300, random));
     VolumeLimit limit;
-    FaceSearch search(prepared.impl, prepared.hull, prepared.bound, limit);
+    FaceSearch search(prepared.hull, prepared.bound, limit, 1);
     std::vector<FaceSearch::Worker> workers;
     for (int i = 0; i < 3; ++i) workers.emplace_back(search);
     int steps = 0;

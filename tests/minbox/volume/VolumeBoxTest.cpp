@@ -2,10 +2,12 @@
 
 #include <limits>
 
-#include "BoxTestSupport.h"
+#include "PreparedHull.h"
 #include "minbox/edges/EdgeSearch.h"
-#include "minbox/hull/SearchHull.h"
+#include "minbox/fit/BoxFit.h"
 #include "minbox/volume/VolumeSearch.h"
+
+using namespace Tesk::minbox;
 
 namespace {
 
@@ -17,21 +19,18 @@ OrientedBox3 boxOf(const Points& points, unsigned int threads = 1) {
 /// What the two searches find on their own.
 struct Found {
     VolumeCandidate faces;
-    VolumeCandidate edges;
+    std::optional<VolumeCandidate> edges;
 };
 
 Found searchApart(const Points& points) {
     MinBoundingBoxImpl impl(1);
-    const SearchHull hull(impl, countOf(points), points.data());
+    const PreparedHull prepared(points);
     impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
     std::atomic<bool> isAborted = false;
-    const BoxBound bound(impl, hull);
     VolumeLimit limit;
-    FaceSearch search(impl, hull, bound, limit);
-    Found found;
-    searchFaces(impl, search, isAborted, found.faces);
-    searchEdges(impl, hull, bound, isAborted, VolumeLimit(), found.edges);
-    return found;
+    FaceSearch search(prepared.hull, prepared.bound, limit, 1);
+    return {searchFaces(impl, search, isAborted).value(),
+            searchEdges(prepared.hull, prepared.bound, isAborted, VolumeLimit())};
 }
 
 TEST(VolumeBox, OfBoxCornersIsTheBox) {
@@ -44,14 +43,14 @@ TEST(VolumeBox, OfBoxCornersIsTheBox) {
 
 TEST(VolumeBox, OfARegularTetrahedronComesFromAFace) {
     const Found found = searchApart(tetrahedronCorners());
-    EXPECT_EQ(found.edges.volume, -1.0) << "it has no orthogonal triple of edges";
+    EXPECT_FALSE(found.edges) << "it has no orthogonal triple of edges";
     EXPECT_NEAR(found.faces.volume, 16.0, 1e-9);
     EXPECT_NEAR(volumeOf(boxOf(tetrahedronCorners())), 16.0, 1e-5);
 }
 
 TEST(VolumeBox, OfTwelvePointsComesFromEdges) {
     const Found found = searchApart(twelvePoints());
-    EXPECT_EQ(found.edges.volume, 8.0);
+    EXPECT_EQ(found.edges.value().volume, 8.0);
     EXPECT_NEAR(found.faces.volume, 152.0 / 17.0, 1e-9);
     EXPECT_EQ(volumeOf(boxOf(twelvePoints())), 8.0);
 }
@@ -64,11 +63,10 @@ TEST(VolumeBox, OfEqualVolumesTheFaceBoxStays) {
     const Points cube = boxCorners(1, 1, 1);
     const Found found = searchApart(cube);
     EXPECT_EQ(found.faces.volume, 1.0);
-    EXPECT_EQ(found.edges.volume, 1.0);
+    EXPECT_EQ(found.edges.value().volume, 1.0);
     ASSERT_FALSE(static_cast<const BoxFrame&>(found.faces) ==
-                 static_cast<const BoxFrame&>(found.edges));
-    MinBoundingBoxImpl impl(1);
-    EXPECT_TRUE(sameBits(boxOf(cube), toOrientedBox(impl, found.faces)));
+                 static_cast<const BoxFrame&>(*found.edges));
+    EXPECT_TRUE(sameBits(boxOf(cube), toOrientedBox(hullOf(cube).points(), found.faces)));
 }
 
 TEST(VolumeBox, IsTheSameForAnyThreadCount) {
@@ -92,13 +90,13 @@ TEST(VolumeBox, IsTheSameForAnyOrderOfThePoints) {
     }
 }
 
-TEST(VolumeBox, IsTheSameWithTheEdgeSearchBesideOrBefore) {
+TEST(VolumeBox, IsTheSameWithTheEdgeSearchConcurrentOrAfterwards) {
     for (const NamedPoints& set : comparisonPoints()) {
-        MinBoundingBoxImpl beside(1);
-        MinBoundingBoxImpl before(1, /*edgesBeside=*/false);
+        MinBoundingBoxImpl concurrent(1);
+        MinBoundingBoxImpl sequential(1, /*edgesConcurrent=*/false);
         const int n = countOf(set.points);
-        EXPECT_TRUE(sameBits(searchLeastVolume(beside, n, set.points.data()),
-                             searchLeastVolume(before, n, set.points.data())))
+        EXPECT_TRUE(sameBits(searchLeastVolume(concurrent, n, set.points.data()),
+                             searchLeastVolume(sequential, n, set.points.data())))
             << set.name;
     }
 }

@@ -5,11 +5,13 @@
 
 #include "CompareBoxes.h"
 #include "PlainVolumeBox.h"
+#include "PreparedHull.h"
 #include "ReferencePointSets.h"
 #include "TestSize.h"
 #include "minbox/edges/EdgeSearch.h"
-#include "minbox/hull/SearchHull.h"
 #include "minbox/volume/VolumeSearch.h"
+
+using namespace Tesk::minbox;
 
 namespace {
 
@@ -18,25 +20,19 @@ bool isPlainEdgeSearchQuick(const PlainHull& hull) {
     return hull.edges.size() <= (testsAreSmall() ? 300u : 1000u);
 }
 
-VolumeCandidate shippedFaces(const Points& points, int threads) {
+std::optional<VolumeCandidate> shippedFaces(const Points& points, int threads) {
     MinBoundingBoxImpl impl(static_cast<std::uint32_t>(threads));
-    const SearchHull searched(impl, countOf(points), points.data());
+    const PreparedHull prepared(points);
     impl.progress = std::make_unique<ProgressRecord>(0, 1, nullptr);
     std::atomic<bool> isAborted = false;
     VolumeLimit limit;
-    const BoxBound bound(impl, searched);
-    FaceSearch search(impl, searched, bound, limit);
-    VolumeCandidate best;
-    searchFaces(impl, search, isAborted, best);
-    return best;
+    FaceSearch search(prepared.hull, prepared.bound, limit, impl.threadCount);
+    return searchFaces(impl, search, isAborted);
 }
 
-VolumeCandidate shippedEdges(const Points& points) {
-    MinBoundingBoxImpl impl(1);
-    const SearchHull searched(impl, countOf(points), points.data());
-    VolumeCandidate best;
-    searchEdges(impl, searched, BoxBound(impl, searched), false, VolumeLimit(), best);
-    return best;
+std::optional<VolumeCandidate> shippedEdges(const Points& points) {
+    const PreparedHull prepared(points);
+    return searchEdges(prepared.hull, prepared.bound, false, VolumeLimit());
 }
 
 void compareFaces(const Points& points, const PlainHull& hull) {

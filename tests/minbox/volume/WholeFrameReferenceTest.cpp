@@ -2,9 +2,11 @@
 
 #include "CompareBoxes.h"
 #include "PlainVolumeBox.h"
+#include "PreparedHull.h"
 #include "TestSize.h"
 #include "minbox/edges/EdgeSearch.h"
-#include "minbox/hull/SearchHull.h"
+
+using namespace Tesk::minbox;
 
 namespace {
 
@@ -44,10 +46,8 @@ TEST(WholeFrameReference, TheEdgeSearchAgreesWhereOrthogonalityIsRounded) {
         const Points points = partInWholeFrame(random);
         const gte::ConvexHull3 hull(points.data(), countOf(points), 3);
         if (hull.getDimension() < 3) continue;
-        MinBoundingBoxImpl impl(1);
-        const SearchHull searched(impl, countOf(points), points.data());
-        VolumeCandidate best;
-        searchEdges(impl, searched, BoxBound(impl, searched), false, VolumeLimit(), best);
+        const PreparedHull prepared(points);
+        const auto best = searchEdges(prepared.hull, prepared.bound, false, VolumeLimit());
         ASSERT_TRUE(agree(plainEdgeSearch(PlainHull(hull, countOf(points))), best));
     }
 }

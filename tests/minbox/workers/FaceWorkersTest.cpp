@@ -6,6 +6,8 @@
 #include <system_error>
 #include <utility>
 
+using namespace Tesk::minbox;
+
 namespace {
 
 std::vector<std::pair<int, int>> split(int faces, std::uint32_t threads) {

@@ -6,6 +6,8 @@
 #include <thread>
 #include <vector>
 
+using namespace Tesk::minbox;
+
 namespace {
 
 std::vector<int> reportsOf(int total, int steps) {
