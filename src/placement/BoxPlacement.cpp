@@ -12,7 +12,6 @@
 #include "common/Assert.h"
 
 namespace Tesk::placement {
-
 namespace {
 
 using Vector3 = UVector3<float>;

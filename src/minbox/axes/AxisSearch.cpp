@@ -6,11 +6,9 @@
 #include "TeskSDKCommonTools/ConvexHull2.h"
 #include "minbox/basearea/BaseAreaScores.h"
 #include "minbox/fit/BoxFit.h"
-#include "minbox/fit/LowDimensionBox.h"
 #include "minbox/frame/SearchCall.h"
 
 namespace Tesk::minbox {
-
 namespace {
 
 /// The corners of the hull's shadow, counter-clockwise about the axis.

@@ -11,7 +11,6 @@
 #include "minbox/box/BoxCandidate.h"
 
 namespace Tesk::minbox {
-
 namespace {
 
 using Vector3 = UVector3<float>;

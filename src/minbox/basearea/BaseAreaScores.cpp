@@ -5,7 +5,6 @@
 #include <optional>
 
 namespace Tesk::minbox {
-
 namespace {
 
 float sideLength(double range, double squaredLength) {

@@ -10,7 +10,6 @@
 #include "minbox/workers/FaceWorkers.h"
 
 namespace Tesk::minbox {
-
 namespace {
 
 /// Searches faces for the best box along their normals. Threads share it.

@@ -8,7 +8,6 @@
 #include "TeskDataBasic/Transcendental.h"
 
 namespace Tesk::minbox {
-
 namespace {
 
 /// What is taken off each extent, relative to the hull's diagonal: more than a box that passes

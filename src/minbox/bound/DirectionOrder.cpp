@@ -8,7 +8,6 @@
 #include "common/Assert.h"
 
 namespace Tesk::minbox {
-
 namespace {
 
 /// The place of a unit vector along the curve, with 10 bits per coordinate.

@@ -6,7 +6,6 @@
 #include <numbers>
 
 namespace Tesk::minbox {
-
 namespace {
 
 /// A climb that must be cheap ends at a vertex with more neighbours.

@@ -3,7 +3,6 @@
 #include <cmath>
 
 namespace Tesk::minbox {
-
 namespace {
 
 /// Two axes count as orthogonal if their dot product, divided by their lengths, is at most this.

@@ -5,7 +5,6 @@
 #include "minbox/edges/DirectionIndex.h"
 
 namespace Tesk::minbox {
-
 namespace {
 
 constexpr double kUnknown = -1.0;

@@ -4,7 +4,6 @@
 #include <numeric>
 
 namespace Tesk::minbox {
-
 namespace {
 
 /// Two directions per cell on average: a query visits all cells along a circle.

@@ -5,7 +5,6 @@
 #include <numeric>
 
 namespace Tesk::minbox {
-
 namespace {
 
 using Integers = std::array<std::int64_t, 3>;

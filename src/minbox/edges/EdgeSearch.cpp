@@ -16,7 +16,6 @@
 #include "minbox/hull/HeightFinder.h"
 
 namespace Tesk::minbox {
-
 namespace {
 
 /// The edges orthogonal to a class, the pole, that have partners: edges orthogonal to both.

@@ -7,7 +7,6 @@
 #include "minbox/bound/DirectionOrder.h"
 
 namespace Tesk::minbox {
-
 namespace {
 
 /// A set of classes of which every orthogonal triple contains one. In any coordinate, the squares

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 #include "minbox/hull/HullPoints.h"
 
 namespace Tesk::minbox {
@@ -15,6 +17,13 @@ enum class FrameState {
 /// small. A silhouette edge that runs nearly along the direction can lead to a frame that is not,
 /// and which would win by its small volume. Linear in the number of vertices.
 FrameState checkFrame(const HullPoints& points, BoxFrame& frame);
+
+/// The box of a hull without faces, which has one or two vertices: that of a point has the axes
+/// X, Y, Z; that of a segment has its first axis along it and no extent across it.
+BoxFrame lowDimensionFrame(const HullPoints& points);
+
+/// The box of one or more vertices along axes that are orthogonal and not zero.
+BoxFrame frameAlong(const HullPoints& points, const std::array<Vector, 3>& axes);
 
 /// The box with unit axes and half-lengths, in the caller's unit.
 OrientedBox3 toOrientedBox(const HullPoints& points, const BoxFrame& frame);

@@ -1,7 +1,6 @@
 #include "minbox/frame/SearchCall.h"
 
 #include "minbox/fit/BoxFit.h"
-#include "minbox/fit/LowDimensionBox.h"
 
 namespace Tesk::minbox {
 

@@ -4,7 +4,6 @@
 #include <limits>
 
 namespace Tesk::minbox {
-
 namespace {
 
 /// A height difference, relative to the hull's size times the direction's length, far above what

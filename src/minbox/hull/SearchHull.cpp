@@ -4,7 +4,6 @@
 #include <cmath>
 
 namespace Tesk::minbox {
-
 namespace {
 
 /// The longest side of the box around the vertices.

@@ -1,7 +1,6 @@
 #include "minbox/outline/Silhouette.h"
 
 namespace Tesk::minbox {
-
 namespace {
 
 constexpr int kNone = -1;

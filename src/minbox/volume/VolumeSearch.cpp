@@ -12,7 +12,6 @@
 #include "minbox/workers/FaceWorkers.h"
 
 namespace Tesk::minbox {
-
 namespace {
 
 const char* const kAborting = "Aborting...";
