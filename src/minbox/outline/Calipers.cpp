@@ -6,25 +6,14 @@
 namespace Tesk::minbox {
 
 std::array<int, 4> sortAngles(const SideAngles& entries, int count) {
+    constexpr int kPairs[5][2] = {{0, 1}, {2, 3}, {0, 2}, {1, 3}, {1, 2}};
+    TESK_ASSERT(count >= 0 && count <= 4);
     std::array<int, 4> order = {0, 1, 2, 3};
-    const auto sortPair = [&](std::size_t i, std::size_t j) {
-        const auto sinSq = [&](std::size_t k) {
-            return entries[static_cast<std::size_t>(order[k])].sinSq;
-        };
-        if (sinSq(i) > sinSq(j)) std::swap(order[i], order[j]);
-    };
-    if (count == 2) {
-        sortPair(0, 1);
-    } else if (count == 3) {
-        sortPair(0, 1);
-        sortPair(0, 2);
-        sortPair(1, 2);
-    } else if (count == 4) {
-        sortPair(0, 1);
-        sortPair(2, 3);
-        sortPair(0, 2);
-        sortPair(1, 3);
-        sortPair(1, 2);
+    for (const auto& [i, j] : kPairs) {
+        int& first = order[static_cast<std::size_t>(i)];
+        int& second = order[static_cast<std::size_t>(j)];
+        const auto sinSq = [&](int k) { return entries[static_cast<std::size_t>(k)].sinSq; };
+        if (j < count && sinSq(first) > sinSq(second)) std::swap(first, second);
     }
     return order;
 }
@@ -52,20 +41,13 @@ void Calipers::set(const Vector& direction, const Outline& outline) {
     m_edges.push_back(m_edges.front());
 }
 
-/// Sets all of a rectangle but its score.
-void Calipers::setOn(const Stance& stance, CaliperRect& rect) const {
-    const Edge& edge = m_edges[static_cast<std::size_t>(stance.support[CaliperRect::kBase])];
-    rect.axes = {edge[0].vector, edge[1].vector};
-    rect.squaredLengths = {edge[0].squared, edge[1].squared};
-    rect.support = stance.support;
-    rect.area = stance.area;
-}
-
 CaliperRect Calipers::rectOn(const Stance& stance) const {
-    CaliperRect rect;
-    rect.score = m_points.constants().unsetF;
-    setOn(stance, rect);
-    return rect;
+    const Edge& edge = m_edges[static_cast<std::size_t>(stance.support[CaliperRect::kBase])];
+    return {{edge[0].vector, edge[1].vector},
+            stance.support,
+            {edge[0].squared, edge[1].squared},
+            stance.area,
+            m_points.constants().unsetF};
 }
 
 CaliperRect Calipers::edgeRect(int end) const {
@@ -105,46 +87,35 @@ double Calipers::sineSquared(const std::array<int, 4>& support, std::size_t side
     return (sine | sine) / (axis.squared * along.squared);
 }
 
-bool Calipers::angles(const CaliperRect& rect, SideAngles& entries, int& count) const {
-    count = 0;
+int Calipers::angles(const std::array<int, 4>& support, SideAngles& entries) const {
+    int count = 0;
     for (std::size_t i = 0; i < 4; ++i) {
         const std::size_t side = (i + 3) % 4;
-        if (rect.support[side] == rect.support[i]) continue;
-        entries[static_cast<std::size_t>(count++)] = {sineSquared(rect.support, side),
+        if (support[side] == support[i]) continue;
+        entries[static_cast<std::size_t>(count++)] = {sineSquared(support, side),
                                                       static_cast<int>(side)};
     }
-    return count > 0;
+    return count;
 }
 
-bool Calipers::updateSupport(const SideAngles& entries, int count, const std::array<int, 4>& order,
-                             CaliperRect& rect) {
-    TESK_ASSERT(count > 0 && count <= 4);
+/// The same as turn(), but also for angles that are not numbers: sorts the angles as they come.
+bool Calipers::turnInOrder(Stance& stance) {
+    SideAngles entries{};
+    const int count = angles(stance.support, entries);
+    if (count == 0) return false;
+    const std::array<int, 4> order = sortAngles(entries, count);
     const auto entry = [&](int k) {
         return entries[static_cast<std::size_t>(order[static_cast<std::size_t>(k)])];
     };
-    const SideAngle least = entry(0);
-    Stance stance{rect.support, rect.area};
-    for (int k = 0; k < count && entry(k).sinSq == least.sinSq; ++k) {
+    for (int k = 0; k < count && entry(k).sinSq == entry(0).sinSq; ++k) {
         int& support = stance.support[static_cast<std::size_t>(entry(k).side)];
         support = next(support);
     }
-    const bool isNew = standOn(static_cast<std::size_t>(least.side), stance);
-    setOn(stance, rect);
-    return isNew;
+    return standOn(static_cast<std::size_t>(entry(0).side), stance);
 }
 
-/// The same as turn(), but also for angles that have no order: one after the other, as they come.
-bool Calipers::turnInOrder(Stance& stance) {
-    CaliperRect rect = rectOn(stance);
-    SideAngles entries{};
-    int count = 0;
-    const bool isNew = angles(rect, entries, count) &&
-                       updateSupport(entries, count, sortAngles(entries, count), rect);
-    stance = {rect.support, rect.area};
-    return isNew;
-}
-
-/// The same as angles(), sortAngles() and updateSupport() one after the other.
+/// Turns a rectangle by the least angle, which makes a side flush with its next outline edge.
+/// Returns false, with the rectangle half turned, if its bottom vertex was visited before.
 bool Calipers::turn(Stance& stance) {
     // Only the least angle matters, and which sides share it. Nothing is sorted, and no branch
     // depends on an angle.

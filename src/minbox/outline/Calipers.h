@@ -62,13 +62,8 @@ class Calipers {
     /// The rectangle whose bottom side is flush with the edge that ends at a position.
     CaliperRect edgeRect(int end) const;
 
-    /// The angles of the sides that have a support of their own. Returns whether there are any.
-    bool angles(const CaliperRect& rect, SideAngles& entries, int& count) const;
-
-    /// Turns the rectangle by the least angle, which makes a side flush with its next outline edge.
-    /// Returns false, with the rectangle half turned, if its bottom vertex was visited before.
-    bool updateSupport(const SideAngles& entries, int count, const std::array<int, 4>& order,
-                       CaliperRect& rect);
+    /// The angles of the sides of a rectangle that have a support of their own; returns how many.
+    int angles(const std::array<int, 4>& support, SideAngles& entries) const;
 
     /// The distance from the left to the right side times the bottom axis's length, and from
     /// bottom to top times the other axis's.
@@ -105,7 +100,6 @@ class Calipers {
     int next(int position) const { return position + 1 == size() ? 0 : position + 1; }
     double sineSquared(const std::array<int, 4>& support, std::size_t side) const;
     std::array<double, 2> sideRanges(const std::array<int, 4>& support) const;
-    void setOn(const Stance& stance, CaliperRect& rect) const;
     CaliperRect rectOn(const Stance& stance) const;
     bool turnInOrder(Stance& stance);
     bool turn(Stance& stance);
