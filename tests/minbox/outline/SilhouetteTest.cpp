@@ -6,7 +6,6 @@
 #include "PlainCaliper.h"
 #include "PlainOutline.h"
 #include "PreparedHull.h"
-#include "minbox/hull/HeightFinder.h"
 
 using namespace Tesk::minbox;
 
@@ -109,23 +108,6 @@ TEST(Silhouette, OfOneHullDoesNotDependOnTheDirectionBefore) {
         const Outline before = used.silhouette.along(face);
         Silhouette fresh(used.hull, used.hull.points().count());
         ASSERT_EQ(fresh.along(face), before);
-    }
-}
-
-TEST(HeightFinder, FindsTheRangeThatAScanFinds) {
-    TestRandom random(43);
-    std::vector<NamedPoints> sets = comparisonPoints();
-    for (int i = 0; i < 200; ++i) sets.push_back({"Noisy", noisyPart(random)});
-    for (const NamedPoints& set : sets) {
-        Outlines outlines(set.points);
-        HeightFinder heights(outlines.hull);
-        for (int face = 0; face < outlines.hull.faceCount(); ++face) {
-            const Vector& normal = outlines.hull.normal(face);
-            const Vector origin = outlines.point(random.below(outlines.hull.points().count()));
-            ASSERT_EQ(heights.rangeAlong(origin, normal),
-                      outlines.hull.points().rangeAlong(origin, normal))
-                << set.name;
-        }
     }
 }
 

@@ -1,11 +1,10 @@
-#include "minbox/box/BoxCandidate.h"
+#include "minbox/fit/BoxFit.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
 #include "PreparedHull.h"
-#include "minbox/fit/BoxFit.h"
 
 using namespace Tesk::minbox;
 
@@ -26,14 +25,14 @@ struct Framed {
     BoxFrame frame;
 };
 
-TEST(BoxCandidate, AFrameThatHoldsTheHullKeepsItsBits) {
+TEST(BoxFit, AFrameThatHoldsTheHullKeepsItsBits) {
     Framed framed(boxCorners(2, 3, 4));
     const BoxFrame before = framed.frame;
     EXPECT_EQ(checkFrame(framed.points, framed.frame), FrameState::kSound);
     EXPECT_EQ(framed.frame, before);
 }
 
-TEST(BoxCandidate, AFrameThatMissesAVertexTakesItsRangesAnew) {
+TEST(BoxFit, AFrameThatMissesAVertexTakesItsRangesAnew) {
     Framed framed(boxCorners(2, 3, 4));
     const BoxFrame whole = framed.frame;
     framed.frame.ranges[1].max *= 0.999;
@@ -41,13 +40,13 @@ TEST(BoxCandidate, AFrameThatMissesAVertexTakesItsRangesAnew) {
     EXPECT_EQ(framed.frame.ranges, whole.ranges);
 }
 
-TEST(BoxCandidate, RoundingIsNoMiss) {
+TEST(BoxFit, RoundingIsNoMiss) {
     Framed framed(boxCorners(2, 3, 4));
     framed.frame.ranges[1].max *= 1.0 - 1e-12;
     EXPECT_EQ(checkFrame(framed.points, framed.frame), FrameState::kSound);
 }
 
-TEST(BoxCandidate, ASkewedFrameIsDropped) {
+TEST(BoxFit, ASkewedFrameIsDropped) {
     for (std::size_t i = 0; i < 3; ++i) {
         Framed framed(boxCorners(2, 3, 4));
         const Vector& other = framed.frame.axes[(i + 1) % 3];
@@ -56,7 +55,7 @@ TEST(BoxCandidate, ASkewedFrameIsDropped) {
     }
 }
 
-TEST(BoxCandidate, AnAxisWithoutLengthOrNumberIsDropped) {
+TEST(BoxFit, AnAxisWithoutLengthOrNumberIsDropped) {
     for (const double length : {0.0, -1.0, std::numeric_limits<double>::infinity(),
                                 std::numeric_limits<double>::quiet_NaN()}) {
         Framed framed(boxCorners(2, 3, 4));
@@ -65,7 +64,7 @@ TEST(BoxCandidate, AnAxisWithoutLengthOrNumberIsDropped) {
     }
 }
 
-TEST(BoxCandidate, BecomesABoxWithUnitAxesAndHalfLengths) {
+TEST(BoxFit, BecomesABoxWithUnitAxesAndHalfLengths) {
     Framed framed(boxCorners(2, 3, 4));
     framed.frame.volume = 24.0;
     const OrientedBox3 box = toOrientedBox(framed.points, framed.frame);
@@ -76,7 +75,7 @@ TEST(BoxCandidate, BecomesABoxWithUnitAxesAndHalfLengths) {
     EXPECT_EQ(callersVolume(framed.points, framed.frame), 24.0);
 }
 
-TEST(BoxCandidate, WithoutOneTheAxesAreAllOnes) {
+TEST(BoxFit, WithoutOneTheAxesAreAllOnes) {
     EXPECT_TRUE(isNoBox(noBox()));
 }
 
