@@ -21,7 +21,7 @@ class PlyNumbers {
     virtual ~PlyNumbers() = default;
     virtual double next(PlyType type) = 0;
     /// Throws InputFailure, with the line where there are lines.
-    [[noreturn]] [[noreturn]] virtual void fail(const std::string& trouble) const = 0;
+    [[noreturn]] virtual void fail(const std::string& trouble) const = 0;
     virtual void endInstance() = 0;
 };
 

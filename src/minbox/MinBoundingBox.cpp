@@ -3,16 +3,16 @@
 #include <atomic>
 #include <utility>
 
-#include "AxisSearch.h"
-#include "BaseAreaSearch.h"
-#include "MinBoundingBoxImpl.h"
-#include "PrincipalAxes.h"
-#include "VolumeSearch.h"
+#include "minbox/axes/AxisSearch.h"
+#include "minbox/axes/PrincipalAxes.h"
+#include "minbox/basearea/BaseAreaSearch.h"
+#include "minbox/frame/MinBoundingBoxImpl.h"
+#include "minbox/volume/VolumeSearch.h"
 
 struct MinBoundingBox::Cell {
     explicit Cell(unsigned int threadCount) : impl(threadCount) {}
 
-    MinBoundingBoxImpl impl;
+    Tesk::minbox::MinBoundingBoxImpl impl;
     std::atomic<int> owners = 1;
 };
 
@@ -37,22 +37,22 @@ void MinBoundingBox::setCallBackFunction(std::function<void(int)> callback) {
 }
 
 OrientedBox3 MinBoundingBox::operator()(int n, const UPoint3<float>* points) {
-    return searchLeastVolume(m_cell->impl, n, points);
+    return Tesk::minbox::searchLeastVolume(m_cell->impl, n, points);
 }
 
 OrientedBox3 MinBoundingBox::minBaseAreaAndHeightBox(int n, const UPoint3<float>* points) {
-    return searchLeastHeight(m_cell->impl, n, points);
+    return Tesk::minbox::searchLeastHeight(m_cell->impl, n, points);
 }
 
 OrientedBox3 MinBoundingBox::minBaseAreaBox(int n, const UPoint3<float>* points) {
-    return searchLeastBaseArea(m_cell->impl, n, points);
+    return Tesk::minbox::searchLeastBaseArea(m_cell->impl, n, points);
 }
 
 OrientedBox3 MinBoundingBox::minBaseAreaBoxAroundAxis(int n, const UPoint3<float>* points,
                                                       UVector3<float> axis) {
-    return searchAroundAxis(m_cell->impl, n, points, axis);
+    return Tesk::minbox::searchAroundAxis(m_cell->impl, n, points, axis);
 }
 
 OrientedBox3 MinBoundingBox::generateOBB(const UPoint3<float>* points, int n) {
-    return principalAxesBox(points, n);
+    return Tesk::minbox::principalAxesBox(points, n);
 }

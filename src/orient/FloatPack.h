@@ -3,8 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#define TESK_HAS_SSE2 1
+#include "common/Sse2.h"
+
+#ifdef TESK_HAS_SSE2
 #include <immintrin.h>
 #endif
 

@@ -2,10 +2,7 @@
 
 #include <algorithm>
 
-#if defined(__SSE2__) || defined(_M_X64)
-#define TESK_HAS_SSE2 1
-#include <emmintrin.h>
-#endif
+#include "common/Sse2.h"
 
 namespace {
 

@@ -1,21 +1,22 @@
-#include "BoxPlacement.h"
+#include "placement/BoxPlacement.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <map>
-#include <utility>
 #include <vector>
 
 #include "MinBoundingBox.h"
 #include "OrientOptimizer.h"
 #include "TeskMeshData/TeskMath.h"
+#include "common/Assert.h"
 
+namespace Tesk::placement {
 namespace {
 
 using Vector3 = UVector3<float>;
 
-/// Every vertex in the mesh's list as placed, those marked as deleted too.
+/// All vertices of the mesh's list, deleted ones too, where its matrix places them.
 std::vector<UPoint3<float>> placedVertices(const MeshKernel& mesh) {
     const UMatrix4<float> placement = mesh.getMatrix();
     std::vector<UPoint3<float>> points;
@@ -27,18 +28,16 @@ std::vector<UPoint3<float>> placedVertices(const MeshKernel& mesh) {
     return points;
 }
 
-/// The places of a box's axes by ascending extent; equal extents keep their order.
+/// The indices of a box's axes by ascending extent; equal extents keep their order.
 std::array<int, 3> axesByExtent(const OrientedBox3& box) {
-    std::multimap<float, int> byExtent;
-    for (int i = 0; i < 3; ++i) byExtent.emplace(box.extent[i], i);
-    std::array<int, 3> order{};
-    std::size_t place = 0;
-    for (const auto& [extent, axis] : byExtent) order[place++] = axis;
+    std::array<int, 3> order = {0, 1, 2};
+    std::stable_sort(order.begin(), order.end(),
+                     [&](int a, int b) { return box.extent[a] < box.extent[b]; });
     return order;
 }
 
-/// The rotation that turns x, y and z, orthogonal unit vectors, onto the coordinate axes; x is
-/// reversed where the three are left-handed.
+/// The rotation of x, y and z, orthogonal unit vectors, onto the coordinate axes; x is reversed if
+/// the three are left-handed.
 UMatrix4<float> rotationOnto(Vector3 x, const Vector3& y, const Vector3& z) {
     const auto isOff = [](const Vector3& v, const Vector3& axis) {
         return static_cast<double>(TeskMath<float>::AngleBetween(v, axis)) != 0.0;
@@ -57,7 +56,7 @@ UMatrix4<float> rotationOnto(Vector3 x, const Vector3& y, const Vector3& z) {
     return rotation;
 }
 
-/// Without points there is no box, and its axes are no frame.
+/// Whether there is a box: if not, all its axes are the same.
 bool isBox(const OrientedBox3& box) {
     return !(box.axis[0] == box.axis[1]);
 }
@@ -66,7 +65,7 @@ bool isFinite(const UPoint3<float>& p) {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
 
-/// The centre of the mesh's box; where an infinite vertex leaves it none, that of the box of the
+/// The centre of the mesh's box or, if a vertex that is not finite spoils that, of the box of the
 /// finite ones.
 UPoint3<float> centerOf(MeshKernel& mesh, const std::vector<UPoint3<float>>& points) {
     const UPoint3<float> center = mesh.GetBox().Center();
@@ -82,6 +81,7 @@ UPoint3<float> centerOf(MeshKernel& mesh, const std::vector<UPoint3<float>>& poi
 
 void placeByMinBox(MeshKernel* mesh, UMatrix4<float>& matrix,
                    const std::function<void(int)>& progress, bool layFlat) {
+    TESK_ASSERT(mesh != nullptr);
     MinBoundingBox boxOf(1);
     if (progress) boxOf.setCallBackFunction(progress);
     const std::vector<UPoint3<float>> points = placedVertices(*mesh);
@@ -99,7 +99,9 @@ void placeByMinBox(MeshKernel* mesh, UMatrix4<float>& matrix,
     matrix = (toOrigin * rotation) * back;
 }
 
+}  // namespace Tesk::placement
+
 void OrientOptimizer::calculateOrients_minBoundingBox(MeshKernel* mesh, UMatrix4<float>& matrix,
                                                       std::function<void(int)> progress) {
-    placeByMinBox(mesh, matrix, progress, /*layFlat=*/true);
+    Tesk::placement::placeByMinBox(mesh, matrix, progress, /*layFlat=*/true);
 }

@@ -5,12 +5,13 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <optional>
 #include <sstream>
 
-#include "BoxCandidate.h"
 #include "BoxTestSupport.h"
-#include "Calipers.h"
 #include "PlainBoxRecord.h"
+#include "minbox/box/BoxCandidate.h"
+#include "minbox/outline/Calipers.h"
 
 /// Comparisons of plain and shipped results, bit for bit. A zero's sign counts, a NaN's kind does
 /// not.
@@ -46,7 +47,7 @@ class FieldComparison {
 };
 
 inline void addFrame(FieldComparison& fields, const PlainBoxRecord& plain,
-                     const BoxFrame& shipped) {
+                     const Tesk::minbox::BoxFrame& shipped) {
     fields.add("volume", plain.volume, shipped.volume);
     fields.add("origin", plain.origin, shipped.origin);
     for (std::size_t i = 0; i < 3; ++i) {
@@ -58,14 +59,16 @@ inline void addFrame(FieldComparison& fields, const PlainBoxRecord& plain,
     }
 }
 
-inline testing::AssertionResult agree(const PlainBoxRecord& plain, const VolumeCandidate& shipped) {
+inline testing::AssertionResult agree(const PlainBoxRecord& plain,
+                                      const Tesk::minbox::VolumeCandidate& shipped) {
     FieldComparison fields;
     addFrame(fields, plain, shipped);
     fields.add("score", -1.0f, shipped.score);
     return fields.result();
 }
 
-inline testing::AssertionResult agree(const PlainBoxRecord& plain, const BoxCandidate& shipped) {
+inline testing::AssertionResult agree(const PlainBoxRecord& plain,
+                                      const Tesk::minbox::BoxCandidate& shipped) {
     FieldComparison fields;
     addFrame(fields, plain, shipped);
     fields.add("area", plain.area, shipped.area);
@@ -76,8 +79,15 @@ inline testing::AssertionResult agree(const PlainBoxRecord& plain, const BoxCand
     return fields.result();
 }
 
+/// A search that finds nothing agrees with an unset record.
+template <class Box>
+testing::AssertionResult agree(const PlainBoxRecord& plain, const std::optional<Box>& shipped) {
+    return agree(plain, shipped.value_or(Box()));
+}
+
 /// The score is left out: it is the caller's.
-inline testing::AssertionResult agree(const PlainRect& plain, const CaliperRect& shipped) {
+inline testing::AssertionResult agree(const PlainRect& plain,
+                                      const Tesk::minbox::CaliperRect& shipped) {
     FieldComparison fields;
     fields.add("R0", plain.r0, shipped.axes[0]);
     fields.add("R1", plain.r1, shipped.axes[1]);

@@ -1,15 +1,23 @@
 #pragma once
 
-#include "BoxBound.h"
 #include "BoxTestSupport.h"
-#include "SearchHull.h"
+#include "minbox/bound/BoxBound.h"
+#include "minbox/frame/MinBoundingBoxImpl.h"
+
+/// The numbers with which an implementation object starts.
+inline Tesk::minbox::SearchConstants startConstants() {
+    return Tesk::minbox::MinBoundingBoxImpl(1).constants();
+}
+
+inline Tesk::minbox::SearchHull hullOf(const Points& points) {
+    return {countOf(points), points.data(), startConstants()};
+}
 
 /// A hull ready for the least-volume search.
 struct PreparedHull {
     explicit PreparedHull(const Points& points)
-        : impl(1), hull(impl, countOf(points), points.data()), bound(impl, hull) {}
+        : hull(countOf(points), points.data(), startConstants()), bound(hull) {}
 
-    MinBoundingBoxImpl impl;
-    SearchHull hull;
-    BoxBound bound;
+    Tesk::minbox::SearchHull hull;
+    Tesk::minbox::BoxBound bound;
 };

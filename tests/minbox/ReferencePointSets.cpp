@@ -5,9 +5,8 @@
 #include <cmath>
 
 #include "CadShapes.h"
-#include "MinBoundingBoxImpl.h"
+#include "PreparedHull.h"
 #include "SampleMeshes.h"
-#include "SearchHull.h"
 #include "Shapes.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
 #include "TestSize.h"
@@ -149,9 +148,7 @@ Points randomSolid(TestRandom& random) {
 }
 
 bool isInUsualUnit(const Points& points) {
-    MinBoundingBoxImpl impl(1);
-    const SearchHull hull(impl, static_cast<int>(points.size()), points.data());
-    return impl.unitLength == 1.0;
+    return hullOf(points).points().unitLength() == 1.0;
 }
 
 void OnReferenceSets::SetUp() {

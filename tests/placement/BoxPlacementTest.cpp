@@ -1,4 +1,4 @@
-#include "BoxPlacement.h"
+#include "placement/BoxPlacement.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +13,8 @@
 #include "Part.h"
 #include "Shapes.h"
 #include "TeskDebug/Exception.h"
+
+using Tesk::placement::placeByMinBox;
 
 namespace {
 

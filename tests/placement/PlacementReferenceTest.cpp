@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <vector>
 
-#include "BoxPlacement.h"
 #include "BoxShapes.h"
 #include "CadShapes.h"
 #include "FloatBits.h"
@@ -11,6 +10,9 @@
 #include "PlainPlacement.h"
 #include "Shapes.h"
 #include "TestSize.h"
+#include "placement/BoxPlacement.h"
+
+using Tesk::placement::placeByMinBox;
 
 namespace {
 

@@ -1,0 +1,173 @@
+#include "minbox/bound/BoxBound.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numbers>
+
+#include "TeskDataBasic/Transcendental.h"
+
+namespace Tesk::minbox {
+namespace {
+
+/// What is taken off each extent, relative to the hull's diagonal: more than a box that passes
+/// checkFrame() may leave out, and than its axes can take away by being only nearly orthogonal, or
+/// only nearly along the direction.
+constexpr double kSlack = 1e-8;
+
+constexpr int kRightAngle = 4096;  // in steps
+constexpr int kIntervals = 8;      // of a right angle, to begin with
+constexpr int kFinest = 2;         // steps of an interval that is not divided further
+constexpr int kParts = 4;          // of an interval that is divided
+
+/// Intervals per direction for which the farthest vertices are found: beyond that, finding the box
+/// costs less.
+constexpr int kMaxTries = 200;
+
+struct Turn {
+    double cosine;
+    double sine;
+};
+
+/// The turn by a number of steps.
+const Turn& turnBy(int steps) {
+    static const auto turns = [] {
+        std::array<Turn, kRightAngle + 1> all{};
+        for (int i = 0; i <= kRightAngle; ++i) {
+            const double angle = i * (std::numbers::pi / 2.0 / kRightAngle);
+            all[static_cast<std::size_t>(i)] = {cosine(angle), sine(angle)};
+        }
+        return all;
+    }();
+    TESK_ASSERT(steps >= 0 && steps <= kRightAngle);
+    return turns[static_cast<std::size_t>(steps)];
+}
+
+/// Two axes of a plane, turned by a number of steps.
+std::array<Vector, 2> turned(const Vector& first, const Vector& second, int steps) {
+    const Turn& t = turnBy(steps);
+    return {first * t.cosine + second * t.sine, second * t.cosine - first * t.sine};
+}
+
+}  // namespace
+
+struct BoxBound::Widths {
+    Widths(const View& view, const Vector& alongMiddle, const Vector& acrossMiddle)
+        : along{alongMiddle | view.first, alongMiddle | view.second},
+          across{acrossMiddle | view.second, acrossMiddle | view.first} {}
+
+    Turn along;
+    Turn across;
+};
+
+BoxBound::BoxBound(const SearchHull& hull, BoxMeasure measure)
+    : m_measure(measure),
+      m_supports(hull),
+      m_slack(kSlack * hull.points().diagonal()),
+      m_finestOfTable(kRightAngle / kIntervals) {
+    const double cell = m_supports.cellAngle() * kRightAngle / (std::numbers::pi / 2.0);
+    while (m_finestOfTable > kFinest && m_finestOfTable > 2.0 * cell) m_finestOfTable /= kParts;
+}
+
+BoxBound::View BoxBound::viewOf(const Vector& direction) const {
+    const Vector unit = direction.GetNormal();
+    const Vector first = anyOrthogonal(unit).GetNormal();
+    const double height = (m_supports.across(unit) | unit) - m_slack;
+    return {first, unit * first, std::max(height, 0.0)};
+}
+
+/// A lower bound of the measure at one angle of the interval that the widths are for.
+double BoxBound::measureAt(const View& view, const Widths& widths, int angle) const {
+    const Turn& t = turnBy(angle);
+    const double x = widths.along.cosine * t.cosine + widths.along.sine * t.sine - m_slack;
+    const double y = widths.across.cosine * t.cosine - widths.across.sine * t.sine - m_slack;
+    const double length = std::max(x, 0.0);
+    const double width = std::max(y, 0.0);
+    if (m_measure == BoxMeasure::kVolume) return length * width * view.height;
+    return std::min(length * width, std::min(length, width) * view.height);
+}
+
+/// A lower bound over the whole interval.
+double BoxBound::measureAtEnds(const View& view, const Widths& widths,
+                               const Interval& interval) const {
+    return std::min(measureAt(view, widths, interval.first),
+                    measureAt(view, widths, interval.last()));
+}
+
+/// Lower bounds over equal parts of an interval, one per bound, from vertices of the table.
+void BoxBound::tableBounds(const View& view, const Interval& interval,
+                           std::span<double> bounds) const {
+    const auto count = static_cast<int>(bounds.size());
+    TESK_ASSERT(count <= kIntervals && interval.size % count == 0);
+    std::array<Vector, 2 * kIntervals> directions;
+    for (int i = 0; i < count; ++i) {
+        const auto axes = turned(view.first, view.second, interval.part(i, count).middle());
+        std::copy(axes.begin(), axes.end(), directions.begin() + 2 * i);
+    }
+    std::array<Vector, 2 * kIntervals> across;
+    m_supports.nearlyAcross(std::span(directions).first(2 * bounds.size()),
+                            std::span(across).first(2 * bounds.size()));
+    for (std::size_t i = 0; i < bounds.size(); ++i) {
+        const Widths widths(view, across[2 * i], across[2 * i + 1]);
+        bounds[i] = measureAtEnds(view, widths, interval.part(static_cast<int>(i), count));
+    }
+}
+
+double BoxBound::quickBound(const Vector& direction) const {
+    std::array<double, kIntervals> bounds;
+    tableBounds(viewOf(direction), {0, kRightAngle}, bounds);
+    return *std::min_element(bounds.begin(), bounds.end());
+}
+
+double BoxBound::boundAbove(double limit, const Vector& direction) const {
+    const View view = viewOf(direction);
+    const Interval all{0, kRightAngle};
+    int tries = kMaxTries;
+    std::array<double, kIntervals> bounds;
+    tableBounds(view, all, bounds);
+    double least = std::numeric_limits<double>::infinity();
+    for (int i = 0; i < kIntervals; ++i) {
+        double& bound = bounds[static_cast<std::size_t>(i)];
+        if (!(bound > limit)) bound = boundOverParts(view, all.part(i, kIntervals), limit, tries);
+        if (!(bound > limit)) return 0.0;
+        least = std::min(least, bound);
+    }
+    return least;
+}
+
+/// Divides an interval until the bounds over all its parts exceed the limit, or one cannot: then
+/// the result does not exceed it.
+double BoxBound::boundOverParts(const View& view, const Interval& interval, double limit,
+                                int& tries) const {
+    if (interval.size <= m_finestOfTable) return boundOfFarthest(view, interval, limit, tries);
+    std::array<double, kParts> bounds;
+    tableBounds(view, interval, bounds);
+    double least = std::numeric_limits<double>::infinity();
+    for (int i = 0; i < kParts && least > limit; ++i) {
+        double& bound = bounds[static_cast<std::size_t>(i)];
+        if (!(bound > limit)) {
+            bound = boundOverParts(view, interval.part(i, kParts), limit, tries);
+        }
+        least = std::min(least, bound);
+    }
+    return least;
+}
+
+/// The same with the farthest vertices, for intervals that the table does not tell apart.
+double BoxBound::boundOfFarthest(const View& view, const Interval& interval, double limit,
+                                 int& tries) const {
+    if (tries == 0) return 0.0;
+    --tries;
+    const auto [along, across] = turned(view.first, view.second, interval.middle());
+    const Widths widths(view, m_supports.across(along), m_supports.across(across));
+    const double bound = measureAtEnds(view, widths, interval);
+    const bool isHopeless = !(measureAt(view, widths, interval.middle()) > limit);
+    if (bound > limit || isHopeless || interval.size <= kFinest) return bound;
+    double least = std::numeric_limits<double>::infinity();
+    for (int i = 0; i < kParts && least > limit; ++i) {
+        least = std::min(least, boundOfFarthest(view, interval.part(i, kParts), limit, tries));
+    }
+    return least;
+}
+
+}  // namespace Tesk::minbox

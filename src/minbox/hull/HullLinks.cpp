@@ -1,0 +1,73 @@
+#include "minbox/hull/HullLinks.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace Tesk::minbox {
+
+HullLinks::HullLinks(const gte::ConvexHull3& hull, const std::vector<Vector>& normals) {
+    TESK_ASSERT(normals.size() == hull.getTriangles().size());
+    m_normals.reserve(normals.size());
+    for (const Vector& normal : normals) m_normals.push_back({normal, normal.GetLength()});
+    for (int axis = 0; axis < 3; ++axis) {
+        std::vector<double>& column = m_normalColumns[static_cast<std::size_t>(axis)];
+        column.reserve(normals.size());
+        for (const Vector& normal : normals) column.push_back(normal[axis]);
+    }
+    linkSides(hull);
+    linkVertices(hull);
+}
+
+void HullLinks::markAway(const Vector& direction, std::vector<std::uint8_t>& isAway) const {
+    TESK_ASSERT(isAway.size() == m_normals.size());
+    // In two loops over pieces, so that a compiler vectorises both.
+    constexpr std::size_t kPiece = 256;
+    std::array<double, kPiece> dots;
+    const std::size_t count = m_normals.size();
+    for (std::size_t begin = 0; begin < count; begin += kPiece) {
+        const std::size_t size = std::min(kPiece, count - begin);
+        const double* x = m_normalColumns[0].data() + begin;
+        const double* y = m_normalColumns[1].data() + begin;
+        const double* z = m_normalColumns[2].data() + begin;
+        for (std::size_t i = 0; i < size; ++i) {
+            dots[i] = x[i] * direction.x + y[i] * direction.y + z[i] * direction.z;
+        }
+        std::uint8_t* marks = isAway.data() + begin;
+        for (std::size_t i = 0; i < size; ++i) marks[i] = dots[i] < 0.0 ? 1 : 0;
+    }
+}
+
+void HullLinks::linkSides(const gte::ConvexHull3& hull) {
+    const std::vector<std::array<int, 3>>& triangles = hull.getTriangles();
+    m_sides.resize(triangles.size() * 4);
+    const auto sideFrom = [&](int vertex, int triangle) {
+        const std::array<int, 3>& corner = triangles[static_cast<std::size_t>(triangle)];
+        return firstSide(triangle) + (corner[0] == vertex ? 0 : corner[1] == vertex ? 1 : 2);
+    };
+    // An edge runs from a to b in its triangle f0, back in f1.
+    const std::vector<gte::HullEdge>& edges = hull.getHullEdges();
+    for (std::size_t e = 0; e < edges.size(); ++e) {
+        const gte::HullEdge& edge = edges[e];
+        const int forth = sideFrom(edge.a, edge.f0);
+        const int back = sideFrom(edge.b, edge.f1);
+        m_sides[static_cast<std::size_t>(forth)] = {back, static_cast<int>(e), edge.a};
+        m_sides[static_cast<std::size_t>(back)] = {forth, static_cast<int>(e), edge.b};
+    }
+}
+
+void HullLinks::linkVertices(const gte::ConvexHull3& hull) {
+    // Counted two places up, so that once the list is filled first[v] is where group v begins.
+    m_firstNeighbour.assign(hull.getVertices().size() + 2, 0);
+    for (const gte::HullEdge& edge : hull.getHullEdges()) {
+        ++m_firstNeighbour[static_cast<std::size_t>(edge.a) + 2];
+        ++m_firstNeighbour[static_cast<std::size_t>(edge.b) + 2];
+    }
+    std::partial_sum(m_firstNeighbour.begin(), m_firstNeighbour.end(), m_firstNeighbour.begin());
+    m_neighbours.resize(hull.getHullEdges().size() * 2);
+    for (const gte::HullEdge& edge : hull.getHullEdges()) {
+        m_neighbours[m_firstNeighbour[static_cast<std::size_t>(edge.a) + 1]++] = edge.b;
+        m_neighbours[m_firstNeighbour[static_cast<std::size_t>(edge.b) + 1]++] = edge.a;
+    }
+}
+
+}  // namespace Tesk::minbox
