@@ -24,13 +24,15 @@ constexpr int kParts = 4;          // of an interval that is divided
 /// costs less.
 constexpr int kMaxTries = 200;
 
-struct Turn {
+}  // namespace
+
+struct BoxBound::Turn {
     double cosine;
     double sine;
 };
 
-/// The turn by a number of steps.
-const Turn& turnBy(int steps) {
+/// The turns by 0 .. kRightAngle steps.
+const BoxBound::Turn* BoxBound::turns() {
     static const auto turns = [] {
         std::array<Turn, kRightAngle + 1> all{};
         for (int i = 0; i <= kRightAngle; ++i) {
@@ -39,17 +41,8 @@ const Turn& turnBy(int steps) {
         }
         return all;
     }();
-    TESK_ASSERT(steps >= 0 && steps <= kRightAngle);
-    return turns[static_cast<std::size_t>(steps)];
+    return turns.data();
 }
-
-/// Two axes of a plane, turned by a number of steps.
-std::array<Vector, 2> turned(const Vector& first, const Vector& second, int steps) {
-    const Turn& t = turnBy(steps);
-    return {first * t.cosine + second * t.sine, second * t.cosine - first * t.sine};
-}
-
-}  // namespace
 
 struct BoxBound::Widths {
     Widths(const View& view, const Vector& alongMiddle, const Vector& acrossMiddle)
@@ -62,6 +55,7 @@ struct BoxBound::Widths {
 
 BoxBound::BoxBound(const SearchHull& hull, BoxMeasure measure)
     : m_measure(measure),
+      m_turns(turns()),
       m_supports(hull),
       m_slack(kSlack * hull.points().diagonal()),
       m_finestOfTable(kRightAngle / kIntervals) {
@@ -78,7 +72,8 @@ BoxBound::View BoxBound::viewOf(const Vector& direction) const {
 
 /// A lower bound of the measure at one angle of the interval that the widths are for.
 double BoxBound::measureAt(const View& view, const Widths& widths, int angle) const {
-    const Turn& t = turnBy(angle);
+    TESK_ASSERT(angle >= 0 && angle <= kRightAngle);
+    const Turn& t = m_turns[angle];
     const double x = widths.along.cosine * t.cosine + widths.along.sine * t.sine - m_slack;
     const double y = widths.across.cosine * t.cosine - widths.across.sine * t.sine - m_slack;
     const double length = std::max(x, 0.0);
@@ -88,34 +83,34 @@ double BoxBound::measureAt(const View& view, const Widths& widths, int angle) co
 }
 
 /// A lower bound over the whole interval.
-double BoxBound::measureAtEnds(const View& view, const Widths& widths,
-                               const Interval& interval) const {
+double BoxBound::measureAtEnds(const View& view, const Widths& widths, Interval interval) const {
     return std::min(measureAt(view, widths, interval.first),
                     measureAt(view, widths, interval.last()));
 }
 
-/// Lower bounds over equal parts of an interval, one per bound, from vertices of the table.
-void BoxBound::tableBounds(const View& view, const Interval& interval,
-                           std::span<double> bounds) const {
-    const auto count = static_cast<int>(bounds.size());
-    TESK_ASSERT(count <= kIntervals && interval.size % count == 0);
-    std::array<Vector, 2 * kIntervals> directions;
-    for (int i = 0; i < count; ++i) {
-        const auto axes = turned(view.first, view.second, interval.part(i, count).middle());
-        std::copy(axes.begin(), axes.end(), directions.begin() + 2 * i);
+/// Lower bounds over equal parts of an interval, from vertices of the table.
+template <int kCount>
+std::array<double, kCount> BoxBound::tableBounds(const View& view, Interval interval) const {
+    TESK_ASSERT(interval.size % (2 * kCount) == 0);
+    std::array<Vector, 2 * kCount> directions;
+    for (int i = 0; i < kCount; ++i) {
+        const Turn& t = m_turns[interval.part(i, kCount).middle()];
+        directions[static_cast<std::size_t>(2 * i)] = view.first * t.cosine + view.second * t.sine;
+        directions[static_cast<std::size_t>(2 * i + 1)] =
+            view.second * t.cosine - view.first * t.sine;
     }
-    std::array<Vector, 2 * kIntervals> across;
-    m_supports.nearlyAcross(std::span(directions).first(2 * bounds.size()),
-                            std::span(across).first(2 * bounds.size()));
-    for (std::size_t i = 0; i < bounds.size(); ++i) {
+    std::array<Vector, 2 * kCount> across;
+    m_supports.nearlyAcross(directions, across);
+    std::array<double, kCount> bounds;
+    for (std::size_t i = 0; i < kCount; ++i) {
         const Widths widths(view, across[2 * i], across[2 * i + 1]);
-        bounds[i] = measureAtEnds(view, widths, interval.part(static_cast<int>(i), count));
+        bounds[i] = measureAtEnds(view, widths, interval.part(static_cast<int>(i), kCount));
     }
+    return bounds;
 }
 
 double BoxBound::quickBound(const Vector& direction) const {
-    std::array<double, kIntervals> bounds;
-    tableBounds(viewOf(direction), {0, kRightAngle}, bounds);
+    const auto bounds = tableBounds<kIntervals>(viewOf(direction), {0, kRightAngle});
     return *std::min_element(bounds.begin(), bounds.end());
 }
 
@@ -123,8 +118,7 @@ double BoxBound::boundAbove(double limit, const Vector& direction) const {
     const View view = viewOf(direction);
     const Interval all{0, kRightAngle};
     int tries = kMaxTries;
-    std::array<double, kIntervals> bounds;
-    tableBounds(view, all, bounds);
+    auto bounds = tableBounds<kIntervals>(view, all);
     double least = std::numeric_limits<double>::infinity();
     for (int i = 0; i < kIntervals; ++i) {
         double& bound = bounds[static_cast<std::size_t>(i)];
@@ -137,11 +131,10 @@ double BoxBound::boundAbove(double limit, const Vector& direction) const {
 
 /// Divides an interval until the bounds over all its parts exceed the limit, or one cannot: then
 /// the result does not exceed it.
-double BoxBound::boundOverParts(const View& view, const Interval& interval, double limit,
+double BoxBound::boundOverParts(const View& view, Interval interval, double limit,
                                 int& tries) const {
     if (interval.size <= m_finestOfTable) return boundOfFarthest(view, interval, limit, tries);
-    std::array<double, kParts> bounds;
-    tableBounds(view, interval, bounds);
+    auto bounds = tableBounds<kParts>(view, interval);
     double least = std::numeric_limits<double>::infinity();
     for (int i = 0; i < kParts && least > limit; ++i) {
         double& bound = bounds[static_cast<std::size_t>(i)];
@@ -154,11 +147,13 @@ double BoxBound::boundOverParts(const View& view, const Interval& interval, doub
 }
 
 /// The same with the farthest vertices, for intervals that the table does not tell apart.
-double BoxBound::boundOfFarthest(const View& view, const Interval& interval, double limit,
+double BoxBound::boundOfFarthest(const View& view, Interval interval, double limit,
                                  int& tries) const {
     if (tries == 0) return 0.0;
     --tries;
-    const auto [along, across] = turned(view.first, view.second, interval.middle());
+    const Turn& t = m_turns[interval.middle()];
+    const Vector along = view.first * t.cosine + view.second * t.sine;
+    const Vector across = view.second * t.cosine - view.first * t.sine;
     const Widths widths(view, m_supports.across(along), m_supports.across(across));
     const double bound = measureAtEnds(view, widths, interval);
     const bool isHopeless = !(measureAt(view, widths, interval.middle()) > limit);

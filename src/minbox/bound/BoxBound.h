@@ -1,8 +1,8 @@
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <limits>
-#include <span>
 
 #include "minbox/bound/SupportMap.h"
 
@@ -81,19 +81,23 @@ class BoxBound {
         int last() const { return first + size; }
     };
 
+    /// The cosine and the sine of an angle.
+    struct Turn;
+
     /// Lower bounds of the hull's width along and across an interval's middle, as sinusoids.
     struct Widths;
 
+    static const Turn* turns();
     View viewOf(const Vector& direction) const;
     double measureAt(const View& view, const Widths& widths, int angle) const;
-    double measureAtEnds(const View& view, const Widths& widths, const Interval& interval) const;
-    void tableBounds(const View& view, const Interval& interval, std::span<double> bounds) const;
-    double boundOverParts(const View& view, const Interval& interval, double limit,
-                          int& tries) const;
-    double boundOfFarthest(const View& view, const Interval& interval, double limit,
-                           int& tries) const;
+    double measureAtEnds(const View& view, const Widths& widths, Interval interval) const;
+    template <int kCount>
+    std::array<double, kCount> tableBounds(const View& view, Interval interval) const;
+    double boundOverParts(const View& view, Interval interval, double limit, int& tries) const;
+    double boundOfFarthest(const View& view, Interval interval, double limit, int& tries) const;
 
     BoxMeasure m_measure;
+    const Turn* m_turns;  ///< by steps
     SupportMap m_supports;
     double m_slack;
     int m_finestOfTable;  ///< steps over which the table has different vertices
