@@ -1,51 +1,76 @@
-#include "PlyHeader.h"
-
-#include <fmt/format.h>
+#include "ply/PlyHeader.h"
 
 #include <algorithm>
-#include <optional>
-#include <string_view>
+#include <array>
+#include <utility>
 
-#include "Failure.h"
-#include "TextScanner.h"
+#include "TeskPartFiles/PartFiles.h"
+#include "text/Message.h"
+#include "text/TextScanner.h"
 
-namespace App {
+namespace Tesk::files {
 
 namespace {
 
-std::optional<PlyType> typeNamed(std::string_view name) {
-    if (name == "char" || name == "int8") return PlyType::kInt8;
-    if (name == "uchar" || name == "uint8") return PlyType::kUint8;
-    if (name == "short" || name == "int16") return PlyType::kInt16;
-    if (name == "ushort" || name == "uint16") return PlyType::kUint16;
-    if (name == "int" || name == "int32") return PlyType::kInt32;
-    if (name == "uint" || name == "uint32") return PlyType::kUint32;
-    if (name == "float" || name == "float32") return PlyType::kFloat;
-    if (name == "double" || name == "float64") return PlyType::kDouble;
-    return std::nullopt;
-}
+constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+
+constexpr std::array<std::pair<std::string_view, PlyType>, 16> kTypes = {{
+    {"char", PlyType::kInt8},
+    {"int8", PlyType::kInt8},
+    {"uchar", PlyType::kUint8},
+    {"uint8", PlyType::kUint8},
+    {"short", PlyType::kInt16},
+    {"int16", PlyType::kInt16},
+    {"ushort", PlyType::kUint16},
+    {"uint16", PlyType::kUint16},
+    {"int", PlyType::kInt32},
+    {"int32", PlyType::kInt32},
+    {"uint", PlyType::kUint32},
+    {"uint32", PlyType::kUint32},
+    {"float", PlyType::kFloat},
+    {"float32", PlyType::kFloat},
+    {"double", PlyType::kDouble},
+    {"float64", PlyType::kDouble},
+}};
 
 class HeaderReader {
  public:
-    explicit HeaderReader(const std::string& bytes) : m_bytes(bytes), m_scanner(bytes) {}
+    explicit HeaderReader(std::string_view bytes)
+        : m_bytes(bytes),
+          m_start(bytes.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0),
+          m_scanner(bytes.substr(m_start)) {}
 
     PlyHeader run() {
-        if (m_bytes.compare(0, 3, "ply") != 0 || m_scanner.next() != "ply") {
-            throw InputFailure("is no PLY: it does not begin with a line \"ply\"");
+        if (m_scanner.next() != "ply") {
+            throw PartFileError("is no PLY: it does not begin with a line \"ply\"");
         }
+        findLineEnd();
         for (std::string_view keyword = m_scanner.next(); keyword != "end_header";
              keyword = m_scanner.next()) {
             readLine(keyword);
         }
         if (!m_hasFormat) m_scanner.fail("the header has no line \"format\"");
-        m_scanner.skipLine();
-        m_header.bodyStart = m_scanner.position();
-        m_header.bodyLine = m_scanner.line();
+        startBody();
         checkRoom();
-        return m_header;
+        return std::move(m_header);
     }
 
  private:
+    // What ends the first line ends the last one: behind that, a byte that looks like the end of
+    // another line is part of a binary body.
+    void findLineEnd() {
+        const std::size_t end = m_bytes.find_first_of("\r\n", m_start + m_scanner.position());
+        const bool isLoneReturn =
+            end != m_bytes.npos && m_bytes[end] == '\r' && m_bytes.substr(end + 1, 1) != "\n";
+        if (isLoneReturn) m_lineEnd = '\r';
+    }
+
+    void startBody() {
+        const std::size_t end = m_bytes.find(m_lineEnd, m_start + m_scanner.position());
+        m_header.bodyStart = end == m_bytes.npos ? m_bytes.size() : end + 1;
+        m_header.bodyLine = m_scanner.line() + 1;
+    }
+
     void readLine(std::string_view keyword) {
         if (keyword.empty()) m_scanner.fail("the file ends inside the PLY header");
         if (keyword == "format") {
@@ -78,9 +103,9 @@ class HeaderReader {
         PlyElement element;
         element.name = plainName(m_scanner.nextOnLine());
         const long long count = m_scanner.integer(m_scanner.nextOnLine());
-        if (count < 0) m_scanner.fail(fmt::format("element {} counts {}", element.name, count));
+        if (count < 0) m_scanner.fail(message("element ", element.name, " counts ", count));
         element.count = static_cast<std::size_t>(count);
-        m_header.elements.push_back(element);
+        m_header.elements.push_back(std::move(element));
     }
 
     void readProperty() {
@@ -90,18 +115,18 @@ class HeaderReader {
         property.isList = type == "list";
         if (property.isList) {
             property.countType = typeOf(m_scanner.nextOnLine());
-            if (property.countType >= PlyType::kFloat) m_scanner.fail("a list counted in floats");
             type = m_scanner.nextOnLine();
         }
         property.type = typeOf(type);
         property.name = plainName(m_scanner.nextOnLine());
-        m_header.elements.back().properties.push_back(property);
+        m_header.elements.back().properties.push_back(std::move(property));
     }
 
     PlyType typeOf(std::string_view name) const {
-        const std::optional<PlyType> type = typeNamed(name);
-        if (!type) m_scanner.fail("unknown PLY type " + quoted(name));
-        return *type;
+        const auto* const found = std::find_if(
+            kTypes.begin(), kTypes.end(), [&](const auto& type) { return type.first == name; });
+        if (found == kTypes.end()) m_scanner.fail("unknown PLY type " + quoted(name));
+        return found->second;
     }
 
     std::string plainName(std::string_view name) const {
@@ -115,19 +140,22 @@ class HeaderReader {
         std::size_t room = m_bytes.size() - m_header.bodyStart;
         for (const PlyElement& element : m_header.elements) {
             const std::size_t least = element.leastSize(m_header.form);
+            // The last number of a text may end with the file.
             if (element.count > 0 && (least == 0 || element.count > (room + 1) / least)) {
-                throw InputFailure(fmt::format(
-                    "is cut short, or its header is wrong: it promises {} instances of \"{}\", "
-                    "more than its {} bytes can hold",
-                    element.count, element.name, m_bytes.size()));
+                throw PartFileError(message(
+                    "is cut short, or its header is wrong: it promises ", element.count,
+                    " instances of \"", element.name, "\", more than its ", m_bytes.size(),
+                    " bytes can hold"));
             }
             room -= std::min(room, element.count * least);
         }
     }
 
-    const std::string& m_bytes;
+    std::string_view m_bytes;
+    std::size_t m_start;
     TextScanner m_scanner;
     PlyHeader m_header;
+    char m_lineEnd = '\n';
     bool m_hasFormat = false;
 };
 
@@ -148,11 +176,6 @@ std::size_t sizeOf(PlyType type) {
     }
 }
 
-bool PlyElement::hasList() const {
-    return std::any_of(properties.begin(), properties.end(),
-                       [](const PlyProperty& property) { return property.isList; });
-}
-
 std::size_t PlyElement::leastSize(PlyForm form) const {
     // As text, a number takes a digit and the white space after it.
     if (form == PlyForm::kAscii) return properties.size() * 2;
@@ -163,8 +186,8 @@ std::size_t PlyElement::leastSize(PlyForm form) const {
     return size;
 }
 
-PlyHeader readPlyHeader(const std::string& bytes) {
+PlyHeader readPlyHeader(std::string_view bytes) {
     return HeaderReader(bytes).run();
 }
 
-}  // namespace App
+}  // namespace Tesk::files

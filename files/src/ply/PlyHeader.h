@@ -2,9 +2,10 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
-namespace App {
+namespace Tesk::files {
 
 enum class PlyForm { kAscii, kLittleEndian, kBigEndian };
 enum class PlyType { kInt8, kUint8, kInt16, kUint16, kInt32, kUint32, kFloat, kDouble };
@@ -23,7 +24,6 @@ struct PlyElement {
     std::size_t count = 0;
     std::vector<PlyProperty> properties;
 
-    bool hasList() const;
     std::size_t leastSize(PlyForm form) const;  ///< bytes that one instance takes at least
 };
 
@@ -34,8 +34,8 @@ struct PlyHeader {
     std::size_t bodyLine = 1;   ///< its first line, counted from 1
 };
 
-/// Reads the header. Throws InputFailure that names the line of anything that a PLY header cannot
-/// hold, and of an element with more instances than the rest of the file has room for.
-PlyHeader readPlyHeader(const std::string& bytes);
+/// Reads the header. Throws PartFileError with the line of anything that a PLY header cannot hold,
+/// and for an element with more instances than the rest of the file has room for.
+PlyHeader readPlyHeader(std::string_view bytes);
 
-}  // namespace App
+}  // namespace Tesk::files
