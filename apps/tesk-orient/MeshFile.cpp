@@ -24,9 +24,9 @@ void refuseNonFinite(const TriangleMesh& mesh) {
     for (std::size_t i = 0; i < mesh.positions.size(); ++i) {
         const UPoint3<float>& p = mesh.positions[i];
         if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z)) continue;
-        throw InputFailure(
-            fmt::format("vertex {} has a coordinate that is not finite in millimetres: ({}, {}, {})",
-                        i + 1, p.x, p.y, p.z));
+        throw InputFailure(fmt::format(
+            "vertex {} has a coordinate that is not finite in millimetres: ({}, {}, {})", i + 1,
+            p.x, p.y, p.z));
     }
 }
 

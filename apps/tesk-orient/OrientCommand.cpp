@@ -62,9 +62,8 @@ void run(const OrientOptions& options) {
     checked.kernel = MeshKernel();
     if (output) {
         const auto chosen = static_cast<std::size_t>(options.rank - 1);
-        output->write(
-            moved(mesh, poseOf(result.orientations[chosen], mesh, centerOf(mesh),
-                               options.config.baseHeight)));
+        output->write(moved(mesh, poseOf(result.orientations[chosen], mesh, centerOf(mesh),
+                                         options.config.baseHeight)));
     }
     printReport(options,
                 options.isJson ? reportJson(options, result) : reportTable(options, result));

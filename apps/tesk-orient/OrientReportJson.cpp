@@ -21,8 +21,8 @@ Json settingsOf(const OrientOptions& options) {
             {"seed", options.seed}};
 }
 
-Json recordOf(const OrientOptions& options, const TriangleMesh& mesh,
-              const UPoint3<float>& center, const OptOrientation& o, int rank) {
+Json recordOf(const OrientOptions& options, const TriangleMesh& mesh, const UPoint3<float>& center,
+              const OptOrientation& o, int rank) {
     return {{"rank", rank},
             {"score", o.score},
             {"axis", valueOf(o.axis.GetNormal())},

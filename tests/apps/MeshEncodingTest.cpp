@@ -15,8 +15,7 @@ TriangleMesh awkwardMesh() {
                           .welded()
                           .placed(UMatrix4<float>::CreateRotateMatrix(0.7f, {1.0f, 2.0f, 3.0f}))
                           .scaled(1.0f, 0.1f, 1e-3f);
-    return App::triangleMeshOf(
-        Tesk::weld(App::partMeshOf({part.positions, part.triangles})));
+    return App::triangleMeshOf(Tesk::weld(App::partMeshOf({part.positions, part.triangles})));
 }
 
 class Encoding : public testing::TestWithParam<const char*> {};

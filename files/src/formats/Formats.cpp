@@ -33,7 +33,7 @@ bool fitsStl(std::string_view bytes) {
 /// OBJ has no first word of its own: a keyword that often comes first.
 bool fitsObj(std::string_view start) {
     const std::string_view word = TextScanner(start.substr(0, 65536), '#').next();
-    constexpr std::array<std::string_view, 8> kFirstWords = {"v",  "vt", "vn",     "o",
+    constexpr std::array<std::string_view, 8> kFirstWords = {"v", "vt", "vn",     "o",
                                                              "g", "s",  "mtllib", "usemtl"};
     return std::find(kFirstWords.begin(), kFirstWords.end(), word) != kFirstWords.end();
 }

@@ -64,7 +64,9 @@ class PositionTable {
     }
 
     /// The position in a used slot, its zeros all positive.
-    const PartPoint& position(std::uint32_t slot) const { return m_slots[slot].position; }
+    const PartPoint& position(std::uint32_t slot) const {
+        return m_slots[slot].position;
+    }
 
  private:
     static constexpr std::uint32_t kEmpty = 0;

@@ -119,8 +119,8 @@ class ObjReader {
     }
 
     [[noreturn]] void fail(const ForwardReference& reference) const {
-        throw PartFileError(message("a face names vertex ", reference.vertex,
-                                    ", but the file has ", m_part.mesh.positions.size()),
+        throw PartFileError(message("a face names vertex ", reference.vertex, ", but the file has ",
+                                    m_part.mesh.positions.size()),
                             reference.line);
     }
 

@@ -51,7 +51,8 @@ class OffReader {
         if (rest.starts_with("N")) rest.remove_prefix(1);
         if (rest == "OFF") return;
         if (rest == "4OFF" || rest == "nOFF" || rest == "4nOFF") {
-            m_scanner.fail(message(quoted(magic), " is not supported: it is not in three dimensions"));
+            m_scanner.fail(
+                message(quoted(magic), " is not supported: it is not in three dimensions"));
         }
         m_scanner.fail("expected \"OFF\", found " + quoted(magic));
     }
@@ -92,13 +93,12 @@ class OffReader {
         for (long long k = 0; k < corners; ++k) {
             const std::string_view token = m_scanner.nextOnLine();
             if (token.empty()) {
-                m_scanner.fail(
-                    message("face ", i, " has ", k, " of its ", corners, " corners"));
+                m_scanner.fail(message("face ", i, " has ", k, " of its ", corners, " corners"));
             }
             const long long index = m_scanner.integer(token);
             if (index < 0 || static_cast<unsigned long long>(index) >= m_vertexCount) {
-                m_scanner.fail(message("face ", i, " names vertex ", index,
-                                       "; the file has ", m_vertexCount, ", counted from 0"));
+                m_scanner.fail(message("face ", i, " names vertex ", index, "; the file has ",
+                                       m_vertexCount, ", counted from 0"));
             }
             m_corners.push_back(static_cast<std::int32_t>(index));
         }
@@ -120,8 +120,8 @@ class OffReader {
 
 PartFile readOff(std::string_view bytes, const ReadOptions& options, Progress& progress) {
     // Binary OFF holds NUL bytes; its name tells more than they do.
-    if (TextScanner scanner(bytes.substr(0, 64)); scanner.next().ends_with("OFF") &&
-                                                   scanner.next() == "BINARY") {
+    if (TextScanner scanner(bytes.substr(0, 64));
+        scanner.next().ends_with("OFF") && scanner.next() == "BINARY") {
         throw PartFileError("binary OFF is not supported", scanner.line());
     }
     return OffReader(plainText(bytes, "OFF"), options, progress).run();

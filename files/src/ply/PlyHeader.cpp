@@ -142,10 +142,10 @@ class HeaderReader {
             const std::size_t least = element.leastSize(m_header.form);
             // The last number of a text may end with the file.
             if (element.count > 0 && (least == 0 || element.count > (room + 1) / least)) {
-                throw PartFileError(message(
-                    "is cut short, or its header is wrong: it promises ", element.count,
-                    " instances of \"", element.name, "\", more than its ", m_bytes.size(),
-                    " bytes can hold"));
+                throw PartFileError(message("is cut short, or its header is wrong: it promises ",
+                                            element.count, " instances of \"", element.name,
+                                            "\", more than its ", m_bytes.size(),
+                                            " bytes can hold"));
             }
             room -= std::min(room, element.count * least);
         }

@@ -50,8 +50,8 @@ std::size_t checkElements(const PlyHeader& header) {
     if (vertex == nullptr || countOf(*vertex, isPosition) != 3) {
         throw PartFileError("the header has no element \"vertex\" with x, y and z");
     }
-    const bool hasFaces = (face != nullptr && face->count > 0) ||
-                          (strips != nullptr && strips->count > 0);
+    const bool hasFaces =
+        (face != nullptr && face->count > 0) || (strips != nullptr && strips->count > 0);
     if (!hasFaces) throw PartFileError("holds no faces");
     checkCornerList(face);
     checkCornerList(strips);
@@ -110,8 +110,7 @@ class PlyReader {
     void readCoordinate(const PlyProperty& property) {
         const float value = m_numbers.nextFloat(property.type);
         if (!std::isfinite(value)) {
-            m_numbers.fail(
-                message("vertex ", m_instance, " has a coordinate that is not finite"));
+            m_numbers.fail(message("vertex ", m_instance, " has a coordinate that is not finite"));
         }
         m_point[static_cast<std::size_t>(property.name[0] - 'x')] = value;
     }

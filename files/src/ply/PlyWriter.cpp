@@ -6,11 +6,11 @@
 namespace Tesk::files {
 
 std::string encodePly(const PartMesh& mesh) {
-    std::string bytes = message(
-        "ply\nformat binary_little_endian 1.0\ncomment millimetres\nelement vertex ",
-        mesh.positions.size(),
-        "\nproperty float x\nproperty float y\nproperty float z\nelement face ",
-        mesh.triangles.size(), "\nproperty list uchar int vertex_indices\nend_header\n");
+    std::string bytes =
+        message("ply\nformat binary_little_endian 1.0\ncomment millimetres\nelement vertex ",
+                mesh.positions.size(),
+                "\nproperty float x\nproperty float y\nproperty float z\nelement face ",
+                mesh.triangles.size(), "\nproperty list uchar int vertex_indices\nend_header\n");
     bytes.reserve(bytes.size() + mesh.positions.size() * 12 + mesh.triangles.size() * 13);
     for (const PartPoint& point : mesh.positions) {
         for (const float value : {point.x, point.y, point.z}) appendNumber(bytes, value);

@@ -50,10 +50,10 @@ PartFile readBinaryStl(std::string_view bytes, const ReadOptions& options, Progr
     };
     const auto describe = [&](std::size_t corner) {
         const PartPoint p = load(corner);
-        return PartFileError(message("vertex ", corner + 1,
-                                     " has a coordinate that is not finite: (", p.x, ", ", p.y,
-                                     ", ", p.z, ")"),
-                             0, offsetOfCorner(corner));
+        return PartFileError(
+            message("vertex ", corner + 1, " has a coordinate that is not finite: (", p.x, ", ",
+                    p.y, ", ", p.z, ")"),
+            0, offsetOfCorner(corner));
     };
     PartFile part;
     part.form = "binary";

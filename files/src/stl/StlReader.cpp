@@ -32,8 +32,7 @@ bool fitsStlCount(std::string_view bytes) {
 
 PartFile readStl(std::string_view bytes, const ReadOptions& options, Progress& progress) {
     const bool isText = !fitsStlCount(bytes) && looksLikeText(bytes);
-    return isText ? readTextStl(bytes, options, progress)
-                  : readBinaryStl(bytes, options, progress);
+    return isText ? readTextStl(bytes, options, progress) : readBinaryStl(bytes, options, progress);
 }
 
 }  // namespace Tesk::files

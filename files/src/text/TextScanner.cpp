@@ -105,8 +105,8 @@ float TextScanner::coordinate(std::string_view token, std::size_t vertex) const 
     const auto value = floatOf(token);
     if (!value) fail(quoted(token) + " is not a number");
     if (!std::isfinite(*value)) {
-        fail(
-            message("vertex ", vertex, " has a coordinate that is not finite (", quoted(token), ")"));
+        fail(message("vertex ", vertex, " has a coordinate that is not finite (", quoted(token),
+                     ")"));
     }
     return *value;
 }

@@ -85,8 +85,8 @@ bool PolygonCutter::isStrictlyConvex() const {
         // Written so that a polygon without area, all of whose turns are NaN, is not convex.
         if (!(turn(a, b, c) > 0.0)) return false;
         // Round once, the steps' x goes from right to left once.
-        timesRoundToLeft += (b.x > a.x || (b.x == a.x && b.y < a.y)) &&
-                            (c.x < b.x || (c.x == b.x && c.y > b.y));
+        timesRoundToLeft +=
+            (b.x > a.x || (b.x == a.x && b.y < a.y)) && (c.x < b.x || (c.x == b.x && c.y > b.y));
     }
     return timesRoundToLeft == 1;
 }
@@ -188,8 +188,7 @@ void PolygonCutter::clipEars(std::span<const std::int32_t> corners,
     for (std::size_t left = corners.size(); left > 3; --left) {
         std::size_t corner = nextEar(from, left);
         if (corner == kNone) corner = leastBad(from);
-        triangles.push_back(
-            {corners[m_before[corner]], corners[corner], corners[m_after[corner]]});
+        triangles.push_back({corners[m_before[corner]], corners[corner], corners[m_after[corner]]});
         // Going on two corners further keeps the triangles from all meeting in one corner.
         from = m_after[m_after[corner]];
         clip(corner);
@@ -197,8 +196,8 @@ void PolygonCutter::clipEars(std::span<const std::int32_t> corners,
     triangles.push_back({corners[m_before[from]], corners[from], corners[m_after[from]]});
 }
 
-void PolygonCutter::cut(std::span<const std::int32_t> corners,
-                        std::span<const PartPoint> positions, std::vector<Triangle>& triangles) {
+void PolygonCutter::cut(std::span<const std::int32_t> corners, std::span<const PartPoint> positions,
+                        std::vector<Triangle>& triangles) {
     if (corners.size() == 3) {
         triangles.push_back({corners[0], corners[1], corners[2]});
         return;

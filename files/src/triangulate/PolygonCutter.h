@@ -23,7 +23,7 @@ class PolygonCutter {
     /// of neighbouring corners). Seen so, a convex polygon is cut as a fan from its first corner
     /// and another one by clipping ears, in the order of the corners. Where it crosses itself there
     /// may be no ear; then a corner that comes nearest to one is clipped. Each ear is compared with
-    /// the corners that do not turn left, but no more than some hundred million times over all
+    /// the corners that do not turn left, but no more than a hundred million times over all
     /// polygons, and a thousand times per corner beyond that: what is left then is cut as it comes.
     void cut(std::span<const std::int32_t> corners, std::span<const PartPoint> positions,
              std::vector<Triangle>& triangles);
@@ -56,7 +56,7 @@ class PolygonCutter {
     std::vector<std::size_t> m_reflex;  ///< corners that may lie in an ear; those clipped go lazily
     std::vector<char> m_isReflex;
     std::size_t m_testsLeft = 0;  ///< of this polygon's own
-    std::size_t m_spareTests = 400'000'000;
+    std::size_t m_spareTests = 100'000'000;
 };
 
 }  // namespace Tesk::files
