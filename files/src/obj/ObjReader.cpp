@@ -20,10 +20,12 @@ class ObjReader {
           m_progress(progress) {}
 
     PartFile run() {
-        std::size_t lines = 0;
-        for (std::string_view token = m_scanner.next(); !token.empty(); token = m_scanner.next()) {
-            readLine(token);
-            if (++lines % 4096 == 0) m_progress.report(m_scanner.position(), m_text.size(), 0, 60);
+        try {
+            readLines();
+        } catch (const PartFileError&) {
+            countVerticesAhead();
+            checkForwardReferences();  // an earlier line may be wrong, too
+            throw;
         }
         checkForwardReferences();
         m_faces.finish(m_part.mesh, m_part.warnings);
@@ -39,6 +41,22 @@ class ObjReader {
 
     std::vector<PartPoint>& positions() { return m_part.mesh.positions; }
 
+    void readLines() {
+        std::size_t lines = 0;
+        for (std::string_view token = m_scanner.next(); !token.empty(); token = m_scanner.next()) {
+            readLine(token);
+            if (++lines % 4096 == 0) m_progress.report(m_scanner.position(), m_text.size(), 0, 60);
+        }
+    }
+
+    void countVerticesAhead() {
+        m_scanner.skipLine();
+        for (std::string_view token = m_scanner.next(); !token.empty(); token = m_scanner.next()) {
+            if (token == "v") ++m_vertexLines;
+            m_scanner.skipLine();
+        }
+    }
+
     void readLine(std::string_view keyword) {
         if (keyword == "v") {
             readVertex();
@@ -53,7 +71,7 @@ class ObjReader {
     }
 
     void readVertex() {
-        const std::size_t vertex = positions().size() + 1;
+        const std::size_t vertex = ++m_vertexLines;
         if (vertex > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
             m_scanner.fail("is too big: it has more vertices than can be counted");
         }
@@ -90,38 +108,24 @@ class ObjReader {
         }
         if (index < 0) return static_cast<std::int32_t>(soFar + index);
         if (index > soFar) expectVertex(index);
-        return static_cast<std::int32_t>(index - 1);
+        // Too high a one ends in an error before it is used.
+        return static_cast<std::int32_t>((index - 1) & 0x7fffffff);
     }
 
     // The first face that names too high a vertex names a higher one than all faces before it.
     void expectVertex(long long index) {
-        if (index > std::numeric_limits<std::int32_t>::max()) failOutOfRange(index);
         const bool isHigher =
             m_forwardReferences.empty() || index > m_forwardReferences.back().vertex;
         if (isHigher) m_forwardReferences.push_back({index, m_scanner.line()});
     }
 
-    [[noreturn]] void failOutOfRange(long long index) {
-        const std::size_t line = m_scanner.line();
-        for (std::string_view token = m_scanner.next(); !token.empty(); token = m_scanner.next()) {
-            if (token == "v") positions().emplace_back();
-            m_scanner.skipLine();
-        }
-        fail({index, line});
-    }
-
     void checkForwardReferences() const {
         for (const ForwardReference& reference : m_forwardReferences) {
-            if (reference.vertex > static_cast<long long>(m_part.mesh.positions.size())) {
-                fail(reference);
-            }
+            if (reference.vertex <= static_cast<long long>(m_vertexLines)) continue;
+            throw PartFileError(message("a face names vertex ", reference.vertex,
+                                        ", but the file has ", m_vertexLines),
+                                reference.line);
         }
-    }
-
-    [[noreturn]] void fail(const ForwardReference& reference) const {
-        throw PartFileError(message("a face names vertex ", reference.vertex, ", but the file has ",
-                                    m_part.mesh.positions.size()),
-                            reference.line);
     }
 
     std::string_view m_text;
@@ -129,6 +133,7 @@ class ObjReader {
     FaceCollector m_faces;
     Progress& m_progress;
     PartFile m_part;
+    std::size_t m_vertexLines = 0;
     std::vector<std::int32_t> m_corners;
     std::vector<ForwardReference> m_forwardReferences;
 };

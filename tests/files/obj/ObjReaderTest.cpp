@@ -77,6 +77,10 @@ TEST(Obj, WhatIsMissingIsNamedWithItsLine) {
               "line 6: a face names vertex 0; vertices are counted from 1");
     EXPECT_EQ(trouble(square + "f -5 1 2\n"),
               "line 5: a face names vertex -5, counted back from here, but only 4 come before it");
+    EXPECT_EQ(trouble("f 1 2 7\n" + square + "f 0 1 2\nv 0 0 0\n"),
+              "line 1: a face names vertex 7, but the file has 5");
+    EXPECT_EQ(trouble("f 1 2 5\n" + square + "f 0 1 2\nv 0 0 0\n"),
+              "line 6: a face names vertex 0; vertices are counted from 1");
     EXPECT_EQ(trouble(square + "f 1 2 x\n"), "line 5: \"x\" is not a whole number");
     EXPECT_EQ(trouble(square + "f 1 2 /3\n"), "line 5: a whole number is missing");
     EXPECT_EQ(trouble("v 0 0\n"), "line 1: a number is missing");
