@@ -2,57 +2,72 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <string>
+#include <string_view>
 
 #include "Failure.h"
-#include "FormatCheck.h"
-#include "LibraryReader.h"
 #include "MeshChecks.h"
+#include "TeskPartFiles/PartFiles.h"
 #include "ThreeMfFile.h"
-#include "Welding.h"
 
 namespace {
 
-App::TriangleMesh meshIn(int kind, std::string bytes) {
-    if (kind == 4) return App::readThreeMf(std::move(bytes)).mesh;
-    App::FileContent content;
-    const char* extension = "";
+void expect(bool holds) {
+    if (!holds) std::abort();
+}
+
+void expectSound(const Tesk::PartMesh& mesh) {
+    expect(!mesh.triangles.empty());
+    const auto count = static_cast<std::int32_t>(mesh.positions.size());
+    for (const auto& triangle : mesh.triangles) {
+        for (const std::int32_t corner : triangle) expect(corner >= 0 && corner < count);
+    }
+    for (const Tesk::PartPoint& p : mesh.positions) {
+        expect(std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z));
+    }
+    App::measure(App::triangleMeshOf(mesh));
+}
+
+/// However a file is read, its triangles are the same, and what is written reads back.
+void readEveryWay(std::string_view bytes, Tesk::PartFormat format) {
+    Tesk::ReadOptions options;
+    options.threads = 1;
+    const Tesk::PartFile part = Tesk::readPart(bytes, format, options);
+    expectSound(part.mesh);
+    options.weldsVertices = false;
+    const Tesk::PartFile apart = Tesk::readPart(bytes, format, options);
+    expectSound(apart.mesh);
+    expect(Tesk::weld(apart.mesh, 3) == part.mesh);
+    const std::string copy = Tesk::encodePart(part.mesh, format);
+    expect(Tesk::readPart(copy, format).mesh == part.mesh);
+}
+
+void readBytes(int kind, std::string_view bytes) {
     switch (kind) {
         case 0:
-            content = App::checkStl(bytes);
-            extension = "stl";
-            break;
+            return readEveryWay(bytes, Tesk::PartFormat::kStl);
         case 1:
-            content = App::checkObj(bytes);
-            extension = "obj";
-            break;
+            return readEveryWay(bytes, Tesk::PartFormat::kObj);
         case 2:
-            content = App::checkPly(bytes);
-            extension = "ply";
-            break;
+            return readEveryWay(bytes, Tesk::PartFormat::kPly);
+        case 3:
+            return readEveryWay(bytes, Tesk::PartFormat::kOff);
         default:
-            content = App::checkOff(bytes);
-            extension = "off";
+            return expectSound(App::partMeshOf(App::readThreeMf(std::string(bytes)).mesh));
     }
-    return App::readWithLibrary(bytes, extension, content);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
+    const std::string_view bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
+    static_cast<void>(Tesk::formatOf(bytes));
     try {
-        const App::TriangleMesh mesh = App::weld(
-            meshIn(data[0] % 5, std::string(reinterpret_cast<const char*>(data) + 1, size - 1)));
-        const auto count = static_cast<std::int32_t>(mesh.positions.size());
-        for (const auto& triangle : mesh.triangles) {
-            for (const std::int32_t corner : triangle) {
-                if (corner < 0 || corner >= count) std::abort();
-            }
-        }
-        App::countDegenerate(mesh);
+        readBytes(data[0] % 5, bytes);
+    } catch (const Tesk::PartFileError& error) {
+        expect(error.what()[0] != '\0');
     } catch (const App::Failure& failure) {
-        if (failure.what()[0] == '\0') std::abort();
+        expect(failure.what()[0] != '\0');
     }
     return 0;
 }

@@ -61,10 +61,10 @@ PartBox boxOf(BoxOptions options, const TriangleMesh& mesh) {
 void run(const BoxOptions& options) {
     std::optional<MeshOutput> output;
     if (!options.output.empty()) output.emplace(options.output);
-    BoxResult result{loadPart(options, Purpose::kBox), {}, {}};
+    BoxResult result{loadPart(options, Purpose::kBox).part, {}, {}};
     printWarnings(options, result.part);
     result.box = boxOf(options, result.part.mesh);
-    result.partVolume = enclosedVolume(result.part.mesh, result.part.topology);
+    result.partVolume = enclosedVolume(result.part.measures, result.part.topology);
     stopIfInterrupted();
     if (output) output->write(meshOf(result.box));
     printReport(options,

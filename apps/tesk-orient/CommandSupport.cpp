@@ -18,16 +18,18 @@ void stopIfInterrupted() {
     if (Interrupt::isRequested()) throw Tesk::AbortException("Aborting...");
 }
 
-LoadedPart loadPart(const CommonOptions& options, Purpose purpose) {
+CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
     LoadedPart part = readMeshFile(options.part, options.unit);
     stopIfInterrupted();
     MeshKernel kernel(part.mesh.positions, part.mesh.triangles);
     kernel.UpdateTopo(/*rebuild=*/true, MeshKernel::kEdgeCounts);
     part.topology = kernel.topology();
-    for (Warning& warning : checkMesh(part.mesh, part.topology, part.unit, purpose)) {
+    part.measures = measure(part.mesh);
+    for (Warning& warning :
+         checkMesh(part.mesh, part.topology, part.measures, part.unit, purpose)) {
         part.warnings.push_back(std::move(warning));
     }
-    return part;
+    return {std::move(part), std::move(kernel)};
 }
 
 void printWarnings(const CommonOptions& options, const LoadedPart& part) {

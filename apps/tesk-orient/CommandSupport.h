@@ -14,11 +14,17 @@ namespace App {
 /// Throws Tesk::AbortException after Ctrl-C.
 void stopIfInterrupted();
 
+/// A part, and its mesh as the orientation library takes it.
+struct CheckedPart {
+    LoadedPart part;
+    MeshKernel kernel;
+};
+
 /// The part that the options name, with its edge counts and the warnings of the file and of the
 /// mesh together. Throws InputFailure.
 ///
 /// @param purpose  what the mesh is for
-LoadedPart loadPart(const CommonOptions& options, Purpose purpose);
+CheckedPart loadPart(const CommonOptions& options, Purpose purpose);
 
 /// Prints a part's warnings on standard error, unless they are not wanted.
 void printWarnings(const CommonOptions& options, const LoadedPart& part);

@@ -15,9 +15,9 @@ namespace {
 /// Where the search stops reporting, as only faces count as steps.
 constexpr int kEnd = 40;
 
-UMatrix4<float> layFlat(const LayFlatOptions& options, const TriangleMesh& mesh) {
+UMatrix4<float> layFlat(const LayFlatOptions& options, const TriangleMesh& mesh,
+                        MeshKernel& kernel) {
     ProgressBar bar(!options.isQuiet);
-    MeshKernel kernel(mesh.positions, mesh.triangles);
     UMatrix4<float> matrix;
     OrientOptimizer::calculateOrients_minBoundingBox(&kernel, matrix, progressOn(bar, kEnd));
     return setDown(mesh, matrix, 0.0f);
@@ -28,9 +28,10 @@ UMatrix4<float> layFlat(const LayFlatOptions& options, const TriangleMesh& mesh)
 void run(const LayFlatOptions& options) {
     std::optional<MeshOutput> output;
     if (!options.output.empty()) output.emplace(options.output);
-    LayFlatResult result{loadPart(options, Purpose::kBox), {}, {}};
+    CheckedPart checked = loadPart(options, Purpose::kBox);
+    LayFlatResult result{std::move(checked.part), {}, {}};
     printWarnings(options, result.part);
-    result.matrix = layFlat(options, result.part.mesh);
+    result.matrix = layFlat(options, result.part.mesh, checked.kernel);
     result.placed = moved(result.part.mesh, result.matrix);
     stopIfInterrupted();
     if (output) output->write(result.placed);

@@ -69,9 +69,9 @@ bool isSound(const TopologyCounts& topology) {
            topology.inconsistentEdges == 0;
 }
 
-void checkSide(const TriangleMesh& mesh, const TopologyCounts& topology, Purpose purpose,
+void checkSide(double volumeSixfold, const TopologyCounts& topology, Purpose purpose,
                Warnings& warnings) {
-    if (!isSound(topology) || !(signedVolumeSixfold(mesh) < 0.0)) return;
+    if (!isSound(topology) || !(volumeSixfold < 0.0)) return;
     const char* const consequence =
         purpose == Purpose::kSupport ? ", so that tops are taken for overhangs" : "";
     warnings.push_back(
@@ -129,17 +129,22 @@ double signedVolumeSixfold(const TriangleMesh& mesh) {
     return sum;
 }
 
-std::optional<double> enclosedVolume(const TriangleMesh& mesh, const TopologyCounts& topology) {
-    if (!isSound(topology)) return std::nullopt;
-    return std::fabs(signedVolumeSixfold(mesh)) / 6.0;
+SurfaceMeasures measure(const TriangleMesh& mesh) {
+    return {countDegenerate(mesh), signedVolumeSixfold(mesh)};
 }
 
-Warnings checkMesh(const TriangleMesh& mesh, const TopologyCounts& topology, const LengthUnit& unit,
-                   Purpose purpose) {
+std::optional<double> enclosedVolume(const SurfaceMeasures& measures,
+                                     const TopologyCounts& topology) {
+    if (!isSound(topology)) return std::nullopt;
+    return std::fabs(measures.volumeSixfold) / 6.0;
+}
+
+Warnings checkMesh(const TriangleMesh& mesh, const TopologyCounts& topology,
+                   const SurfaceMeasures& measures, const LengthUnit& unit, Purpose purpose) {
     Warnings warnings;
     checkEdges(topology, purpose, warnings);
-    checkSide(mesh, topology, purpose, warnings);
-    if (const std::int64_t count = countDegenerate(mesh); count > 0) {
+    checkSide(measures.volumeSixfold, topology, purpose, warnings);
+    if (const std::int64_t count = measures.degenerate; count > 0) {
         warnings.push_back({"degenerate-triangles",
                             counted(count, "triangle has no area", "triangles have no area"),
                             count});

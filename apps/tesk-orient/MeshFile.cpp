@@ -8,10 +8,7 @@
 
 #include "Failure.h"
 #include "FileBytes.h"
-#include "FormatCheck.h"
-#include "LibraryReader.h"
 #include "ThreeMfFile.h"
-#include "Welding.h"
 
 namespace App {
 
@@ -23,26 +20,13 @@ std::string extensionOf(const std::filesystem::path& path) {
     return extension;
 }
 
-using Check = FileContent (*)(std::string&);
-
-struct LibraryFormat {
-    const char* extension;
-    const char* name;
-    Check check;
-};
-
-constexpr std::array<LibraryFormat, 4> kLibraryFormats = {{{".stl", "STL", checkStl},
-                                                           {".obj", "OBJ", checkObj},
-                                                           {".ply", "PLY", checkPly},
-                                                           {".off", "OFF", checkOff}}};
-
-void refuseNonFinite(const TriangleMesh& mesh, const char* when) {
+void refuseNonFinite(const TriangleMesh& mesh) {
     for (std::size_t i = 0; i < mesh.positions.size(); ++i) {
         const UPoint3<float>& p = mesh.positions[i];
         if (std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z)) continue;
-        throw InputFailure(
-            fmt::format("vertex {} has a coordinate that is not finite{}: ({}, {}, {})", i + 1,
-                        when, p.x, p.y, p.z));
+        throw InputFailure(fmt::format(
+            "vertex {} has a coordinate that is not finite in millimetres: ({}, {}, {})", i + 1,
+            p.x, p.y, p.z));
     }
 }
 
@@ -53,7 +37,7 @@ void scale(TriangleMesh& mesh, double factor) {
             p[axis] = static_cast<float>(static_cast<double>(p[axis]) * factor);
         }
     }
-    refuseNonFinite(mesh, " in millimetres");
+    refuseNonFinite(mesh);
 }
 
 LengthUnit unitInFile(const std::string& name, Warnings& warnings) {
@@ -70,7 +54,7 @@ LoadedPart readThreeMfPart(const std::filesystem::path& path, std::optional<Leng
                     .form = "",
                     .unit = lengthUnits().front(),
                     .unitFromFile = !unit,
-                    .mesh = std::move(content.mesh),
+                    .mesh = triangleMeshOf(Tesk::weld(partMeshOf(std::move(content.mesh)))),
                     .warnings = std::move(content.warnings)};
     part.unit = unit ? *unit : unitInFile(content.unit, part.warnings);
     if (content.items > 1) {
@@ -83,27 +67,22 @@ LoadedPart readThreeMfPart(const std::filesystem::path& path, std::optional<Leng
     return part;
 }
 
-LoadedPart readLibraryPart(const std::filesystem::path& path, const LibraryFormat& format,
-                           std::optional<LengthUnit> unit) {
-    std::string bytes = readFileBytes(path);
-    FileContent content = format.check(bytes);
-    LoadedPart part{.format = format.name,
-                    .form = content.form,
+LoadedPart readPart(const std::filesystem::path& path, std::optional<LengthUnit> unit) {
+    Tesk::PartFile file = Tesk::readPart(path);
+    LoadedPart part{.format = Tesk::nameOf(file.format),
+                    .form = std::move(file.form),
                     .unit = unit.value_or(lengthUnits().front()),
-                    .mesh = readWithLibrary(bytes, format.extension + 1, content),
-                    .warnings = {}};
-    part.warnings = std::move(content.warnings);
+                    .mesh = triangleMeshOf(std::move(file.mesh)),
+                    .warnings = std::move(file.warnings)};
     return part;
 }
 
 LoadedPart readAnyPart(const std::filesystem::path& path, std::optional<LengthUnit> unit) {
-    const std::string extension = extensionOf(path);
-    if (extension == ".3mf") return readThreeMfPart(path, unit);
-    for (const LibraryFormat& format : kLibraryFormats) {
-        if (extension == format.extension) return readLibraryPart(path, format, unit);
-    }
+    if (extensionOf(path) == ".3mf") return readThreeMfPart(path, unit);
+    if (Tesk::formatOf(path)) return readPart(path, unit);
     // A missing file or a folder is the plainer trouble.
     readFileBytes(path);
+    const std::string extension = extensionOf(path);
     throw InputFailure(
         fmt::format("{} is not a known kind of mesh file; .stl, .obj, .ply, .off and "
                     ".3mf are",
@@ -115,10 +94,10 @@ LoadedPart readAnyPart(const std::filesystem::path& path, std::optional<LengthUn
 LoadedPart readMeshFile(const std::filesystem::path& path, std::optional<LengthUnit> unit) {
     try {
         LoadedPart part = readAnyPart(path, unit);
-        refuseNonFinite(part.mesh, "");
-        part.mesh = weld(part.mesh);
         scale(part.mesh, part.unit.millimetres);
         return part;
+    } catch (const Tesk::PartFileError& error) {
+        throw InputFailure(displayName(path) + ": " + error.place());
     } catch (const InputFailure& failure) {
         throw InputFailure(displayName(path) + ": " + failure.what());
     } catch (const std::bad_alloc&) {

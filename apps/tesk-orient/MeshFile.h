@@ -6,6 +6,7 @@
 #include <string>
 
 #include "LengthUnit.h"
+#include "MeshChecks.h"
 #include "TeskMeshData/MeshKernel.h"
 #include "TriangleMesh.h"
 #include "Warning.h"
@@ -21,6 +22,7 @@ struct LoadedPart {
     TriangleMesh mesh;
     Warnings warnings;
     TopologyCounts topology{};  ///< of the mesh; zeros until it is checked
+    SurfaceMeasures measures{};
 };
 
 /// Reads STL, OBJ, PLY, OFF or 3MF, told apart by the name's extension.

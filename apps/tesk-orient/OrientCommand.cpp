@@ -19,9 +19,9 @@ namespace App {
 
 namespace {
 
-void refuseWithoutArea(const OrientOptions& options, const TriangleMesh& mesh) {
-    const auto count = static_cast<std::int64_t>(mesh.triangles.size());
-    if (countDegenerate(mesh) < count) return;
+void refuseWithoutArea(const OrientOptions& options, const LoadedPart& part) {
+    const auto count = static_cast<std::int64_t>(part.mesh.triangles.size());
+    if (part.measures.degenerate < count) return;
     throw InputFailure(
         fmt::format("{}: has no surface: {}", displayName(options.part),
                     count == 1 ? "its one triangle has no area"
@@ -53,16 +53,17 @@ void run(const OrientOptions& options) {
     if (!options.output.empty()) output.emplace(options.output);
     if (options.isVerbose) logStages();
 
-    OrientResult result{loadPart(options, Purpose::kSupport), {}};
+    CheckedPart checked = loadPart(options, Purpose::kSupport);
+    OrientResult result{std::move(checked.part), {}};
     const TriangleMesh& mesh = result.part.mesh;
-    refuseWithoutArea(options, mesh);
+    refuseWithoutArea(options, result.part);
     printWarnings(options, result.part);
-    MeshKernel kernel(mesh.positions, mesh.triangles);
-    result.orientations = rank(kernel, options);
+    result.orientations = rank(checked.kernel, options);
+    checked.kernel = MeshKernel();
     if (output) {
         const auto chosen = static_cast<std::size_t>(options.rank - 1);
-        output->write(
-            moved(mesh, poseOf(result.orientations[chosen], mesh, options.config.baseHeight)));
+        output->write(moved(mesh, poseOf(result.orientations[chosen], mesh, centerOf(mesh),
+                                         options.config.baseHeight)));
     }
     printReport(options,
                 options.isJson ? reportJson(options, result) : reportTable(options, result));

@@ -21,15 +21,15 @@ Json settingsOf(const OrientOptions& options) {
             {"seed", options.seed}};
 }
 
-Json recordOf(const OrientOptions& options, const TriangleMesh& mesh, const OptOrientation& o,
-              int rank) {
+Json recordOf(const OrientOptions& options, const TriangleMesh& mesh, const UPoint3<float>& center,
+              const OptOrientation& o, int rank) {
     return {{"rank", rank},
             {"score", o.score},
             {"axis", valueOf(o.axis.GetNormal())},
             {"angleRad", o.angle},
             {"angleDeg", degreesOf(o.angle)},
             {"up", valueOf(upOf(o))},
-            {"matrix", valueOf(poseOf(o, mesh, options.config.baseHeight))},
+            {"matrix", valueOf(poseOf(o, mesh, center, options.config.baseHeight))},
             {"heightMm", o.height},
             {"supportVolumeMm3", o.supportVolume},
             {"overhangAreaMm2", o.overhangArea},
@@ -41,9 +41,10 @@ Json recordOf(const OrientOptions& options, const TriangleMesh& mesh, const OptO
 
 std::string reportJson(const OrientOptions& options, const OrientResult& result) {
     Json records = Json::array();
+    const UPoint3<float> center = centerOf(result.part.mesh);
     int rank = 0;
     for (const OptOrientation& o : result.orientations) {
-        records.push_back(recordOf(options, result.part.mesh, o, ++rank));
+        records.push_back(recordOf(options, result.part.mesh, center, o, ++rank));
     }
     const Json report = {{"schema", "tesk-orient/orient/1"},
                          {"input", inputValue(options, result.part)},

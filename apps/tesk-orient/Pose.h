@@ -6,11 +6,14 @@
 
 namespace App {
 
+/// The centre of a mesh's box.
+UPoint3<float> centerOf(const TriangleMesh& mesh);
+
 /// The transform of a ranked orientation, for row vectors (p' = p · M): the turn about the centre
 /// of the part's box and, where `baseHeight` is above −1, the move of its lowest point to that
 /// height.
 UMatrix4<float> poseOf(const OptimizeOrient::OptOrientation& orientation, const TriangleMesh& mesh,
-                       float baseHeight);
+                       const UPoint3<float>& center, float baseHeight);
 
 /// A transform followed by the move that brings the part's lowest point to a height.
 UMatrix4<float> setDown(const TriangleMesh& mesh, const UMatrix4<float>& m, float height);

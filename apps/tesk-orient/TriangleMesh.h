@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "TeskDataBasic/UPoint3.h"
+#include "TeskPartFiles/PartFiles.h"
 
 namespace App {
 
@@ -13,5 +14,9 @@ struct TriangleMesh {
     std::vector<UPoint3<float>> positions;
     std::vector<std::array<std::int32_t, 3>> triangles;
 };
+
+/// The same mesh as the file library holds it, and back.
+Tesk::PartMesh partMeshOf(TriangleMesh mesh);
+TriangleMesh triangleMeshOf(Tesk::PartMesh part);
 
 }  // namespace App

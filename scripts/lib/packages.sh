@@ -9,8 +9,6 @@ g++|the compiler
 cmake|the build system
 ninja-build|runs the build
 libmash-dev|the hash map of the orientation library
-libassimp-dev|tesk-orient reads and writes mesh files with it
-zlib1g-dev|its compression
 libzip-dev|unpacks and packs 3MF files
 libexpat1-dev|reads the XML in them
 libcli11-dev|tesk-orient's command line
@@ -32,7 +30,6 @@ g++-mingw-w64-x86-64-posix|the compiler for Windows
 wine64|runs programs for Windows
 googletest|sources of the test framework
 libz-mingw-w64-dev|tesk-orient's compression, for Windows
-libutfcpp-dev|the mesh file library needs it to build
 dpkg-dev|unpacks source packages
 LIST
             ;;

@@ -7,7 +7,7 @@
 
 #include "Part.h"
 
-/// The sample meshes: real parts in STL, OBJ, PLY and 3MF files, which do not belong to this
+/// The sample meshes: real parts in files that the file library reads, which do not belong to this
 /// repository. They are looked for in the folder that the environment variable TESK_MESH_DIR or the
 /// CMake variable of that name gives. Sorted by name; empty where the folder is absent.
 std::vector<std::filesystem::path> sampleMeshes();
