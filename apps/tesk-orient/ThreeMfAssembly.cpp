@@ -168,7 +168,7 @@ void ThreeMfAssembly::warn(const std::string& root, Warnings& warnings) const {
         warnings.push_back(
             {"unknown-unit", fmt::format("{} gives its unit as {}, which 3MF does not know; "
                                          "millimetres are taken",
-                                         quotedName(name), quoted(model.unit))});
+                                         quotedName(name), App::quoted(model.unit))});
     }
 }
 
