@@ -27,6 +27,7 @@ inline bool isFinite(const PartPoint& p) {
 }
 
 constexpr std::size_t kPointsPerBlock = 48;
+constexpr std::size_t kPointsPerCount = 128 * kPointsPerBlock;
 constexpr std::size_t kPointsPerWorker = 50'000;
 
 /// Fills one table with points that `load(i)` gives, and slots[i] with their places in it.
@@ -58,13 +59,13 @@ class TableFiller {
  private:
     void fillShare(TableFill& fill, std::size_t first, std::size_t last, bool reports) {
         std::array<PartPoint, kPointsPerBlock> block;
-        for (std::size_t start = first; start < last && !m_isFull; start += kPointsPerBlock) {
+        std::size_t news = 0;
+        for (std::size_t start = first; start < last; start += kPointsPerBlock) {
             const std::size_t count = std::min(kPointsPerBlock, last - start);
             for (std::size_t k = 0; k < count; ++k) {
                 block[k] = m_load(start + k);
                 fill.table->prefetch(block[k]);
             }
-            std::size_t news = 0;
             for (std::size_t k = 0; k < count; ++k) {
                 if (!isFinite(block[k])) {
                     noteBad(fill, start + k);
@@ -76,9 +77,11 @@ class TableFiller {
                     return;
                 }
             }
-            countNews(news);
+            if ((start - first) % kPointsPerCount != 0) continue;
+            if (!countNews(news)) return;
             if (reports) m_progress.report(start - first, last - first, 0, 70);
         }
+        countNews(news);
     }
 
     void noteBad(TableFill& fill, std::size_t point) {
@@ -86,10 +89,13 @@ class TableFiller {
         fill.firstBad = std::min(fill.firstBad, point);
     }
 
-    void countNews(std::size_t news) {
-        if (news == 0) return;
-        const std::size_t distinct = m_distinct.fetch_add(news, std::memory_order_relaxed) + news;
-        if (distinct > m_mostDistinct) m_isFull.store(true, std::memory_order_relaxed);
+    /// Whether the table is good for more. Rarely called: all threads write to one place here.
+    bool countNews(std::size_t& news) {
+        if (m_distinct.fetch_add(news, std::memory_order_relaxed) + news > m_mostDistinct) {
+            m_isFull.store(true, std::memory_order_relaxed);
+        }
+        news = 0;
+        return !m_isFull.load(std::memory_order_relaxed);
     }
 
     std::size_t m_points;
@@ -98,7 +104,7 @@ class TableFiller {
     Progress& m_progress;
     std::mutex m_mutex;
     std::size_t m_mostDistinct = 0;
-    std::atomic<std::size_t> m_distinct = 0;
+    alignas(64) std::atomic<std::size_t> m_distinct = 0;  // apart from what all threads read
     std::atomic<bool> m_isFull = false;
 };
 
