@@ -2,13 +2,15 @@
 #include <gtest/gtest.h>
 
 #include "ReadText.h"
+#include "text/Message.h"
 
 namespace {
 
 using Tesk::PartFormat;
+using Tesk::files::message;
 using testing::ElementsAre;
 
-constexpr const char* kSquare = "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n";
+const std::string kSquare = "v 0 0 0\nv 1 0 0\nv 1 1 0\nv 0 1 0\n";
 
 Tesk::PartFile read(const std::string& text) {
     return Tesk::readPart(text, PartFormat::kObj);
@@ -29,14 +31,15 @@ TEST(Obj, IndicesComeInEveryForm) {
     for (const char* face : {"f 1 2 3 4\n", "f 1/2 2/3 3/4 4/5\n", "f 1/2/3 2//5 3/1/ 4//\n",
                              "f -4 -3 -2 -1\n", "f 1 2 \\\n 3 \\\r\n 4\n", "f +1 2 3 4 # corners",
                              "fo 1 2 3 4\n", "f 1 2 3\\\n4\n", "f 1 2 3 4"}) {
-        EXPECT_EQ(read(std::string(kSquare) + face).mesh.triangles, square) << face;
+        EXPECT_EQ(read(kSquare + face).mesh.triangles, square) << face;
     }
 }
 
 TEST(Obj, IsReadInEveryLayout) {
-    const std::string text = "# a comment\no square\n" + std::string(kSquare) +
-                             "vn 0 0 1\nvt nonsense\ng group\nusemtl none\ns off\nl 1 2\np 1\n"
-                             "f 1 2 3 4  \n";
+    const std::string text =
+        message("# a comment\no square\n", kSquare,
+                "vn 0 0 1\nvt nonsense\ng group\nusemtl none\ns off\nl 1 2\np 1\n"
+                "f 1 2 3 4  \n");
     for (const char* lineEnd : {"\n", "\r\n", "\r", " \n", "\n\n"}) {
         const Tesk::PartFile part = read(withLineEnds(text, lineEnd));
         EXPECT_EQ(part.mesh.positions.size(), 4u);
@@ -48,7 +51,7 @@ TEST(Obj, IsReadInEveryLayout) {
 }
 
 TEST(Obj, FacesMayComeBeforeTheirVertices) {
-    EXPECT_EQ(read("f 1 2 3 4\n" + std::string(kSquare)).mesh.triangles,
+    EXPECT_EQ(read(message("f 1 2 3 4\n", kSquare)).mesh.triangles,
               (Triangles{{0, 1, 2}, {0, 2, 3}}));
 }
 
@@ -60,14 +63,14 @@ TEST(Obj, EqualVerticesBecomeOneAndUnusedOnesGo) {
 }
 
 TEST(Obj, FacesOfOneOrTwoCornersAreLeftOut) {
-    const Tesk::PartFile part = read(std::string(kSquare) + "f 1 2\nf 1\nf 1 2 3\n");
+    const Tesk::PartFile part = read(message(kSquare, "f 1 2\nf 1\nf 1 2 3\n"));
     EXPECT_EQ(part.mesh.triangles.size(), 1u);
     EXPECT_THAT(codesOf(part), ElementsAre("small-faces"));
     EXPECT_EQ(part.warnings[0].count, 2);
 }
 
 TEST(Obj, WhatIsMissingIsNamedWithItsLine) {
-    const std::string square = kSquare;
+    const std::string& square = kSquare;
     EXPECT_EQ(trouble(square + "f 1 2 5\n"), "line 5: a face names vertex 5, but the file has 4");
     EXPECT_EQ(trouble("f 1 2 3\nf 1 2 6\nf 1 2 5\n" + square),
               "line 2: a face names vertex 6, but the file has 4");
