@@ -8,14 +8,16 @@
 #include <CLI/CLI.hpp>
 
 #include "BenchMeshes.h"
-#include "EvaluateOrient.h"
-#include "FlatMesh.h"
 #include "FloatBits.h"
-#include "InitOrients.h"
 #include "OrientOptimizer.h"
 #include "PairedTimer.h"
 #include "PlainEvaluation.h"
 #include "TreePerCandidate.h"
+#include "orient/candidates/InitOrients.h"
+#include "orient/evaluation/EvaluateOrient.h"
+#include "orient/turn/Flatten.h"
+
+using namespace Tesk::orient;
 
 namespace {
 

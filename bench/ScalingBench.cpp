@@ -14,14 +14,16 @@
 
 #include "BenchMeshes.h"
 #include "CadShapes.h"
-#include "EvaluateOrient.h"
-#include "FlatMesh.h"
 #include "FloatBits.h"
-#include "InitOrients.h"
 #include "OrientOptimizer.h"
 #include "PairedTimer.h"
 #include "PlainEvaluation.h"
 #include "Shapes.h"
+#include "orient/candidates/InitOrients.h"
+#include "orient/evaluation/EvaluateOrient.h"
+#include "orient/turn/Flatten.h"
+
+using namespace Tesk::orient;
 
 namespace {
 

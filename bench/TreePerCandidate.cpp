@@ -4,9 +4,11 @@
 #include <cmath>
 #include <numbers>
 
-#include "CandidateRotation.h"
-#include "SampleGrid.h"
-#include "TriangleRectTree.h"
+#include "orient/grid/SampleGrid.h"
+#include "orient/rotation/CandidateRotation.h"
+#include "orient/sampling/TriangleRectTree.h"
+
+using namespace Tesk::orient;
 
 namespace {
 

@@ -5,13 +5,15 @@
 #include <cstdlib>
 #include <vector>
 
-#include "EvaluateOrient.h"
-#include "FlatMesh.h"
 #include "FloatBits.h"
 #include "FuzzInput.h"
 #include "OrientOptimizer.h"
 #include "PlainEvaluation.h"
-#include "SampleGrid.h"
+#include "orient/evaluation/EvaluateOrient.h"
+#include "orient/grid/SampleGrid.h"
+#include "orient/turn/Flatten.h"
+
+using namespace Tesk::orient;
 
 namespace {
 

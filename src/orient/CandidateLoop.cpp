@@ -1,10 +1,12 @@
-#include "CandidateLoop.h"
+#include "orient/CandidateLoop.h"
 
 #include <algorithm>
 #include <span>
 
-#include "EvaluateOrient.h"
 #include "TeskDebug/Exception.h"
+#include "orient/evaluation/EvaluateOrient.h"
+
+namespace Tesk::orient {
 
 CandidateLoop::CandidateLoop(const FlatMesh& mesh, const std::vector<float>& areas,
                              const std::vector<UVector3<float>>& candidates,
@@ -95,3 +97,5 @@ void CandidateLoop::report() {
         m_isAborted = true;
     }
 }
+
+}  // namespace Tesk::orient

@@ -6,11 +6,13 @@
 #include <optional>
 #include <vector>
 
-#include "FlatMesh.h"
 #include "OrientOptimizer.h"
-#include "RankOrients.h"
 #include "TeskDataBasic/UVector3.h"
 #include "TeskThreads/Team.h"
+#include "orient/mesh/FlatMesh.h"
+#include "orient/ranking/RankOrients.h"
+
+namespace Tesk::orient {
 
 /// The parallel evaluation of all candidates: each thread has a share of them, which it takes in
 /// order and in groups; when it has done, it takes what is left of the others'. Only the calling
@@ -47,3 +49,5 @@ class CandidateLoop {
     std::atomic<bool> m_isAborted = false;
     std::int32_t m_counter = 0;
 };
+
+}  // namespace Tesk::orient

@@ -2,13 +2,14 @@
 
 #include <cmath>
 
-#include "CandidateLoop.h"
-#include "FlatMesh.h"
-#include "InitOrients.h"
-#include "RankOrients.h"
 #include "TeskDebug/StopWatchLog.h"
 #include "TeskMeshData/TeskMath.h"
+#include "orient/CandidateLoop.h"
+#include "orient/candidates/InitOrients.h"
+#include "orient/ranking/RankOrients.h"
+#include "orient/turn/Flatten.h"
 
+namespace Tesk::orient {
 namespace {
 
 using OptimizeOrient::Configure;
@@ -73,9 +74,11 @@ void rankBuildDirections(MeshKernel* mesh, const Configure& config, UVector3<flo
 }
 
 }  // namespace
+}  // namespace Tesk::orient
 
-void OrientOptimizer::calculateOrients(MeshKernel* mesh, Configure config, UVector3<float>& axis,
-                                       float& angle, std::vector<OptOrientation>* orientations,
+void OrientOptimizer::calculateOrients(MeshKernel* mesh, OptimizeOrient::Configure config,
+                                       UVector3<float>& axis, float& angle,
+                                       std::vector<OptimizeOrient::OptOrientation>* orientations,
                                        std::function<void(int)> progress) {
-    rankBuildDirections(mesh, config, axis, angle, orientations, progress);
+    Tesk::orient::rankBuildDirections(mesh, config, axis, angle, orientations, progress);
 }

@@ -1,9 +1,12 @@
-#include "CandidateLoop.h"
+#include "orient/CandidateLoop.h"
 
 #include <gtest/gtest.h>
 
 #include "OmpThreads.h"
 #include "Shapes.h"
+#include "orient/turn/Flatten.h"
+
+using namespace Tesk::orient;
 
 namespace {
 

@@ -6,11 +6,13 @@
 #include <span>
 #include <vector>
 
-#include "EvaluateOrient.h"
-#include "FlatMesh.h"
 #include "FloatBits.h"
 #include "PlainEvaluation.h"
 #include "TestSize.h"
+#include "orient/evaluation/EvaluateOrient.h"
+#include "orient/turn/Flatten.h"
+
+namespace Tesk::orient {
 
 /// What an evaluation is asked for beside mesh and direction.
 struct Question {
@@ -112,3 +114,5 @@ inline void expectSameAsPlain(const MeshKernel& mesh,
             << "\ndirection " << i << " alone, base height " << question.baseHeight;
     }
 }
+
+}  // namespace Tesk::orient

@@ -4,17 +4,19 @@
 
 #include "CadShapes.h"
 #include "CompareRecords.h"
-#include "FlatMesh.h"
 #include "FloatBits.h"
-#include "InitOrients.h"
 #include "OmpThreads.h"
-#include "RandomSource.h"
 #include "ReferenceShapes.h"
 #include "SampleMeshes.h"
 #include "Shapes.h"
 #include "TeskDebug/StopWatchLog.h"
 #include "TestRandom.h"
 #include "TestSize.h"
+#include "orient/candidates/InitOrients.h"
+#include "orient/candidates/RandomSource.h"
+#include "orient/turn/Flatten.h"
+
+using namespace Tesk::orient;
 
 namespace {
 

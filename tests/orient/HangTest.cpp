@@ -10,6 +10,8 @@
 #include "Shapes.h"
 #include "TestSize.h"
 
+using namespace Tesk::orient;
+
 namespace {
 
 /// Ranks a part with everything switched on and expects a whole result.

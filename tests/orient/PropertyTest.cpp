@@ -11,6 +11,8 @@
 #include "TestRandom.h"
 #include "TestSize.h"
 
+using namespace Tesk::orient;
+
 namespace {
 
 using Direction = UVector3<float>;

@@ -1,0 +1,225 @@
+#include "orient/candidates/InitOrients.h"
+
+#include <robin_hood.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "TeskThreads/Team.h"
+#include "orient/candidates/DirectionBuckets.h"
+#include "orient/candidates/DirectionKey.h"
+#include "orient/candidates/RandomSource.h"
+
+namespace Tesk::orient {
+namespace {
+
+using Direction = UVector3<float>;
+using Mesh = UMesh<float>;
+
+constexpr std::size_t kPopularBuckets = 10;
+
+/// Down, 45° around down, horizontal every 45°, 45° around up, up.
+constexpr std::array<Direction, 18> baseDirections() {
+    constexpr float s = 0.70710677f;
+    return {{{0, 0, -1},
+             {s, 0, -s},
+             {0, s, -s},
+             {-s, 0, -s},
+             {0, -s, -s},
+             {1, 0, 0},
+             {s, s, 0},
+             {0, 1, 0},
+             {-s, s, 0},
+             {-1, 0, 0},
+             {-s, -s, 0},
+             {0, -1, 0},
+             {s, -s, 0},
+             {s, 0, s},
+             {0, s, s},
+             {-s, 0, s},
+             {0, -s, s},
+             {0, 0, 1}}};
+}
+
+bool isUsable(const Direction& d) {
+    return std::isfinite(d.x) && std::isfinite(d.y) && std::isfinite(d.z) && d != Direction();
+}
+
+void appendWithOpposite(std::vector<Direction>& candidates, const Direction& direction) {
+    if (!isUsable(direction)) return;
+    candidates.push_back(direction);
+    candidates.push_back(Direction() - direction);
+}
+
+/// Counts directions on all threads of a team, each in buckets of its own.
+class TeamBuckets {
+ public:
+    explicit TeamBuckets(Tesk::Team& team)
+        : m_team(team), m_buckets(static_cast<std::size_t>(team.size())) {}
+
+    /// How many directions a thread finds at a time.
+    static constexpr std::int64_t kPiece = 4096;
+
+    /// Counts what find(first, end, add) finds for 0 up to `count`: it is to call
+    /// add(direction, i) for i from first up to end, in order, or leave some out.
+    template <class Find>
+    void count(std::int64_t count, Find find) {
+        m_team.forPieces(count, kPiece, [&](std::int64_t first, std::int64_t end, int thread) {
+            DirectionBuckets& buckets = bucketsOf(thread);
+            find(first, end, [&](const Direction& direction, std::int64_t i) {
+                buckets.add(DirectionBuckets::cellOf(direction), direction,
+                            static_cast<std::int32_t>(i));
+            });
+        });
+    }
+
+    /// Appends the directions of the fullest buckets, each with its opposite, and empties all.
+    void appendFullest(std::vector<Direction>& candidates) {
+        DirectionBuckets& all = bucketsOf(0);
+        for (auto others = m_buckets.begin() + 1; others != m_buckets.end(); ++others) {
+            if (*others) all.take(**others);
+        }
+        for (const DirectionBucket& bucket : all.takeFullest(kPopularBuckets)) {
+            appendWithOpposite(candidates, bucket.last);
+        }
+    }
+
+ private:
+    /// Made by the thread that fills them.
+    DirectionBuckets& bucketsOf(int thread) {
+        std::optional<DirectionBuckets>& buckets = m_buckets[static_cast<std::size_t>(thread)];
+        return buckets ? *buckets : buckets.emplace();
+    }
+
+    Tesk::Team& m_team;
+    std::vector<std::optional<DirectionBuckets>> m_buckets;
+};
+
+void appendTriangleNormals(const Mesh& mesh, TeamBuckets& buckets,
+                           std::vector<Direction>& candidates) {
+    buckets.count(mesh.TriangleCount(), [&](std::int64_t first, std::int64_t end, auto add) {
+        for (std::int64_t i = first; i < end; ++i) {
+            add(mesh.Triangle(static_cast<std::int32_t>(i))->N(), i);
+        }
+    });
+    buckets.appendFullest(candidates);
+}
+
+int samplesPerTriangle(std::int32_t triangles) {
+    if (triangles < 1000) return 30;
+    if (triangles < 2000) return 15;
+    if (triangles < 5000) return 5;
+    if (triangles < 10000) return 3;
+    if (triangles < 20000) return 2;
+    return 1;
+}
+
+/// Where a vertex lies as placed; an identity placement leaves its bits alone.
+class PlacedPoints {
+ public:
+    explicit PlacedPoints(const UMatrix4<float>& placement)
+        : m_placement(placement), m_isIdentity(placement.isIdenticalMatrix()) {}
+
+    UPoint3<float> operator()(const UVertex<float>& vertex) const {
+        const UPoint3<float>& p = vertex.P();
+        return m_isIdentity ? p : p * m_placement;
+    }
+
+ private:
+    UMatrix4<float> m_placement;
+    bool m_isIdentity;
+};
+
+/// What was drawn for a plane: the corner left out, and the place of the vertex from anywhere among
+/// the first 32,768.
+struct Draw {
+    int skipped;
+    std::int32_t anywhere;
+};
+
+/// The normal of the plane through two corners of a triangle and one vertex from anywhere.
+Direction planeNormal(const Mesh& mesh, const PlacedPoints& points, std::int32_t triangle,
+                      const Draw& draw) {
+    const UTriangle<float>& t = *mesh.Triangle(triangle);
+    const std::int32_t anywhere =
+        draw.anywhere < mesh.VertexCount() ? draw.anywhere : draw.anywhere % mesh.VertexCount();
+    const UPoint3<float> p0 = points(*t.V(draw.skipped == 0 ? 1 : 0));
+    const UPoint3<float> p1 = points(*t.V(draw.skipped == 2 ? 1 : 2));
+    const UPoint3<float> p2 = points(*mesh.Vertex(anywhere));
+    return ((p1 - p0) * (p2 - p0)).GetNormal();
+}
+
+/// What is drawn for each plane, as if all were drawn one after another on the calling thread.
+class PlaneDraws {
+ public:
+    explicit PlaneDraws(std::int64_t planes) : m_numbers(static_cast<std::size_t>(planes) * 2) {}
+
+    /// Calls take(draw) for the planes from `first` up to `end`, at most TeamBuckets::kPiece.
+    template <class Take>
+    void forEach(std::int64_t first, std::int64_t end, Take take) const {
+        std::array<std::uint16_t, TeamBuckets::kPiece * 2> storage;
+        const auto numbers = std::span(storage).first(static_cast<std::size_t>(end - first) * 2);
+        m_numbers.read(static_cast<std::size_t>(first) * 2, numbers);
+        for (std::size_t k = 0; k < numbers.size(); k += 2) {
+            const int skipped = numbers[k] % 3;
+            take(Draw{skipped, numbers[k + 1]});
+        }
+    }
+
+ private:
+    RandomRun m_numbers;
+};
+
+void appendSampledNormals(const Mesh& mesh, const UMatrix4<float>& placement, TeamBuckets& buckets,
+                          std::vector<Direction>& candidates) {
+    const std::int32_t triangles = mesh.TriangleCount();
+    const std::int64_t planes = std::int64_t{triangles} * samplesPerTriangle(triangles);
+    const PlacedPoints points(placement);
+    const PlaneDraws draws(planes);
+    buckets.count(planes, [&](std::int64_t first, std::int64_t end, auto add) {
+        std::int64_t i = first;
+        auto triangle = static_cast<std::int32_t>(first % triangles);
+        draws.forEach(first, end, [&](const Draw& draw) {
+            const Direction normal = planeNormal(mesh, points, triangle, draw);
+            // Planes without a normal are left out; an undefined one counts as one.
+            if (!normal.IsZeroLength()) add(normal, i);
+            ++i;
+            if (++triangle == triangles) triangle = 0;
+        });
+    });
+    buckets.appendFullest(candidates);
+}
+
+std::vector<Direction> withoutDuplicates(const std::vector<Direction>& candidates) {
+    robin_hood::unordered_set<std::int64_t> cells;
+    std::vector<Direction> distinct;
+    distinct.reserve(candidates.size());
+    for (const Direction& direction : candidates) {
+        if (cells.insert(directionKey(direction)).second) distinct.push_back(direction);
+    }
+    return distinct;
+}
+
+}  // namespace
+
+std::vector<Direction> initOrients(MeshKernel* mesh) {
+    const auto shared = mesh->getMesh();
+    mesh->updateTriangleNormal();
+    constexpr auto kBase = baseDirections();
+    std::vector<Direction> candidates(kBase.begin(), kBase.end());
+    constexpr std::int64_t kTrianglesPerThread = 50'000;
+    Tesk::withTeam(Tesk::threadsFor(shared->TriangleCount(), kTrianglesPerThread),
+                   [&](Tesk::Team& team) {
+                       TeamBuckets buckets(team);
+                       appendTriangleNormals(*shared, buckets, candidates);
+                       appendSampledNormals(*shared, mesh->getMatrix(), buckets, candidates);
+                   });
+    return withoutDuplicates(candidates);
+}
+
+}  // namespace Tesk::orient

@@ -1,0 +1,84 @@
+#include "orient/candidates/RandomSource.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "OrientOptimizer.h"
+
+#if defined(_WIN32)
+
+// Microsoft's generator already has 15 bits and one state per thread.
+static_assert(RAND_MAX == 32767);
+
+namespace Tesk::orient {
+
+int nextRandom() {
+    return std::rand();
+}
+
+RandomRun::RandomRun(std::size_t count) : m_numbers(count) {
+    for (std::uint16_t& number : m_numbers) number = static_cast<std::uint16_t>(nextRandom());
+}
+
+void RandomRun::read(std::size_t first, std::span<std::uint16_t> numbers) const {
+    std::copy_n(m_numbers.begin() + static_cast<std::ptrdiff_t>(first), numbers.size(),
+                numbers.begin());
+}
+
+}  // namespace Tesk::orient
+
+void OptimizeOrient::seedRandom(std::uint32_t seed) {
+    std::srand(seed);
+}
+
+#else
+
+namespace Tesk::orient {
+namespace {
+
+constexpr std::uint32_t kFactor = 214013;
+constexpr std::uint32_t kSummand = 2531011;
+
+thread_local std::uint32_t randomState = 1;
+
+/// The next number of a generator in that state.
+std::uint32_t drawFrom(std::uint32_t& state) {
+    state = state * kFactor + kSummand;
+    return (state >> 16) & 0x7fffu;
+}
+
+/// The state that many numbers on: a step done twice is a step of the same kind, with another
+/// factor and summand, and so are two, four and more steps.
+std::uint32_t stateAfter(std::uint32_t state, std::size_t numbers) {
+    std::uint32_t factor = kFactor;
+    std::uint32_t summand = kSummand;
+    for (; numbers != 0; numbers >>= 1) {
+        if ((numbers & 1) != 0) state = state * factor + summand;
+        summand *= factor + 1;
+        factor *= factor;
+    }
+    return state;
+}
+
+}  // namespace
+
+int nextRandom() {
+    return static_cast<int>(drawFrom(randomState));
+}
+
+RandomRun::RandomRun(std::size_t count) : m_start(randomState) {
+    randomState = stateAfter(randomState, count);
+}
+
+void RandomRun::read(std::size_t first, std::span<std::uint16_t> numbers) const {
+    std::uint32_t state = stateAfter(m_start, first);
+    for (std::uint16_t& number : numbers) number = static_cast<std::uint16_t>(drawFrom(state));
+}
+
+}  // namespace Tesk::orient
+
+void OptimizeOrient::seedRandom(std::uint32_t seed) {
+    Tesk::orient::randomState = seed;
+}
+
+#endif

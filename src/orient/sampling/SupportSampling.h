@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "orient/grid/SampleGrid.h"
+#include "orient/mesh/FlatMesh.h"
+#include "orient/sampling/ColumnHits.h"
+#include "orient/turn/TurnedPart.h"
+#include "orient/turn/TurnedTriangle.h"
+
+namespace Tesk::orient {
+
+/// Measures the support that a turned part needs, column by column of a grid.
+///
+/// Every triangle hands its hits to the sample points that it lies over; the hits are then sorted
+/// by sample, and the columns measured in order: x outside, y inside, which fixes the order of the
+/// sums. Where hits pile up, or the grid is large, the grid is measured in pieces, in that order
+/// too, so that the memory does not grow with them.
+class SupportSampler {
+ public:
+    /// Keeps references to all; `areas` holds the area of every triangle.
+    SupportSampler(const FlatMesh& mesh, const std::vector<float>& areas)
+        : m_mesh(mesh), m_areas(areas) {}
+
+    /// A triangle overhangs where its unit normal's z is below −overhangCosine; the ground is
+    /// z = 0.
+    ///
+    /// @param triangles  ascending; all that a sample point may lie under
+    SupportMeasures sample(const TurnedPart& part, const SampleGrid& grid, float overhangCosine,
+                           std::span<const std::int32_t> triangles);
+
+ private:
+    /// Columns and rows from first up to, and not with, end.
+    struct Window {
+        std::uint32_t firstColumn, endColumn, firstRow, endRow;
+
+        bool isEmpty() const { return firstColumn >= endColumn || firstRow >= endRow; }
+        std::uint64_t cells() const;
+        Window with(const Window& other) const;
+    };
+
+    /// The samples in a triangle's rectangle, seen from above; there are some.
+    struct Footprint {
+        Window window;
+        std::int32_t triangle;
+    };
+
+    TurnedTriangle turned(std::int32_t triangle) const;
+    Window allSamples() const;
+    Window windowUnder(const TurnedTriangle& t) const;
+    bool collectAllHits(std::span<const std::int32_t> triangles);
+    void sampleWindow(const Window& window, std::span<const Footprint> footprints);
+    void sampleHalves(const Window& window, std::span<const Footprint> footprints);
+    void collectHits(const Window& window, const Window& samples, const TurnedTriangle& t,
+                     std::int32_t triangle);
+    void measureHits(std::uint64_t cells);
+    void sortHits(std::uint64_t cells);
+
+    const FlatMesh& m_mesh;
+    const std::vector<float>& m_areas;
+    const TurnedPart* m_part = nullptr;
+    const SampleGrid* m_grid = nullptr;
+    float m_overhangCosine = 0.0f;
+    SupportMeasures m_sums;
+    std::vector<ColumnHit> m_hits;  ///< samples counted within a window
+    std::vector<ColumnHit> m_sortedHits;
+    std::vector<std::uint32_t> m_places;
+    std::vector<float> m_heights;
+};
+
+}  // namespace Tesk::orient
