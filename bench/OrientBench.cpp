@@ -54,11 +54,9 @@ std::uint64_t hashOfShipped(const std::vector<float>& areas, const MeshKernel& m
         const std::size_t count = std::min(kGroupSize, candidates.size() - first);
         evaluator.begin(std::span(candidates).subspan(first, count));
         for (std::size_t k = 0; k < count; ++k) {
-            float height, supportVolume, overhangArea, projectedArea, boxVolume, reserved;
-            evaluator.evaluate(k, height, supportVolume, overhangArea, projectedArea, boxVolume,
-                               reserved);
+            const OrientMeasures m = evaluator.evaluate(k);
             for (const float value :
-                 {height, supportVolume, overhangArea, projectedArea, boxVolume}) {
+                 {m.height, m.supportVolume, m.overhangArea, m.projectedArea, m.boxVolume}) {
                 hash.add(value);
             }
         }

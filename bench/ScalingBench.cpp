@@ -54,9 +54,9 @@ Evaluated evaluate(const Part& part, int runs) {
                 const std::size_t count = std::min(kGroupSize, candidates.size() - first);
                 evaluator.begin(std::span(candidates).subspan(first, count));
                 for (std::size_t k = 0; k < count; ++k) {
-                    float height, volume, overhang, projected, box, reserved;
-                    evaluator.evaluate(k, height, volume, overhang, projected, box, reserved);
-                    for (const float value : {height, volume, overhang, projected, box}) {
+                    const OrientMeasures m = evaluator.evaluate(k);
+                    for (const float value : {m.height, m.supportVolume, m.overhangArea,
+                                              m.projectedArea, m.boxVolume}) {
                         hash.add(value);
                     }
                 }

@@ -72,10 +72,11 @@ void compareWithPlain(const MeshKernel& mesh, const UVector3<float>& direction,
     OrientEvaluator evaluator(areas, flat, config.overhangAngle, /*computeSupport=*/true,
                               config.baseHeight);
     evaluator.begin({&direction, 1});
+    const OrientMeasures m = evaluator.evaluate(0);
+    expectSame(
+        {m.height, m.supportVolume, m.overhangArea, m.projectedArea, m.boxVolume, m.reservedScore},
+        plain);
     PlainScores s;
-    evaluator.evaluate(0, s.height, s.supportVolume, s.overhangArea, s.projectedArea, s.boxVolume,
-                       s.reservedScore);
-    expectSame(s, plain);
     evaluateOrient(areas, &mesh, direction, config.overhangAngle, /*computeSupport=*/true, s.height,
                    s.supportVolume, s.overhangArea, s.projectedArea, s.boxVolume, s.reservedScore,
                    config.baseHeight);

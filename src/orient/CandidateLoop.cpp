@@ -4,7 +4,7 @@
 #include <span>
 
 #include "TeskDebug/Exception.h"
-#include "orient/evaluation/EvaluateOrient.h"
+#include "common/Assert.h"
 
 namespace Tesk::orient {
 
@@ -17,7 +17,10 @@ CandidateLoop::CandidateLoop(const FlatMesh& mesh, const std::vector<float>& are
       m_candidates(candidates),
       m_config(config),
       m_progress(progress),
-      m_scores(scores) {}
+      m_scores(scores) {
+    TESK_ASSERT(areas.size() == mesh.corners.size());
+    TESK_ASSERT(scores.height.size() == candidates.size());
+}
 
 void CandidateLoop::run() {
     Tesk::withTeam(Tesk::mostThreads(), [&](Tesk::Team& team) { evaluateOn(team); });
@@ -29,8 +32,8 @@ bool CandidateLoop::needsSupport() const {
            m_config.computeSupport != 0;
 }
 
-/// Shares of one after another candidate, the first threads' one larger where they do not come out
-/// even.
+/// The first candidate of a share. If the candidates do not divide evenly, each of the first shares
+/// has one more than the rest.
 std::size_t CandidateLoop::firstOfShare(std::size_t share) const {
     const std::size_t shares = m_next.size();
     return m_candidates.size() / shares * share + std::min(m_candidates.size() % shares, share);
@@ -48,17 +51,17 @@ void CandidateLoop::evaluateOn(Tesk::Team& team) {
         }
     });
     const auto reports = static_cast<std::int32_t>(firstOfShare(1));
-    while (m_counter < reports && !m_isAborted) report();
+    while (m_reports < reports && !m_isAborted) report();
 }
 
-/// The first candidate of a group that nobody has taken, of the thread's own share or else of the
-/// next ones.
-std::optional<std::size_t> CandidateLoop::nextGroup(int thread, std::size_t& end) {
+/// Takes a group from the thread's own share or, if nothing is left there, from the next share that
+/// has one. None when all candidates are taken.
+std::optional<CandidateLoop::Group> CandidateLoop::nextGroup(int thread) {
     for (std::size_t k = 0; k < m_next.size(); ++k) {
         const std::size_t share = (static_cast<std::size_t>(thread) + k) % m_next.size();
-        end = firstOfShare(share + 1);
+        const std::size_t end = firstOfShare(share + 1);
         const std::size_t first = m_next[share].fetch_add(kGroupSize);
-        if (first < end) return first;
+        if (first < end) return Group{first, std::min(kGroupSize, end - first)};
     }
     return std::nullopt;
 }
@@ -66,29 +69,34 @@ std::optional<std::size_t> CandidateLoop::nextGroup(int thread, std::size_t& end
 void CandidateLoop::work(int thread) {
     OrientEvaluator evaluator(m_areas, m_mesh, m_config.overhangAngle, needsSupport(),
                               m_config.baseHeight);
-    std::size_t end = 0;
-    while (const std::optional<std::size_t> first = nextGroup(thread, end)) {
-        const std::size_t count = std::min(kGroupSize, end - *first);
+    while (const std::optional<Group> group = nextGroup(thread)) {
         if (m_isAborted) return;
-        evaluator.begin(std::span(m_candidates).subspan(*first, count));
-        for (std::size_t k = 0; k < count && !m_isAborted; ++k) {
-            const std::size_t i = *first + k;
-            evaluator.evaluate(k, m_scores.height[i], m_scores.supportVolume[i],
-                               m_scores.overhangArea[i], m_scores.projectedArea[i],
-                               m_scores.boxVolume[i], m_scores.reservedScore[i]);
+        evaluator.begin(std::span(m_candidates).subspan(group->first, group->count));
+        for (std::size_t k = 0; k < group->count && !m_isAborted; ++k) {
+            store(group->first + k, evaluator.evaluate(k));
             if (thread == 0) report();
         }
     }
 }
 
-/// The calling thread's count times the number of threads goes from nothing to all candidates. What
-/// it does beyond its share is not reported; where others did a part of that, it reports the rest
-/// when all is done.
+void CandidateLoop::store(std::size_t candidate, const OrientMeasures& measures) {
+    m_scores.height[candidate] = measures.height;
+    m_scores.supportVolume[candidate] = measures.supportVolume;
+    m_scores.overhangArea[candidate] = measures.overhangArea;
+    m_scores.projectedArea[candidate] = measures.projectedArea;
+    m_scores.boxVolume[candidate] = measures.boxVolume;
+    m_scores.reservedScore[candidate] = measures.reservedScore;
+}
+
+/// The number of reports so far, times the number of threads, estimates how many candidates are
+/// evaluated: it runs from 0 to about all of them. The calling thread does not report candidates of
+/// other shares. If other threads have evaluated candidates of its share, evaluateOn() makes the
+/// missing reports at the end.
 void CandidateLoop::report() {
-    if (m_counter >= static_cast<std::int32_t>(firstOfShare(1))) return;
-    const float done = static_cast<float>(m_counter) * static_cast<float>(m_next.size()) /
+    if (m_reports >= static_cast<std::int32_t>(firstOfShare(1))) return;
+    const float done = static_cast<float>(m_reports) * static_cast<float>(m_next.size()) /
                        static_cast<float>(m_candidates.size());
-    ++m_counter;
+    ++m_reports;
     if (!m_progress || m_isAborted) return;
     const float fraction = std::min(done, 1.0f);
     try {

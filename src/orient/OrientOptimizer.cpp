@@ -18,16 +18,16 @@ using Progress = std::function<void(int)>;
 
 /// The area of every triangle as placed, scale included.
 std::vector<float> placedAreas(Tesk::Team& team, const FlatMesh& mesh) {
-    constexpr std::int64_t kPiece = 8192;
+    constexpr std::int64_t kTrianglesPerPiece = 8192;
     const auto count = static_cast<std::int64_t>(mesh.corners.size());
-    // An identity changes no more than a zero's sign, which no area shows.
+    // With finite coordinates, an identity changes at most the sign of a zero, which no area shows.
     const bool isInPlace = mesh.placement.isIdenticalMatrix() && std::isfinite(mesh.reach);
     const auto placed = [&](std::int32_t vertex) {
         const UPoint3<float> p = mesh.point(vertex);
         return isInPlace ? p : p * mesh.placement;
     };
     std::vector<float> areas(mesh.corners.size());
-    team.forPieces(count, kPiece, [&](std::int64_t first, std::int64_t end, int) {
+    team.forPieces(count, kTrianglesPerPiece, [&](std::int64_t first, std::int64_t end, int) {
         for (std::int64_t i = first; i < end; ++i) {
             const auto& [a, b, c] = mesh.corners[static_cast<std::size_t>(i)];
             areas[static_cast<std::size_t>(i)] =
@@ -37,7 +37,7 @@ std::vector<float> placedAreas(Tesk::Team& team, const FlatMesh& mesh) {
     return areas;
 }
 
-/// What all evaluations share.
+/// The data that all evaluations share.
 struct Measured {
     FlatMesh mesh;
     std::vector<float> areas;

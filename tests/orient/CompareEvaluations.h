@@ -22,25 +22,24 @@ struct Question {
     PlainSearch search = PlainSearch::kTrianglesOfColumn;
 };
 
-/// The evaluation under test, for directions that go through the mesh together, with its outputs in
-/// records. The outputs start with rubbish, so that one which is not set shows.
+/// The evaluation under test, for directions that are turned in groups.
 inline std::vector<PlainScores> evaluatedTogether(const std::vector<UVector3<float>>& directions,
                                                   OrientEvaluator& evaluator) {
-    std::vector<PlainScores> scores(directions.size(),
-                                    {-77.0f, -77.0f, -77.0f, -77.0f, -77.0f, -77.0f});
+    std::vector<PlainScores> scores(directions.size());
     for (std::size_t first = 0; first < directions.size(); first += kGroupSize) {
         const std::size_t count = std::min(kGroupSize, directions.size() - first);
         evaluator.begin(std::span(directions).subspan(first, count));
         for (std::size_t k = 0; k < count; ++k) {
-            PlainScores& s = scores[first + k];
-            evaluator.evaluate(k, s.height, s.supportVolume, s.overhangArea, s.projectedArea,
-                               s.boxVolume, s.reservedScore);
+            const OrientMeasures m = evaluator.evaluate(k);
+            scores[first + k] = {m.height,        m.supportVolume, m.overhangArea,
+                                 m.projectedArea, m.boxVolume,     m.reservedScore};
         }
     }
     return scores;
 }
 
-/// One direction measured by itself, with the tree.
+/// One direction measured by itself, with the tree. The outputs start with rubbish, so that one
+/// which is not set shows.
 inline PlainScores evaluatedAlone(const std::vector<float>& areas, const MeshKernel& mesh,
                                   const UVector3<float>& direction, const Question& question) {
     PlainScores s{-77.0f, -77.0f, -77.0f, -77.0f, -77.0f, -77.0f};

@@ -3,43 +3,47 @@
 #include <algorithm>
 #include <cmath>
 
+#include "common/Assert.h"
 #include "orient/candidates/DirectionKey.h"
 
 namespace Tesk::orient {
 namespace {
 
-/// What a component of a unit vector can be, and a little more.
-constexpr float kReach = 1.004f;
-/// Cells along one component: from −32 to 33.
-constexpr std::int32_t kCells = 66;
-constexpr std::int32_t kLowest = -32;
+/// Slightly more than the largest component of a unit vector.
+constexpr float kMaxComponent = 1.004f;
+/// The table covers the cells from −32 to 33 along each component.
+constexpr std::int32_t kCellsPerAxis = 66;
+constexpr std::int32_t kLowestCell = -32;
 
-/// Undefined components count as zero.
-bool isWithinReach(float component) {
-    return !(std::fabs(component) > kReach);
+/// NaN counts as zero and so is in the table.
+bool isInTable(float component) {
+    return !(std::fabs(component) > kMaxComponent);
 }
 
-/// The cell along one component, from 0, as directionKey() forms it. The thousandths are few, so
-/// that a product with a reciprocal rounded up gives the quotient.
+/// The cell along one component as directionKey() computes it, counted from 0. The thousandths are
+/// so few that multiplying by a reciprocal that is rounded up gives the exact quotient.
 std::int32_t placeOf(float component) {
     constexpr float kHalfCell = 15.0f;
-    constexpr float kPerCell = 0x1.111112p-5f;  // 1/30 and a little more
+    constexpr float kCellsPerThousandth = 0x1.111112p-5f;  // 1/30 and a little more
     const float defined = component == component ? component : 0.0f;
     const auto thousandths = static_cast<float>(static_cast<std::int32_t>(defined * 1000.0f));
-    return static_cast<std::int32_t>((thousandths + kHalfCell) * kPerCell) - kLowest;
+    return static_cast<std::int32_t>((thousandths + kHalfCell) * kCellsPerThousandth) - kLowestCell;
 }
 
 }  // namespace
 
-DirectionBuckets::DirectionBuckets() : m_places(std::size_t{kCells} * kCells * kCells) {}
+DirectionBuckets::DirectionBuckets()
+    : m_places(std::size_t{kCellsPerAxis} * kCellsPerAxis * kCellsPerAxis) {}
 
 std::uint32_t DirectionBuckets::cellOf(const UVector3<float>& direction) {
     const auto& [x, y, z] = direction;
-    if (!isWithinReach(x) || !isWithinReach(y) || !isWithinReach(z)) return kBeyond;
-    return static_cast<std::uint32_t>((placeOf(z) * kCells + placeOf(y)) * kCells + placeOf(x));
+    if (!isInTable(x) || !isInTable(y) || !isInTable(z)) return kBeyond;
+    return static_cast<std::uint32_t>((placeOf(z) * kCellsPerAxis + placeOf(y)) * kCellsPerAxis +
+                                      placeOf(x));
 }
 
 DirectionBucket& DirectionBuckets::bucketOf(std::uint32_t cell, const UVector3<float>& direction) {
+    TESK_ASSERT(cell == kBeyond || cell < m_places.size());
     Place& place = cell != kBeyond ? m_places[cell] : m_placesBeyond[directionKey(direction)];
     if (place == 0) {
         m_cells.push_back(cell);
@@ -51,13 +55,16 @@ DirectionBucket& DirectionBuckets::bucketOf(std::uint32_t cell, const UVector3<f
 
 void DirectionBuckets::add(std::uint32_t cell, const UVector3<float>& direction,
                            std::int32_t index) {
+    TESK_ASSERT(cell == cellOf(direction));
     DirectionBucket& bucket = bucketOf(cell, direction);
+    TESK_ASSERT(bucket.count == 0 || bucket.index <= index);
     bucket.index = index;
     ++bucket.count;
     bucket.last = direction;
 }
 
 void DirectionBuckets::take(DirectionBuckets& others) {
+    TESK_ASSERT(&others != this);
     for (std::size_t i = 0; i < others.m_buckets.size(); ++i) {
         const DirectionBucket& other = others.m_buckets[i];
         DirectionBucket& bucket = bucketOf(others.m_cells[i], other.last);
@@ -79,9 +86,9 @@ void DirectionBuckets::clear() {
     m_buckets.clear();
 }
 
-std::vector<DirectionBucket> DirectionBuckets::takeFullest(std::size_t most) {
+std::vector<DirectionBucket> DirectionBuckets::takeFullest(std::size_t limit) {
     const auto end =
-        m_buckets.begin() + static_cast<std::ptrdiff_t>(std::min(most, m_buckets.size()));
+        m_buckets.begin() + static_cast<std::ptrdiff_t>(std::min(limit, m_buckets.size()));
     std::partial_sort(m_buckets.begin(), end, m_buckets.end(),
                       [](const DirectionBucket& a, const DirectionBucket& b) {
                           return a.count != b.count ? a.count > b.count : a.index < b.index;

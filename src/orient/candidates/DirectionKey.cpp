@@ -5,15 +5,15 @@
 namespace Tesk::orient {
 namespace {
 
-/// Truncation toward zero, held inside the integer's range.
+/// The value truncated toward zero and clamped to the integer's range.
 std::int64_t truncatedToInt64(float value) {
-    constexpr float kBeyond = 9223372036854775808.0f;
-    if (value >= kBeyond) return std::numeric_limits<std::int64_t>::max();
-    if (value <= -kBeyond) return std::numeric_limits<std::int64_t>::min();
+    constexpr float kTwoTo63 = 9223372036854775808.0f;
+    if (value >= kTwoTo63) return std::numeric_limits<std::int64_t>::max();
+    if (value <= -kTwoTo63) return std::numeric_limits<std::int64_t>::min();
     return value == value ? static_cast<std::int64_t>(value) : 0;
 }
 
-/// Cell index along one component, as the bits of a 64-bit two's complement integer.
+/// The cell index along one component, as the bits of a 64-bit two's complement integer.
 std::uint64_t cellBits(float component) {
     constexpr std::int64_t kHalfCell = 15;
     constexpr std::int64_t kCell = 30;

@@ -11,6 +11,7 @@
 #include <span>
 
 #include "TeskThreads/Team.h"
+#include "common/Assert.h"
 #include "orient/candidates/DirectionBuckets.h"
 #include "orient/candidates/DirectionKey.h"
 #include "orient/candidates/RandomSource.h"
@@ -23,7 +24,7 @@ using Mesh = UMesh<float>;
 
 constexpr std::size_t kPopularBuckets = 10;
 
-/// Down, 45° around down, horizontal every 45°, 45° around up, up.
+/// Down, four at 45° to down, eight horizontal ones, four at 45° to up, up.
 constexpr std::array<Direction, 18> baseDirections() {
     constexpr float s = 0.70710677f;
     return {{{0, 0, -1},
@@ -56,17 +57,18 @@ void appendWithOpposite(std::vector<Direction>& candidates, const Direction& dir
     candidates.push_back(Direction() - direction);
 }
 
-/// Counts directions on all threads of a team, each in buckets of its own.
+/// Counts directions on all threads of a team. Each thread has buckets of its own.
 class TeamBuckets {
  public:
     explicit TeamBuckets(Tesk::Team& team)
         : m_team(team), m_buckets(static_cast<std::size_t>(team.size())) {}
 
-    /// How many directions a thread finds at a time.
+    /// The number of indices that a thread handles at a time.
     static constexpr std::int64_t kPiece = 4096;
 
-    /// Counts what find(first, end, add) finds for 0 up to `count`: it is to call
-    /// add(direction, i) for i from first up to end, in order, or leave some out.
+    /// Counts directions with indices below `count`. find(first, end, add) is called for parts of
+    /// that range; it calls add(direction, i) for i from first up to end, in order, and may skip
+    /// any.
     template <class Find>
     void count(std::int64_t count, Find find) {
         m_team.forPieces(count, kPiece, [&](std::int64_t first, std::int64_t end, int thread) {
@@ -78,7 +80,8 @@ class TeamBuckets {
         });
     }
 
-    /// Appends the directions of the fullest buckets, each with its opposite, and empties all.
+    /// Appends the directions of the fullest buckets, each with its opposite, and empties all
+    /// buckets.
     void appendFullest(std::vector<Direction>& candidates) {
         DirectionBuckets& all = bucketsOf(0);
         for (auto others = m_buckets.begin() + 1; others != m_buckets.end(); ++others) {
@@ -90,7 +93,7 @@ class TeamBuckets {
     }
 
  private:
-    /// Made by the thread that fills them.
+    /// The buckets of a thread, which creates them when it first needs them.
     DirectionBuckets& bucketsOf(int thread) {
         std::optional<DirectionBuckets>& buckets = m_buckets[static_cast<std::size_t>(thread)];
         return buckets ? *buckets : buckets.emplace();
@@ -119,7 +122,7 @@ int samplesPerTriangle(std::int32_t triangles) {
     return 1;
 }
 
-/// Where a vertex lies as placed; an identity placement leaves its bits alone.
+/// Maps vertices to where the placement puts them. An identity leaves their bits unchanged.
 class PlacedPoints {
  public:
     explicit PlacedPoints(const UMatrix4<float>& placement)
@@ -135,16 +138,17 @@ class PlacedPoints {
     bool m_isIdentity;
 };
 
-/// What was drawn for a plane: the corner left out, and the place of the vertex from anywhere among
-/// the first 32,768.
+/// The random choices for a plane: the corner of the triangle that is left out, and the index of a
+/// vertex anywhere in the mesh, before it is reduced to the number of vertices.
 struct Draw {
     int skipped;
-    std::int32_t anywhere;
+    std::int32_t anywhere;  ///< at most 32767
 };
 
 /// The normal of the plane through two corners of a triangle and one vertex from anywhere.
 Direction planeNormal(const Mesh& mesh, const PlacedPoints& points, std::int32_t triangle,
                       const Draw& draw) {
+    TESK_ASSERT(draw.skipped >= 0 && draw.skipped < 3 && draw.anywhere >= 0);
     const UTriangle<float>& t = *mesh.Triangle(triangle);
     const std::int32_t anywhere =
         draw.anywhere < mesh.VertexCount() ? draw.anywhere : draw.anywhere % mesh.VertexCount();
@@ -154,14 +158,17 @@ Direction planeNormal(const Mesh& mesh, const PlacedPoints& points, std::int32_t
     return ((p1 - p0) * (p2 - p0)).GetNormal();
 }
 
-/// What is drawn for each plane, as if all were drawn one after another on the calling thread.
+/// The random choices for all planes. They are the same as if the calling thread made them one
+/// after another, but any thread can read any of them.
 class PlaneDraws {
  public:
     explicit PlaneDraws(std::int64_t planes) : m_numbers(static_cast<std::size_t>(planes) * 2) {}
 
-    /// Calls take(draw) for the planes from `first` up to `end`, at most TeamBuckets::kPiece.
+    /// Calls take(draw) for the planes from `first` up to `end`, at most TeamBuckets::kPiece of
+    /// them.
     template <class Take>
     void forEach(std::int64_t first, std::int64_t end, Take take) const {
+        TESK_ASSERT(first <= end && end - first <= TeamBuckets::kPiece);
         std::array<std::uint16_t, TeamBuckets::kPiece * 2> storage;
         const auto numbers = std::span(storage).first(static_cast<std::size_t>(end - first) * 2);
         m_numbers.read(static_cast<std::size_t>(first) * 2, numbers);
@@ -186,7 +193,7 @@ void appendSampledNormals(const Mesh& mesh, const UMatrix4<float>& placement, Te
         auto triangle = static_cast<std::int32_t>(first % triangles);
         draws.forEach(first, end, [&](const Draw& draw) {
             const Direction normal = planeNormal(mesh, points, triangle, draw);
-            // Planes without a normal are left out; an undefined one counts as one.
+            // A plane without a normal is skipped, but its index is used up. A NaN normal counts.
             if (!normal.IsZeroLength()) add(normal, i);
             ++i;
             if (++triangle == triangles) triangle = 0;
@@ -208,6 +215,7 @@ std::vector<Direction> withoutDuplicates(const std::vector<Direction>& candidate
 }  // namespace
 
 std::vector<Direction> initOrients(MeshKernel* mesh) {
+    TESK_ASSERT(mesh != nullptr);
     const auto shared = mesh->getMesh();
     mesh->updateTriangleNormal();
     constexpr auto kBase = baseDirections();

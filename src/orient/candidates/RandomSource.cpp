@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "OrientOptimizer.h"
+#include "common/Assert.h"
 
 #if defined(_WIN32)
 
@@ -21,6 +22,7 @@ RandomRun::RandomRun(std::size_t count) : m_numbers(count) {
 }
 
 void RandomRun::read(std::size_t first, std::span<std::uint16_t> numbers) const {
+    TESK_ASSERT(first <= m_numbers.size() && numbers.size() <= m_numbers.size() - first);
     std::copy_n(m_numbers.begin() + static_cast<std::ptrdiff_t>(first), numbers.size(),
                 numbers.begin());
 }
@@ -41,14 +43,14 @@ constexpr std::uint32_t kSummand = 2531011;
 
 thread_local std::uint32_t randomState = 1;
 
-/// The next number of a generator in that state.
+/// Advances a generator's state and returns its next number.
 std::uint32_t drawFrom(std::uint32_t& state) {
     state = state * kFactor + kSummand;
     return (state >> 16) & 0x7fffu;
 }
 
-/// The state that many numbers on: a step done twice is a step of the same kind, with another
-/// factor and summand, and so are two, four and more steps.
+/// The state after drawing that many numbers, in logarithmic time. Two steps of the generator equal
+/// one step with another factor and summand; so do four, eight and so on.
 std::uint32_t stateAfter(std::uint32_t state, std::size_t numbers) {
     std::uint32_t factor = kFactor;
     std::uint32_t summand = kSummand;

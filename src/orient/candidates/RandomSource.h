@@ -14,18 +14,19 @@ namespace Tesk::orient {
 /// seeded with 1. OptimizeOrient::seedRandom() sets it.
 int nextRandom();
 
-/// The next so many numbers of the calling thread, drawn when this is made, to be read in any order
-/// on any thread.
+/// A run of the calling thread's next random numbers. The constructor draws them; afterwards any
+/// thread may read them, in any order.
 class RandomRun {
  public:
     explicit RandomRun(std::size_t count);
 
-    /// The numbers from the given place of the run on.
+    /// Copies numbers of the run, from index `first` on, until `numbers` is full. The run must be
+    /// long enough.
     void read(std::size_t first, std::span<std::uint16_t> numbers) const;
 
  private:
-    std::uint32_t m_start = 0;             ///< the generator's state before the run, or
-    std::vector<std::uint16_t> m_numbers;  ///< the run itself, where the state is out of reach
+    std::uint32_t m_start = 0;             ///< our generator's state before the run
+    std::vector<std::uint16_t> m_numbers;  ///< with the C library's generator: the run itself
 };
 
 }  // namespace Tesk::orient

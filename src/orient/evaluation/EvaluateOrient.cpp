@@ -3,6 +3,7 @@
 #include <numbers>
 
 #include "TeskDataBasic/Transcendental.h"
+#include "common/Assert.h"
 #include "orient/sampling/PoseSampling.h"
 #include "orient/turn/Flatten.h"
 
@@ -13,6 +14,15 @@ namespace {
 float cosineOfDegrees(float angleDeg) {
     const double angleRad = static_cast<double>(angleDeg) * std::numbers::pi / 180.0;
     return static_cast<float>(Tesk::cosine(angleRad));
+}
+
+OrientMeasures measuresOf(const UBox3<float>& box, const SupportMeasures& support) {
+    return {.height = box.MaxZ() - box.MinZ(),
+            .supportVolume = support.supportVolume,
+            .overhangArea = support.overhangArea,
+            .projectedArea = support.projectedArea,
+            .boxVolume = box.Volume(),
+            .reservedScore = 0.0f};
 }
 
 }  // namespace
@@ -26,6 +36,8 @@ OrientEvaluator::OrientEvaluator(const std::vector<float>& areas, const FlatMesh
       m_sampler(mesh, areas) {}
 
 void OrientEvaluator::begin(std::span<const UVector3<float>> directions) {
+    TESK_ASSERT(!directions.empty() && directions.size() <= kGroupSize);
+    m_groupSize = directions.size();
     const auto parts = std::span(m_parts).first(directions.size());
     turnParts(m_mesh, directions, m_baseHeight, parts);
     if (!m_computeSupport) return;
@@ -33,41 +45,34 @@ void OrientEvaluator::begin(std::span<const UVector3<float>> directions) {
     m_finder.find(m_mesh, parts, m_grids, m_hittable);
 }
 
-void OrientEvaluator::evaluate(std::size_t place, float& height, float& supportVolume,
-                               float& overhangArea, float& projectedArea, float& boxVolume,
-                               float& reservedScore) {
-    const UBox3<float>& box = m_parts[place].box;
-    boxVolume = box.Volume();
-    height = box.MaxZ() - box.MinZ();
-    SupportMeasures support;
-    if (m_computeSupport) {
-        support =
-            m_sampler.sample(m_parts[place], m_grids[place], m_overhangCosine, m_hittable[place]);
-    }
-    supportVolume = support.supportVolume;
-    overhangArea = support.overhangArea;
-    projectedArea = support.projectedArea;
-    reservedScore = 0.0f;
+OrientMeasures OrientEvaluator::evaluate(std::size_t index) {
+    TESK_ASSERT(index < m_groupSize);
+    const TurnedPart& part = m_parts[index];
+    if (!m_computeSupport) return measuresOf(part.box, {});
+    return measuresOf(part.box,
+                      m_sampler.sample(part, m_grids[index], m_overhangCosine, m_hittable[index]));
 }
 
 void evaluateOrient(const std::vector<float>& areas, const MeshKernel* mesh,
                     UVector3<float> direction, float overhangAngle, bool computeSupport,
                     float& height, float& supportVolume, float& overhangArea, float& projectedArea,
                     float& boxVolume, float& reservedScore, const float& baseHeight) {
+    TESK_ASSERT(mesh != nullptr);
     const FlatMesh flat = flatten(*mesh->getMesh(), mesh->getMatrix());
     TurnedPart part;
     turnParts(flat, {&direction, 1}, baseHeight, {&part, 1});
-    boxVolume = part.box.Volume();
-    height = part.box.MaxZ() - part.box.MinZ();
     SupportMeasures support;
     if (computeSupport) {
         support =
             samplePose(flat, areas, part, makeSampleGrid(part.box), cosineOfDegrees(overhangAngle));
     }
-    supportVolume = support.supportVolume;
-    overhangArea = support.overhangArea;
-    projectedArea = support.projectedArea;
-    reservedScore = 0.0f;
+    const OrientMeasures measures = measuresOf(part.box, support);
+    height = measures.height;
+    supportVolume = measures.supportVolume;
+    overhangArea = measures.overhangArea;
+    projectedArea = measures.projectedArea;
+    boxVolume = measures.boxVolume;
+    reservedScore = measures.reservedScore;
 }
 
 }  // namespace Tesk::orient

@@ -14,46 +14,56 @@
 
 namespace Tesk::orient {
 
+/// What one build direction measures. The four support measures are 0 where support is not
+/// computed.
+struct OrientMeasures {
+    /// z extent of the turned part.
+    float height = 0.0f;
+    /// Sum over columns of the drops below overhanging triangles, times the area of a cell.
+    float supportVolume = 0.0f;
+    /// Areas of the overhanging triangles, each once per column that meets it.
+    float overhangArea = 0.0f;
+    /// Area of the columns that meet at least two triangles.
+    float projectedArea = 0.0f;
+    /// Volume of the turned part's box.
+    float boxVolume = 0.0f;
+    /// Always 0.
+    float reservedScore = 0.0f;
+};
+
 /// Measures candidate build directions: turns the placed mesh about the centre of its placed box
 /// so that the direction points along +Z, and lifts it to `baseHeight` if that is above −1.
 ///
 /// Support is sampled in columns: through the middle of each cell of a grid under the part's
-/// footprint (a cell is about a fortieth of the footprint's shorter side, and the grid reaches one
-/// unit beyond it) runs a vertical line, and the triangles that it meets tell where the column
-/// enters and leaves the part.
+/// footprint runs a vertical line, and the triangles that it meets tell where the column enters and
+/// leaves the part. A cell is about a fortieth of the footprint's shorter side; the grid reaches
+/// one unit beyond the footprint.
 ///
-/// Holds working memory; one per thread. Any number of them may share a mesh.
+/// Holds working memory, so each thread needs its own. Any number of them may share a mesh.
 class OrientEvaluator {
  public:
     /// Keeps references to mesh and areas.
     ///
     /// @param areas           area of every triangle, in mesh order
     /// @param overhangAngle   degrees
-    /// @param computeSupport  where it is false, the four support measures are 0
     OrientEvaluator(const std::vector<float>& areas, const FlatMesh& mesh, float overhangAngle,
                     bool computeSupport, float baseHeight);
 
-    /// Turns the part for up to kGroupSize directions, any length above zero, which go through the
-    /// mesh together. evaluate() then speaks of them.
+    /// Turns the part for a group of directions in one pass over the mesh. evaluate() then measures
+    /// them.
+    ///
+    /// @param directions  1 to kGroupSize, of any length above zero
     void begin(std::span<const UVector3<float>> directions);
 
-    /// Measures the direction at a place of the group, and sets all six.
-    ///
-    /// @param height         z extent of the turned part
-    /// @param supportVolume  sum over columns of the drops below overhanging triangles, times the
-    ///                       cell
-    /// @param overhangArea   areas of the overhanging triangles, once per column that meets one
-    /// @param projectedArea  area of the columns that meet at least two triangles
-    /// @param boxVolume      volume of the turned part's box
-    /// @param reservedScore  always 0
-    void evaluate(std::size_t place, float& height, float& supportVolume, float& overhangArea,
-                  float& projectedArea, float& boxVolume, float& reservedScore);
+    /// Measures one direction of the group, given by its index in it.
+    OrientMeasures evaluate(std::size_t index);
 
  private:
     const FlatMesh& m_mesh;
     float m_overhangCosine;
     bool m_computeSupport;
     float m_baseHeight;
+    std::size_t m_groupSize = 0;
     std::array<TurnedPart, kGroupSize> m_parts;
     std::array<SampleGrid, kGroupSize> m_grids;
     HittableFinder m_finder;
@@ -61,16 +71,15 @@ class OrientEvaluator {
     SupportSampler m_sampler;
 };
 
-/// Measures one build direction of a mesh alone: gives the bits of an OrientEvaluator, by a search
-/// in a TriangleRectTree for every sample (see samplePose()). Reads the mesh only; may run at once
-/// for any number of directions. Sets all six outputs, which are those of
-/// OrientEvaluator::evaluate().
+/// Measures a single build direction. Gives the same bits as an OrientEvaluator, but searches a
+/// TriangleRectTree for every sample (see samplePose()). Only reads the mesh, so it may run for any
+/// number of directions at once. Sets all six outputs, which are the fields of OrientMeasures.
 ///
 /// @param areas           area of every triangle as placed, in mesh order
 /// @param mesh            not null
 /// @param direction       any length above zero
 /// @param overhangAngle   degrees
-/// @param computeSupport  where it is false, the four support measures are 0
+/// @param computeSupport  false leaves the four support measures at 0
 /// @param baseHeight      the z of the turned part's lowest point; −1 or less leaves it where the
 ///                        turn put it
 void evaluateOrient(const std::vector<float>& areas, const MeshKernel* mesh,

@@ -6,10 +6,10 @@
 namespace Tesk::orient {
 namespace {
 
-/// The value truncated to a whole number, or 0 where it does not fit an int.
+/// The value truncated to a whole number, or 0 if it does not fit an int.
 float truncated(float value) {
-    constexpr float kBeyondInt = 2147483648.0f;
-    if (!(value > -kBeyondInt && value < kBeyondInt)) return 0.0f;
+    constexpr float kTwoTo31 = 2147483648.0f;
+    if (!(value > -kTwoTo31 && value < kTwoTo31)) return 0.0f;
     return static_cast<float>(static_cast<int>(value));
 }
 
@@ -19,7 +19,7 @@ struct CellSize {
 };
 
 /// Square cells, a fortieth of the shorter side; the other side is then adjusted to a whole number
-/// of hundredths of cells. A side that cannot be expressed comes out as 0, infinite or NaN.
+/// of hundredths of cells. A size that cannot be expressed comes out as 0, infinite or NaN.
 CellSize cellSize(float width, float depth) {
     const float wholeWidth = truncated(width * 100.0f);
     const float wholeDepth = truncated(depth * 100.0f);
@@ -57,15 +57,15 @@ SampleLine::SampleLine(float low, float high, float step) {
 
 void SampleLine::setScale() {
     // Codes count the samples twice, in 16 bits.
-    constexpr std::size_t kMostSamples = 32767;
-    if (size() > kMostSamples || !isUsable(m_cellsPerUnit)) return;
+    constexpr std::size_t kMaxSamples = 32767;
+    if (size() > kMaxSamples || !isUsable(m_cellsPerUnit)) return;
     const auto count = static_cast<float>(size());
     float farthest = 0.0f;
     for (std::size_t i = 0; i < size(); ++i) {
         const float place = (m_middles[i] - m_middles.front()) * m_cellsPerUnit + 1.0f;
         farthest = std::max(farthest, std::fabs(place - static_cast<float>(i + 1)));
     }
-    // And what adding and subtracting the slack may round off.
+    // Includes the rounding of adding and subtracting the slack.
     constexpr float kRounding = 0x1p-22f;
     const float slack = farthest + (count + 2.0f) * kRounding;
     if (!(slack < 0.25f)) return;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "TeskDataBasic/UBox3.h"
+#include "common/Assert.h"
 #include "orient/kernels/TurnKernels.h"
 
 namespace Tesk::orient {
@@ -15,16 +16,20 @@ class SampleLine {
  public:
     SampleLine() = default;
 
-    /// Cells of size `step` side by side from `low` on, as long as a cell begins below `high`; the
-    /// first always counts. None where the step is not positive; the line ends early where `step`
-    /// is too small to move the coordinate.
+    /// Adjacent cells of size `step`, the first from `low` on, the others as long as they begin
+    /// below `high`. There are none if `step` is not positive. The line ends early if `step` is too
+    /// small to change the coordinate.
     SampleLine(float low, float high, float step);
 
     std::size_t size() const { return m_middles.size(); }
-    float operator[](std::size_t i) const { return m_middles[i]; }
+    float operator[](std::size_t i) const {
+        TESK_ASSERT(i < size());
+        return m_middles[i];
+    }
     const float* data() const { return m_middles.data(); }
 
-    /// The number of samples below `value` (0 for NaN), so the first sample at or above it.
+    /// The number of samples below `value`, which is the index of the first one at or above it; 0
+    /// for NaN.
     std::size_t countBelow(float value) const {
         return count(value, [](float sample, float v) { return sample < v; });
     }
@@ -34,8 +39,8 @@ class SampleLine {
         return count(value, [](float sample, float v) { return sample <= v; });
     }
 
-    /// How to tell between which samples a value lies; none where the line has too many samples
-    /// for a code, or accumulated rounding has moved them too far.
+    /// The map from coordinates to positions among the samples. None if the line has too many
+    /// samples for a code, or if accumulated rounding has moved them too far.
     const std::optional<SampleScale>& scale() const { return m_scale; }
 
  private:
@@ -46,7 +51,7 @@ class SampleLine {
     std::size_t count(float value, ComesBefore comesBefore) const {
         if (m_middles.empty() || !comesBefore(m_middles.front(), value)) return 0;
         if (comesBefore(m_middles.back(), value)) return size();
-        // A guess, which the accumulated rounding leaves a little off, on long lines much.
+        // Accumulated rounding puts the guess slightly off; on long lines, far off.
         const float guess = (value - m_middles.front()) * m_cellsPerUnit;
         const std::size_t last = size() - 1;
         std::size_t i = guess < static_cast<float>(last) ? static_cast<std::size_t>(guess) : last;

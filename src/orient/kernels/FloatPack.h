@@ -11,11 +11,11 @@
 
 namespace Tesk::orient {
 
-/// Floats that go through the same operations side by side; each lane rounds as a float alone does.
-/// Only what the vertex kernels need. Each width in a source file that is compiled for it.
+/// Vectors of floats with the few operations that the kernels need. Each lane rounds as a single
+/// float does. A source file sees only the widths that it is compiled for.
 namespace {
 
-/// One float: for processors without vectors that we know, and the end of every array.
+/// One float: for the ends of arrays, and for processors without SSE2.
 struct FloatPack1 {
     using Ints = std::uint32_t;
     static constexpr std::size_t kLanes = 1;
@@ -30,11 +30,11 @@ struct FloatPack1 {
     FloatPack1 operator-(FloatPack1 o) const { return {v - o.v}; }
     FloatPack1 operator*(FloatPack1 o) const { return {v * o.v}; }
 
-    /// This where it is less, or greater, than the other; else, for a NaN too, the other.
+    /// The lesser, or greater, of the two; the other if they are equal or either is NaN.
     FloatPack1 orLess(FloatPack1 o) const { return {v < o.v ? v : o.v}; }
     FloatPack1 orGreater(FloatPack1 o) const { return {v > o.v ? v : o.v}; }
 
-    /// Towards zero; not negative, and in the range of a signed number.
+    /// Rounded towards zero. The value must not be negative and must fit a signed integer.
     Ints truncated() const { return static_cast<std::uint32_t>(static_cast<std::int32_t>(v)); }
     static Ints sum(Ints a, Ints b) { return a + b; }
     static Ints highAndLow(Ints high, Ints low) { return (high << 16) | low; }

@@ -5,8 +5,8 @@
 
 namespace Tesk::orient {
 
-// The kernels for any width of pack. Each source file that includes this has copies of its own,
-// compiled for its processor.
+// The kernels, for a vector of any width. Each source file that includes this header gets its own
+// copies, compiled for its processor.
 namespace {
 
 template <class Pack>
@@ -17,7 +17,7 @@ Pack turnedSum(Pack x, Pack y, Pack z, const TurnedCoordinate& c) {
 template <class Pack>
 void extendRange(const float* x, const float* y, const float* z, std::size_t count,
                  const TurnedCoordinate& c, CoordinateRange& range) {
-    // Two running ranges, which do not wait for each other.
+    // Two independent ranges, so that the processor can update both at once.
     constexpr std::size_t kStep = 2 * Pack::kLanes;
     Pack low0 = Pack::all(range.low);
     Pack high0 = Pack::all(range.high);
@@ -50,7 +50,7 @@ void extendRange(const float* x, const float* y, const float* z, std::size_t cou
     }
 }
 
-/// Twice the number of samples below, and one more beside a sample.
+/// Twice the number of samples below the value; one more if a sample is too near to tell.
 template <class Pack>
 typename Pack::Ints lineCode(Pack value, const SampleScale& line) {
     const Pack place =
@@ -120,8 +120,8 @@ std::size_t rowsUnder(const ColumnEdges& edges, const float* rows, std::size_t c
     return foundCount;
 }
 
-// Differences and products of floats are exact in double; the height is put together in float. The
-// compiler finds the width itself.
+// The ratios are computed in double, where products of two floats are exact; the height is summed
+// in float. The compiler vectorises this loop by itself.
 template <class Pack>
 void heights(const ColumnPlane& plane, const float* rows, const std::uint32_t* places,
              std::size_t count, float* z) {

@@ -4,10 +4,10 @@
 
 namespace Tesk::orient {
 
-/// For every processor of the platform.
+/// Runs on every processor of the platform.
 extern const TurnKernels kBaseKernels;
 
-/// For x86-64 processors with AVX2 only.
+/// Runs only on x86-64 processors with AVX2.
 extern const TurnKernels kAvx2Kernels;
 
 }  // namespace Tesk::orient

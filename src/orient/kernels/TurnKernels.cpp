@@ -1,7 +1,9 @@
 #include "orient/kernels/TurnKernels.h"
 
+#include <algorithm>
 #include <atomic>
 
+#include "common/Assert.h"
 #include "orient/kernels/TurnKernelWidths.h"
 
 #if defined(_MSC_VER) && !defined(__clang__)
@@ -51,6 +53,7 @@ const TurnKernels& turnKernels() {
 }
 
 void useTurnKernels(const TurnKernels& kernels) {
+    TESK_ASSERT(std::ranges::count(availableTurnKernels(), &kernels) == 1);
     chosen = &kernels;
 }
 

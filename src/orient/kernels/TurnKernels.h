@@ -23,9 +23,9 @@ struct CoordinateRange {
     float high = -std::numeric_limits<float>::max();
 };
 
-/// Where a coordinate lies among the samples of a line: value ↦ (value − first) · cellsPerUnit + 1,
-/// clamped, comes near i + 1 at sample i, and never crosses i + 1 by more than `slack` on the
-/// wrong side of it.
+/// Maps a coordinate to its position among the samples of a line: (value − first) · cellsPerUnit +
+/// 1, clamped. Sample i maps to about i + 1. Rounding may put a value on the wrong side of i + 1,
+/// but by no more than `slack`.
 struct SampleScale {
     float first = 0.0f;
     float cellsPerUnit = 0.0f;
@@ -33,15 +33,17 @@ struct SampleScale {
     float slack = 0.0f;
 };
 
-/// A column's view of a triangle: for each edge, side(y) = alongX · (y − fromY) − across, with the
-/// signs of the three sides telling on which side of the edges the point lies.
+/// A triangle's edges as seen by the column of samples at one x. For each edge,
+/// side(y) = alongX · (y − fromY) − across is positive on one side of the edge, negative on the
+/// other and 0 on its line.
 struct ColumnEdges {
     float alongX[3];
     float fromY[3];
     float across[3];
 };
 
-/// A column's view of a triangle's plane: z(y), by Cramer's rule over the edges u and v from a.
+/// A triangle's plane as seen by the column of samples at one x: z(y), by Cramer's rule over the
+/// edges u and v from corner a.
 struct ColumnPlane {
     double ux, uyTimesDx;  ///< edge u; its y times the column's x − a.x
     double vx, vyTimesDx;  ///< edge v
@@ -49,40 +51,41 @@ struct ColumnPlane {
     float ay, az, uz, vz;
 };
 
-/// The loops that the evaluation spends its time in, over arrays of vertices and of sample rows.
-/// There are several, as wide as a processor can; all give the same bits.
+/// The inner loops of the evaluation, over arrays of vertices and of sample rows. There is one set
+/// for each vector width; all give the same bits.
 struct TurnKernels {
     const char* name;
 
-    /// Extends a range by x · fromX + y · fromY + z · fromZ, without the shift, of all points. A
-    /// NaN is passed over.
+    /// Extends a range by x · fromX + y · fromY + z · fromZ of every point, without the shift. NaN
+    /// is ignored.
     void (*extendRange)(const float* x, const float* y, const float* z, std::size_t count,
                         const TurnedCoordinate& coordinate, CoordinateRange& range);
 
-    /// Tells for every point between which samples it lies: the code's upper half for its column,
-    /// the lower for its row. A half is even and the same for points that lie strictly between the
-    /// same two samples; it is odd where a point is so near a sample that rounding could decide.
+    /// Computes a code for every point that says between which samples it lies. The upper 16 bits
+    /// are for the columns, the lower 16 for the rows. Points strictly between the same two samples
+    /// have the same even half; a half is odd if the point is so near a sample that rounding could
+    /// decide.
     void (*cellCodes)(const float* x, const float* y, const float* z, std::size_t count,
                       const TurnedCoordinate& column, const TurnedCoordinate& row,
                       const SampleScale& columns, const SampleScale& rows, std::uint32_t* codes);
 
-    /// The places of the rows at which a column's point lies under a triangle (or on the line
-    /// through one of its edges), ascending; returns how many.
+    /// Finds the rows at which the column's point lies under the triangle, or on the line through
+    /// one of its edges. Writes their indices in ascending order and returns how many there are.
     std::size_t (*rowsUnder)(const ColumnEdges& edges, const float* rows, std::size_t count,
                              std::uint32_t* found);
 
-    /// The heights of a plane above the given places of the rows.
+    /// Computes the height of the plane at the rows with the given indices.
     void (*heights)(const ColumnPlane& plane, const float* rows, const std::uint32_t* places,
                     std::size_t count, float* z);
 };
 
-/// Those that this processor can run, the widest last.
+/// The kernels that this processor can run, the widest last. Never empty.
 const std::vector<const TurnKernels*>& availableTurnKernels();
 
-/// Those in use: the widest, unless others were chosen.
+/// The kernels in use: the widest, unless others were chosen.
 const TurnKernels& turnKernels();
 
-/// Chooses; for tests. Takes effect with the next evaluation.
+/// Chooses among availableTurnKernels(), for tests. Takes effect with the next evaluation.
 void useTurnKernels(const TurnKernels& kernels);
 
 }  // namespace Tesk::orient

@@ -1,5 +1,5 @@
-// Compiled for processors with AVX2. Nothing of the standard library is called from here: the
-// linker could take its copy of an inline function for everyone's.
+// Compiled for processors with AVX2. Nothing here may call the standard library: the linker could
+// choose this file's copy of an inline function for the whole library.
 #include "orient/kernels/TurnKernelLoops.h"
 #include "orient/kernels/TurnKernelWidths.h"
 

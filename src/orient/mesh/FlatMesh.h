@@ -8,6 +8,7 @@
 #include "TeskDataBasic/UMatrix4.h"
 #include "TeskDataBasic/UPoint3.h"
 #include "TeskThreads/RawVector.h"
+#include "common/Assert.h"
 
 namespace Tesk::orient {
 
@@ -16,18 +17,19 @@ struct FlatMesh {
     /// Coordinates in the mesh's own frame, one entry per vertex of the mesh. Vertices that are
     /// not deleted come first, in list order.
     Tesk::RawVector<float> x, y, z;
-    /// The largest coordinate's size; infinite where one is not a finite number.
+    /// The largest absolute value of a coordinate; infinite if any coordinate is not finite.
     float reach = 0.0f;
-    /// How many of the vertices are not deleted: only these count for boxes.
+    /// The number of vertices that are not deleted. Only these count for boxes.
     std::size_t keptVertices = 0;
     /// Corner indices into the arrays above, one entry per triangle in list order.
     Tesk::RawVector<std::array<std::int32_t, 3>> corners;
-    /// The mesh's placement, and the box of its kept vertices taken through it.
+    /// The mesh's placement, and the box of the kept vertices as placed.
     UMatrix4<float> placement;
     UBox3<float> placedBox;
 
     UPoint3<float> point(std::int32_t vertex) const {
         const auto v = static_cast<std::size_t>(vertex);
+        TESK_ASSERT(v < x.size());
         return {x[v], y[v], z[v]};
     }
 };

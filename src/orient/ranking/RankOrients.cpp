@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "common/Assert.h"
 #include "orient/rotation/CandidateRotation.h"
 
 namespace Tesk::orient {
@@ -29,6 +30,12 @@ void fillRecords(const Directions& candidates, const ScoreLists& scores,
     }
 }
 
+[[maybe_unused]] bool haveLength(const ScoreLists& scores, std::size_t length) {
+    const auto has = [&](const std::vector<float>& list) { return list.size() == length; };
+    return has(scores.height) && has(scores.supportVolume) && has(scores.overhangArea) &&
+           has(scores.projectedArea) && has(scores.boxVolume) && has(scores.reservedScore);
+}
+
 void normaliseAll(ScoreLists& scores) {
     normaliseScores(scores.height);
     normaliseScores(scores.supportVolume);
@@ -38,8 +45,8 @@ void normaliseAll(ScoreLists& scores) {
     normaliseScores(scores.reservedScore);
 }
 
-/// The weighted sum of one candidate's normalised measures, in this order of additions. The
-/// reserved score alone counts as higher is better, at a fixed weight.
+/// The weighted sum of one candidate's normalised measures; the order of the additions is part of
+/// the result. Only for the reserved score is higher better; it has a fixed weight.
 float combinedScore(const ScoreLists& scores, const Configure& config, std::size_t i) {
     const auto heightWeight = static_cast<float>(config.heightWeight);
     const auto supportVolumeWeight = static_cast<float>(config.supportVolumeWeight);
@@ -54,8 +61,9 @@ float combinedScore(const ScoreLists& scores, const Configure& config, std::size
     return static_cast<float>(static_cast<double>(sum) + reserved);
 }
 
-/// The index of the lowest score, the first of equals; 0 where none lies below the start value,
-/// which is just short of the largest float. Writes the scores into the records, where there are.
+/// The index of the lowest score, the first of equals. It is 0 if no score is below the start
+/// value, which is slightly less than the largest float. Writes the scores into the records, if
+/// there are any.
 std::size_t findBest(const ScoreLists& scores, const Configure& config,
                      Orientations* orientations) {
     std::size_t best = 0;
@@ -93,7 +101,7 @@ void normaliseScores(std::vector<float>& scores) {
         }
     }
     const float range = highest - lowest;
-    // A single value has no range; the comparison with a NaN range must fail.
+    // The comparison must fail if the range is NaN.
     if (scores.size() == 1 || 0.001 > static_cast<double>(range)) {
         std::fill(scores.begin(), scores.end(), 1.0f);
         return;
@@ -122,6 +130,7 @@ void thinOut(Orientations& orientations) {
 void rankOrients(const Directions& candidates, ScoreLists& scores, const Configure& config,
                  Orientations* orientations, UVector3<float>& axis, float& angle,
                  const std::function<void(int)>& progress, StopWatchLog& log) {
+    TESK_ASSERT(!candidates.empty() && haveLength(scores, candidates.size()));
     if (orientations) fillRecords(candidates, scores, *orientations);
     log.logElapse("Orient-2");
     normaliseAll(scores);

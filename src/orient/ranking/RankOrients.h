@@ -8,7 +8,7 @@
 
 namespace Tesk::orient {
 
-/// What was measured, one float per candidate in each list.
+/// The measures of all candidates. Each list has one value per candidate.
 struct ScoreLists {
     explicit ScoreLists(std::size_t candidateCount);
 
@@ -20,19 +20,23 @@ struct ScoreLists {
     std::vector<float> reservedScore;
 };
 
-/// Scales a list to 0..1; a list of one value, or whose values lie within 0.001, becomes all 1.
+/// Scales a list to 0..1. If it has a single value, or if its values differ by less than 0.001, all
+/// become 1.
 void normaliseScores(std::vector<float>& scores);
 
-/// Sorts by ascending score, NaN last; equal scores keep their order.
+/// Sorts by ascending score, NaN last. Equal scores keep their order.
 void sortByScore(std::vector<OptimizeOrient::OptOrientation>& orientations);
 
-/// Leaves the first record, ten evenly spaced ones and the last; 12 or fewer stay as they are.
+/// Keeps the first record, ten evenly spaced ones and the last. A list of 12 or fewer is unchanged.
 void thinOut(std::vector<OptimizeOrient::OptOrientation>& orientations);
 
-/// Turns the measures into the caller's outputs: fills `orientations` where it is not null,
-/// normalises the lists, reports 95, forms the weighted sums, writes `axis` and `angle` of the
-/// lowest (the first of equals), sorts and thins the list, and reports 100. Logs "Orient-2",
-/// "Orient-3" and "Orient-4". `candidates` is not empty, and the lists have its length.
+/// Turns the measures into the caller's outputs: fills `orientations` if it is not null, normalises
+/// the lists, reports 95, computes the weighted sums, writes `axis` and `angle` of the candidate
+/// with the lowest sum (the first of equals), sorts and thins `orientations`, and reports 100. Logs
+/// "Orient-2", "Orient-3" and "Orient-4".
+///
+/// @param candidates  not empty
+/// @param scores      lists as long as `candidates`; left normalised
 void rankOrients(const std::vector<UVector3<float>>& candidates, ScoreLists& scores,
                  const OptimizeOrient::Configure& config,
                  std::vector<OptimizeOrient::OptOrientation>* orientations, UVector3<float>& axis,

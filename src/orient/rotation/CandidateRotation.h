@@ -4,11 +4,11 @@
 
 namespace Tesk::orient {
 
-/// Radians from a direction to +Z, 0..pi.
+/// The angle between a direction and +Z, in radians, 0 to pi.
 float candidateAngle(UVector3<float> direction);
 
-/// The axis about which candidateAngle() turns a direction onto +Z: direction × (0, 0, 1), not
-/// normalised; exactly (0, 1, 0) for (0, 0, −1).
+/// The axis about which a turn by candidateAngle() brings a direction to +Z: direction × (0, 0, 1),
+/// not normalised, or (0, 1, 0) for exactly (0, 0, −1).
 UVector3<float> candidateAxis(const UVector3<float>& direction);
 
 }  // namespace Tesk::orient

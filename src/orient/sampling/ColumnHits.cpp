@@ -3,10 +3,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "common/Assert.h"
+
 namespace Tesk::orient {
 
 void measureColumn(std::span<ColumnHit> hits, const std::vector<float>& areas, float cellArea,
                    SupportMeasures& sums) {
+    TESK_ASSERT(std::ranges::all_of(hits, [&](const ColumnHit& hit) {
+        return hit.sample == hits.front().sample && hit.triangle / 2 < areas.size();
+    }));
     if (hits.size() < 2) return;
     sums.projectedArea += cellArea;
     const auto isUpright = [](const ColumnHit& hit) { return !std::isfinite(hit.z); };

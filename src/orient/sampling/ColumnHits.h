@@ -6,28 +6,29 @@
 
 namespace Tesk::orient {
 
-/// What a pose needs of support. Sums over columns.
+/// The support that a pose needs, summed over columns.
 struct SupportMeasures {
     float supportVolume = 0.0f;
     float overhangArea = 0.0f;
     float projectedArea = 0.0f;
 };
 
-/// Where the column over a sample meets a triangle's plane.
+/// The point at which the column over a sample meets a triangle.
 struct ColumnHit {
     std::uint32_t sample;
-    /// Twice the triangle, and 1 more if it overhangs.
+    /// Twice the triangle's index, plus 1 if it overhangs.
     std::uint32_t triangle;
-    float z;  ///< not finite where the triangle stands upright
+    float z;  ///< not finite if the triangle is vertical
 };
 
-/// Adds one column: between the ground, z = 0, and the lowest hit, and between the following pairs,
-/// lies what is open below a triangle. Hits at the same height are one, that of the first triangle;
-/// where they do not come in pairs then, only the column's own area counts, and where there are
-/// fewer than two, nothing.
+/// Adds one column to the sums. The column is open from the ground, z = 0, to the lowest hit, then
+/// between the second and third hit, and so on; an open stretch below an overhanging triangle needs
+/// support. Of several hits at the same height, only that of the first triangle counts. If an odd
+/// number of heights remains, the column adds to the projected area only. A column with fewer than
+/// two hits adds nothing.
 ///
-/// @param hits   all of one sample, in any order; left in disorder
-/// @param areas  of every triangle
+/// @param hits   all hits of one sample, in any order; reordered, and some overwritten
+/// @param areas  the area of every triangle
 void measureColumn(std::span<ColumnHit> hits, const std::vector<float>& areas, float cellArea,
                    SupportMeasures& sums);
 

@@ -2,24 +2,26 @@
 
 #include <algorithm>
 
+#include "common/Assert.h"
 #include "common/Sse2.h"
 
 namespace Tesk::orient {
 namespace {
 
-/// As many vertices as stay in the nearest cache.
-constexpr std::size_t kBlock = 512;
+/// Few enough to stay in the first-level cache.
+constexpr std::size_t kVerticesPerBlock = 512;
 
+/// The bits of a code that mark a vertex near a sample of its column or row.
 constexpr std::uint32_t kBesideASample = 0x00010001;
 
-/// The codes of a vertex, or of what tells three of them apart, for all candidates of a group.
+/// The codes of a vertex for all candidates of a group.
 #ifdef TESK_HAS_SSE2
 class CodeGroup {
  public:
     explicit CodeGroup(const std::uint32_t* codes)
         : m_codes(_mm_loadu_si128(reinterpret_cast<const __m128i*>(codes))) {}
 
-    /// One bit per candidate: whether neither the columns nor the rows of the three are the same.
+    /// One bit per candidate, set if the three vertices share neither a column gap nor a row gap.
     static unsigned apart(const CodeGroup& a, const CodeGroup& b, const CodeGroup& c) {
         const __m128i beside = _mm_set1_epi32(static_cast<int>(kBesideASample));
         const __m128i differences = _mm_or_si128(
@@ -72,6 +74,7 @@ void takeAll(const FlatMesh& mesh, std::vector<std::int32_t>& triangles) {
 
 void HittableFinder::find(const FlatMesh& mesh, std::span<const TurnedPart> parts,
                           std::span<const SampleGrid> grids, HittableTriangles& triangles) {
+    TESK_ASSERT(parts.size() <= kGroupSize && parts.size() <= grids.size());
     unsigned coded = 0;
     for (std::size_t k = 0; k < parts.size(); ++k) {
         triangles[k].clear();
@@ -101,9 +104,9 @@ void HittableFinder::fillCodes(const FlatMesh& mesh, std::span<const TurnedPart>
     const TurnKernels& kernels = turnKernels();
     const std::size_t count = mesh.x.size();
     m_codes.resize(count * kGroupSize);
-    std::array<std::array<std::uint32_t, kBlock>, kGroupSize> block{};
-    for (std::size_t first = 0; first < count; first += kBlock) {
-        const std::size_t length = std::min(kBlock, count - first);
+    std::array<std::array<std::uint32_t, kVerticesPerBlock>, kGroupSize> block{};
+    for (std::size_t first = 0; first < count; first += kVerticesPerBlock) {
+        const std::size_t length = std::min(kVerticesPerBlock, count - first);
         for (std::size_t k = 0; k < parts.size(); ++k) {
             if (!hasCodes(parts[k], grids[k])) continue;
             kernels.cellCodes(mesh.x.data() + first, mesh.y.data() + first, mesh.z.data() + first,

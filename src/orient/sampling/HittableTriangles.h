@@ -11,18 +11,18 @@
 
 namespace Tesk::orient {
 
-/// Per candidate of a group, the triangles that a sample point can lie under, ascending.
+/// For each candidate of a group, the triangles that a sample point may lie under, ascending.
 using HittableTriangles = std::array<std::vector<std::int32_t>, kGroupSize>;
 
-/// Finds the triangles whose rectangle, seen from above, may hold a sample point: on a fine mesh,
-/// almost none. All that do are among them, and most of the others are not.
+/// Finds the triangles whose bounding rectangle, seen from above, may contain a sample point. On a
+/// fine mesh these are few. No triangle that contains a sample is missed; a few others are found,
+/// too.
 ///
-/// Every vertex gets a code for the cell between samples that it lies in; a triangle whose three
-/// corners lie in the same column or in the same row of such cells needs no look at its
-/// coordinates.
+/// Every vertex gets a code for the gap between samples in which it lies. A triangle whose three
+/// corners share a column gap or a row gap is ruled out by comparing codes alone.
 class HittableFinder {
  public:
-    /// Fills the first parts.size() lists.
+    /// Fills the first parts.size() lists. There are at most kGroupSize parts, and a grid for each.
     void find(const FlatMesh& mesh, std::span<const TurnedPart> parts,
               std::span<const SampleGrid> grids, HittableTriangles& triangles);
 

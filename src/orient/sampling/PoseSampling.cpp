@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "common/Assert.h"
 #include "orient/kernels/TurnKernels.h"
 #include "orient/sampling/TriangleRectTree.h"
 #include "orient/turn/TurnedTriangle.h"
@@ -11,7 +12,7 @@
 namespace Tesk::orient {
 namespace {
 
-/// Seen from above; a coordinate that is NaN is passed over.
+/// The bounding rectangle seen from above. Coordinates that are NaN are ignored.
 Rect rectOf(const TurnedTriangle& t) {
     Rect rect;
     for (const UPoint3<float>& p : {t.a, t.b, t.c}) rect.extend({p.x, p.x, p.y, p.y});
@@ -31,13 +32,13 @@ std::vector<TriangleRect> rectsOf(const FlatMesh& mesh, const TurnedPart& part) 
     return rects;
 }
 
-/// Whether a triangle's edges hold the point between them.
+/// Whether a point of the triangle's rectangle lies under the triangle.
 bool isUnder(const TurnedTriangle& t, const UPoint2<float>& p) {
     std::uint32_t place = 0;
     return turnKernels().rowsUnder(t.edgesAt(p.x), &p.y, 1, &place) == 1;
 }
 
-/// Of the triangle's plane over the point; NaN where the triangle stands upright.
+/// The height of the triangle's plane over the point; NaN if the triangle is vertical.
 float heightOver(const TurnedTriangle& t, const UPoint2<float>& p) {
     float z = std::numeric_limits<float>::quiet_NaN();
     const ColumnPlane plane = t.planeAt(p.x);
@@ -50,6 +51,7 @@ float heightOver(const TurnedTriangle& t, const UPoint2<float>& p) {
 
 SupportMeasures samplePose(const FlatMesh& mesh, const std::vector<float>& areas,
                            const TurnedPart& part, const SampleGrid& grid, float overhangCosine) {
+    TESK_ASSERT(areas.size() == mesh.corners.size());
     SupportMeasures sums;
     if (grid.columns.size() == 0 || grid.rows.size() == 0) return sums;
     const TriangleRectTree tree(rectsOf(mesh, part));
@@ -57,7 +59,7 @@ SupportMeasures samplePose(const FlatMesh& mesh, const std::vector<float>& areas
     UPoint2<float> p;
     const TriangleRectTree::Visitor collectHit = [&](int triangle) {
         const TurnedTriangle t(mesh, part, triangle);
-        // Its leaf was reached, which says nothing of the triangle's own rectangle yet.
+        // The leaf's rectangle contains the point; the triangle's own may not.
         if (!rectOf(t).contains(p) || !isUnder(t, p)) return;
         const unsigned overhangs = t.normalZ() < -overhangCosine ? 1 : 0;
         hits.push_back({0, static_cast<std::uint32_t>(triangle) * 2 + overhangs, heightOver(t, p)});

@@ -9,15 +9,15 @@
 
 namespace Tesk::orient {
 
-/// Measures the support that one turned part needs, sample by sample of a grid: a TriangleRectTree
-/// over all triangles tells which of them may lie over a sample.
+/// Measures the support that one turned part needs, sample by sample. A TriangleRectTree over all
+/// triangles tells which of them may lie over a sample.
 ///
-/// Gives the bits of a SupportSampler, which goes through the triangles instead of the samples and
-/// suits many poses of a fine mesh. Cost: O(n log n) for n triangles, and for every sample O(log n)
-/// and the triangles of the leaves over it.
+/// Gives the same bits as a SupportSampler, which goes triangle by triangle and is faster for many
+/// poses of a fine mesh. Cost: O(n log n) for n triangles, plus O(log n) and the triangles of the
+/// leaves that are reached for every sample.
 ///
-/// @param areas           of every triangle
-/// @param overhangCosine  a triangle overhangs where its unit normal's z is below −overhangCosine
+/// @param areas           the area of every triangle
+/// @param overhangCosine  a triangle overhangs if its unit normal's z is below −overhangCosine
 SupportMeasures samplePose(const FlatMesh& mesh, const std::vector<float>& areas,
                            const TurnedPart& part, const SampleGrid& grid, float overhangCosine);
 

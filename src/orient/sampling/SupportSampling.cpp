@@ -4,14 +4,16 @@
 #include <array>
 #include <limits>
 
+#include "common/Assert.h"
+
 namespace Tesk::orient {
 namespace {
 
-/// A window with more samples under rectangles than this, or more samples, is measured in halves.
-constexpr std::uint64_t kMostHits = 1u << 20;
-constexpr std::uint64_t kMostCells = 1u << 22;
+/// A window that has more samples than this, or may have more hits, is measured in halves.
+constexpr std::uint64_t kMaxHits = 1u << 20;
+constexpr std::uint64_t kMaxCells = 1u << 22;
 
-/// Least and greatest of three numbers; a NaN is passed over.
+/// The least and the greatest of three numbers, NaN ignored.
 struct Bounds {
     float low = std::numeric_limits<float>::max();
     float high = -std::numeric_limits<float>::max();
@@ -36,6 +38,11 @@ SupportSampler::Window SupportSampler::Window::with(const Window& other) const {
             std::max(firstRow, other.firstRow), std::min(endRow, other.endRow)};
 }
 
+SupportSampler::SupportSampler(const FlatMesh& mesh, const std::vector<float>& areas)
+    : m_mesh(mesh), m_areas(areas) {
+    TESK_ASSERT(areas.size() == mesh.corners.size());
+}
+
 TurnedTriangle SupportSampler::turned(std::int32_t triangle) const {
     return {m_mesh, *m_part, triangle};
 }
@@ -43,13 +50,14 @@ TurnedTriangle SupportSampler::turned(std::int32_t triangle) const {
 SupportMeasures SupportSampler::sample(const TurnedPart& part, const SampleGrid& grid,
                                        float overhangCosine,
                                        std::span<const std::int32_t> triangles) {
+    TESK_ASSERT(std::ranges::is_sorted(triangles));
     m_part = &part;
     m_grid = &grid;
     m_overhangCosine = overhangCosine;
     m_sums = {};
     const Window all = allSamples();
     if (all.isEmpty()) return m_sums;
-    if (all.cells() <= kMostCells && collectAllHits(triangles)) {
+    if (all.cells() <= kMaxCells && collectAllHits(triangles)) {
         measureHits(all.cells());
         return m_sums;
     }
@@ -67,7 +75,7 @@ SupportSampler::Window SupportSampler::allSamples() const {
             static_cast<std::uint32_t>(m_grid->rows.size())};
 }
 
-/// The samples in a triangle's rectangle.
+/// The samples in a triangle's bounding rectangle.
 SupportSampler::Window SupportSampler::windowUnder(const TurnedTriangle& t) const {
     const Bounds x(t.a.x, t.b.x, t.c.x);
     const Bounds y(t.a.y, t.b.y, t.c.y);
@@ -77,7 +85,7 @@ SupportSampler::Window SupportSampler::windowUnder(const TurnedTriangle& t) cons
             static_cast<std::uint32_t>(m_grid->rows.countUpTo(y.high))};
 }
 
-/// Gathers the hits of the whole grid; false, without any, where they are too many.
+/// Collects the hits of the whole grid. False if they are too many; then the list is incomplete.
 bool SupportSampler::collectAllHits(std::span<const std::int32_t> triangles) {
     m_hits.clear();
     const Window all = allSamples();
@@ -86,7 +94,7 @@ bool SupportSampler::collectAllHits(std::span<const std::int32_t> triangles) {
         const Window samples = windowUnder(t);
         if (samples.isEmpty()) continue;
         collectHits(all, samples, t, triangle);
-        if (m_hits.size() > kMostHits) return false;
+        if (m_hits.size() > kMaxHits) return false;
     }
     return true;
 }
@@ -94,9 +102,11 @@ bool SupportSampler::collectAllHits(std::span<const std::int32_t> triangles) {
 void SupportSampler::sampleWindow(const Window& window, std::span<const Footprint> footprints) {
     const std::uint64_t cells = window.cells();
     if (cells == 0 || footprints.empty()) return;
-    std::uint64_t most = 0;
-    for (const Footprint& footprint : footprints) most += footprint.window.with(window).cells();
-    if (cells > 1 && (most > kMostHits || cells > kMostCells)) {
+    std::uint64_t possibleHits = 0;
+    for (const Footprint& footprint : footprints) {
+        possibleHits += footprint.window.with(window).cells();
+    }
+    if (cells > 1 && (possibleHits > kMaxHits || cells > kMaxCells)) {
         sampleHalves(window, footprints);
         return;
     }
@@ -121,6 +131,7 @@ void SupportSampler::measureHits(std::uint64_t cells) {
 }
 
 void SupportSampler::sampleHalves(const Window& window, std::span<const Footprint> footprints) {
+    TESK_ASSERT(window.cells() > 1);
     std::array<Window, 2> halves = {window, window};
     if (window.endColumn - window.firstColumn > 1) {
         halves[0].endColumn = (window.firstColumn + window.endColumn) / 2;
@@ -140,6 +151,7 @@ void SupportSampler::sampleHalves(const Window& window, std::span<const Footprin
 
 void SupportSampler::collectHits(const Window& window, const Window& samples,
                                  const TurnedTriangle& t, std::int32_t triangle) {
+    TESK_ASSERT(!samples.isEmpty() && samples.cells() == samples.with(window).cells());
     const TurnKernels& kernels = turnKernels();
     const std::size_t rowCount = samples.endRow - samples.firstRow;
     const float* rows = m_grid->rows.data() + samples.firstRow;
@@ -170,9 +182,10 @@ void SupportSampler::collectHits(const Window& window, const Window& samples,
     for (std::size_t i = before; i < m_hits.size(); ++i) ++m_hits[i].triangle;
 }
 
-/// Sorts the hits by sample, one of `cells`, and those of one sample by triangle as they came:
-/// digit by digit.
+/// Sorts the hits by sample, all of which are below `cells`, with a stable radix sort. The hits of
+/// a sample stay in the order of the triangles.
 void SupportSampler::sortHits(std::uint64_t cells) {
+    TESK_ASSERT(std::ranges::all_of(m_hits, [&](const auto& hit) { return hit.sample < cells; }));
     constexpr unsigned kBits = 11;
     constexpr std::uint32_t kDigit = (1u << kBits) - 1;
     m_sortedHits.resize(m_hits.size());

@@ -12,27 +12,26 @@
 
 namespace Tesk::orient {
 
-/// Measures the support that a turned part needs, column by column of a grid.
+/// Measures the support that a turned part needs, column by column.
 ///
-/// Every triangle hands its hits to the sample points that it lies over; the hits are then sorted
-/// by sample, and the columns measured in order: x outside, y inside, which fixes the order of the
-/// sums. Where hits pile up, or the grid is large, the grid is measured in pieces, in that order
-/// too, so that the memory does not grow with them.
+/// The hits of all triangles on the samples under them are collected and sorted by sample. Then the
+/// columns are measured in order, x in the outer loop and y in the inner one, which fixes the order
+/// of the sums. If there are very many hits or samples, the grid is measured in pieces, in the same
+/// order, which bounds the memory.
 class SupportSampler {
  public:
-    /// Keeps references to all; `areas` holds the area of every triangle.
-    SupportSampler(const FlatMesh& mesh, const std::vector<float>& areas)
-        : m_mesh(mesh), m_areas(areas) {}
+    /// Keeps references to both; `areas` holds the area of every triangle.
+    SupportSampler(const FlatMesh& mesh, const std::vector<float>& areas);
 
-    /// A triangle overhangs where its unit normal's z is below −overhangCosine; the ground is
-    /// z = 0.
+    /// Measures one part. A triangle overhangs if its unit normal's z is below −overhangCosine. The
+    /// ground is z = 0.
     ///
-    /// @param triangles  ascending; all that a sample point may lie under
+    /// @param triangles  ascending; includes all that a sample point may lie under
     SupportMeasures sample(const TurnedPart& part, const SampleGrid& grid, float overhangCosine,
                            std::span<const std::int32_t> triangles);
 
  private:
-    /// Columns and rows from first up to, and not with, end.
+    /// A range of columns and a range of rows; the ends are excluded.
     struct Window {
         std::uint32_t firstColumn, endColumn, firstRow, endRow;
 
@@ -41,7 +40,7 @@ class SupportSampler {
         Window with(const Window& other) const;
     };
 
-    /// The samples in a triangle's rectangle, seen from above; there are some.
+    /// The samples in a triangle's bounding rectangle, seen from above; at least one.
     struct Footprint {
         Window window;
         std::int32_t triangle;
@@ -64,7 +63,7 @@ class SupportSampler {
     const SampleGrid* m_grid = nullptr;
     float m_overhangCosine = 0.0f;
     SupportMeasures m_sums;
-    std::vector<ColumnHit> m_hits;  ///< samples counted within a window
+    std::vector<ColumnHit> m_hits;  ///< samples are numbered within a window
     std::vector<ColumnHit> m_sortedHits;
     std::vector<std::uint32_t> m_places;
     std::vector<float> m_heights;

@@ -5,6 +5,8 @@
 #include <numeric>
 #include <utility>
 
+#include "common/Assert.h"
+
 namespace Tesk::orient {
 namespace {
 
@@ -12,11 +14,12 @@ constexpr std::uint32_t kLeafSize = 8;
 
 }  // namespace
 
-/// Where the pivots come from: the upper bits of a linear congruential generator.
+/// The source of pivots: the upper bits of a linear congruential generator.
 class TriangleRectTree::Pivots {
  public:
-    /// A number from 0 up to, and not with, `end`.
+    /// A number below `end`, which is not 0.
     std::uint32_t below(std::uint32_t end) {
+        TESK_ASSERT(end > 0);
         m_state = m_state * 1664525u + 1013904223u;
         return (m_state >> 8) % end;
     }
@@ -34,11 +37,12 @@ void Rect::extend(const Rect& other) {
 
 TriangleRectTree::TriangleRectTree(std::vector<TriangleRect> entries)
     : m_entries(std::move(entries)), m_order(m_entries.size()) {
+    TESK_ASSERT(m_entries.size() <= std::numeric_limits<std::uint32_t>::max());
     std::iota(m_order.begin(), m_order.end(), 0u);
     m_nodes.reserve(m_entries.size() / 2 + 1);
     m_nodes.emplace_back();
     Pivots pivots;
-    // As if the level above had been split by an axis after y, so the root is split by y.
+    // A previous axis of 2 makes the root split by y.
     build(0, 0, static_cast<std::uint32_t>(m_order.size()), /*previousAxis=*/2, pivots);
 }
 
@@ -66,17 +70,19 @@ void TriangleRectTree::makeLeaf(Node& node, std::uint32_t lo, std::uint32_t hi) 
     for (std::uint32_t i = lo; i < hi; ++i) node.rect.extend(m_entries[m_order[i]].rect);
 }
 
-/// By x for axis 0, by y for 1.
+/// The coordinate by which entries are ordered: x for axis 0, y for 1.
 double TriangleRectTree::centroid(std::uint32_t position, int axis) const {
     const UPoint2<float>& p = m_entries[m_order[position]].centroid;
     return static_cast<double>(axis == 0 ? p.x : p.y);
 }
 
-/// Quickselect. A pivot that has its place leaves the range, which so shrinks at every step
-/// whatever the centroids are. A range whose last position is the median's is left as it is: the
-/// halves have their sizes, which is what keeps the leaves small.
+/// Quickselect. The pivot reaches its final position and leaves the range, so the range shrinks at
+/// every step whatever the centroids are. The search stops when the median is the last position of
+/// the range, even if the range is not sorted: the tree relies on the sizes of the halves, not on
+/// their order.
 void TriangleRectTree::selectMedian(std::uint32_t lo, std::uint32_t mid, std::uint32_t hi, int axis,
                                     Pivots& pivots) {
+    TESK_ASSERT(lo <= mid && mid < hi);
     while (hi - 1 != mid) {
         std::swap(m_order[lo], m_order[lo + pivots.below(hi - lo)]);
         const std::uint32_t split = partition(lo, hi, axis);
@@ -89,9 +95,9 @@ void TriangleRectTree::selectMedian(std::uint32_t lo, std::uint32_t mid, std::ui
     }
 }
 
-/// Puts the entries below the one at `lo`, the pivot, before it and those above behind it, and
-/// returns its place. Those equal to it are dealt to both sides: many equal centroids, as a wall's
-/// are, would else take quadratic time.
+/// Partitions the range around its first entry, the pivot, and returns the pivot's new position.
+/// Entries equal to the pivot go to both sides. On one side, many equal centroids, such as those of
+/// a vertical wall, would take quadratic time.
 std::uint32_t TriangleRectTree::partition(std::uint32_t lo, std::uint32_t hi, int axis) {
     const double pivot = centroid(lo, axis);
     std::uint32_t up = lo + 1;
@@ -108,7 +114,7 @@ std::uint32_t TriangleRectTree::partition(std::uint32_t lo, std::uint32_t hi, in
 }
 
 void TriangleRectTree::query(const UPoint2<float>& p, const Visitor& visitor) const {
-    // Ranges of 32-bit counts can be halved 32 times, and each level leaves one node waiting.
+    // A 32-bit count can be halved 32 times, and at most one node per level waits.
     std::array<std::uint32_t, 64> work;
     std::size_t waiting = 0;
     work[waiting++] = 0;
@@ -116,6 +122,7 @@ void TriangleRectTree::query(const UPoint2<float>& p, const Visitor& visitor) co
         const Node& node = m_nodes[work[--waiting]];
         if (!node.rect.contains(p)) continue;
         if (!node.isLeaf) {
+            TESK_ASSERT(waiting + 2 <= work.size());
             work[waiting++] = node.first + 1;
             work[waiting++] = node.first;
             continue;

@@ -9,7 +9,7 @@
 
 namespace Tesk::orient {
 
-/// An axis-aligned rectangle, bounds included. Default-constructed, it is empty.
+/// An axis-aligned rectangle that includes its bounds. Empty if default-constructed.
 struct Rect {
     static constexpr float kFar = std::numeric_limits<float>::max();
 
@@ -23,11 +23,11 @@ struct Rect {
         return minX <= p.x && p.x <= maxX && minY <= p.y && p.y <= maxY;
     }
 
-    /// Becomes the union of the two; a bound that is NaN is passed over.
+    /// Becomes the union of the two. Bounds that are NaN are ignored.
     void extend(const Rect& other);
 };
 
-/// A triangle seen from above: its bounding rectangle, its centroid and its place in the mesh.
+/// A triangle seen from above: its bounding rectangle, its centroid and its index in the mesh.
 struct TriangleRect {
     Rect rect;
     UPoint2<float> centroid;
@@ -36,22 +36,22 @@ struct TriangleRect {
 
 static_assert(sizeof(TriangleRect) == 28);
 
-/// Tells which triangles may lie over a point: a k-d tree over their rectangles, split at the
-/// median centroid by y, then by x, and so on in turn, with at most 8 rectangles in a leaf.
+/// Tells which triangles may lie over a point. A k-d tree over their rectangles, split at the
+/// median centroid, by y at the root and then by x and y in turn. A leaf has at most 8 rectangles.
 ///
-/// Any input builds, centroids that are equal or NaN included, in O(n log n) expected time. The
-/// build moves positions of 32 bits, not the entries. It draws its pivots from a generator of its
-/// own that starts anew each time: equal input gives an equal tree, and no other random numbers
-/// are touched. A built tree never changes; any number of threads may query it.
+/// Building takes O(n log n) expected time for any input, even if centroids are equal or NaN. It
+/// sorts 32-bit indices, not the entries. Pivots come from a private generator that starts from the
+/// same state each time, so equal input gives an equal tree and no other random numbers are used
+/// up. A built tree never changes; any number of threads may query it.
 class TriangleRectTree {
  public:
     using Visitor = std::function<void(int)>;
 
-    /// Takes the list over: moved in, it is left empty.
+    /// There are fewer than 2³² entries.
     explicit TriangleRectTree(std::vector<TriangleRect> entries);
 
     /// Calls visitor(triangle) once for every entry of each leaf whose rectangle contains p, in the
-    /// leaf's order: for all entries whose own rectangle contains p, and for others beside them.
+    /// leaf's order. That includes every entry whose own rectangle contains p, and possibly others.
     /// The order of the leaves is unspecified.
     void query(const UPoint2<float>& p, const Visitor& visitor) const;
 

@@ -6,6 +6,7 @@
 #include <numeric>
 #include <vector>
 
+#include "common/Assert.h"
 #include "orient/turn/TurnedPart.h"
 
 namespace Tesk::orient {
@@ -13,10 +14,11 @@ namespace {
 
 using Mesh = UMesh<float>;
 
+/// The number of vertices or triangles that a thread handles at a time.
 constexpr std::int64_t kPiece = 8192;
 
-/// The vertices of a mesh, in pieces: how many of each are kept, and from where on in the flat
-/// arrays these stand; the others stand behind all that are kept.
+/// Counts the vertices that are not deleted, piece by piece, and so tells where each piece goes in
+/// the flat arrays: all kept vertices come first, then all deleted ones.
 class KeptVertices {
  public:
     KeptVertices(Tesk::Team& team, const Mesh& mesh)
@@ -34,16 +36,18 @@ class KeptVertices {
     }
 
     std::int64_t all() const { return m_before.back(); }
-    /// Where the first kept vertex of the piece that begins at `first` stands, and the first other.
+
+    /// The places of the first kept and the first deleted vertex of the piece that begins at
+    /// `first`.
     std::int64_t placeOfKept(std::int64_t first) const {
         return m_before[static_cast<std::size_t>(first / kPiece)];
     }
-    std::int64_t placeOfOthers(std::int64_t first) const {
+    std::int64_t placeOfDeleted(std::int64_t first) const {
         return all() + first - placeOfKept(first);
     }
 
  private:
-    std::vector<std::int64_t> m_before;  ///< kept vertices before each piece, and all
+    std::vector<std::int64_t> m_before;  ///< kept vertices before each piece; last, all of them
 };
 
 float largerReach(float reach, float coordinate) {
@@ -51,7 +55,7 @@ float largerReach(float reach, float coordinate) {
     return std::max(reach, std::fabs(coordinate));
 }
 
-/// Where each vertex of the mesh stands in the flat arrays: kept ones first, in list order.
+/// The place of each vertex of the mesh in the flat arrays.
 using Places = Tesk::RawVector<std::int32_t>;
 
 /// Copies the vertices of a piece; returns their reach.
@@ -59,9 +63,9 @@ float copyPiece(const Mesh& mesh, const KeptVertices& kept, std::int64_t first, 
                 FlatMesh& flat, Places& places) {
     float reach = 0.0f;
     std::int64_t nextKept = kept.placeOfKept(first);
-    std::int64_t nextOther = kept.placeOfOthers(first);
+    std::int64_t nextDeleted = kept.placeOfDeleted(first);
     for (std::int64_t i = first; i < end; ++i) {
-        const std::int64_t place = KeptVertices::isKept(mesh, i) ? nextKept++ : nextOther++;
+        const std::int64_t place = KeptVertices::isKept(mesh, i) ? nextKept++ : nextDeleted++;
         const UPoint3<float>& p = mesh.Vertex(static_cast<std::int32_t>(i))->P();
         const auto at = static_cast<std::size_t>(place);
         flat.x[at] = p.x;
@@ -97,6 +101,7 @@ void copyCorners(const Mesh& mesh, const Places& places, std::int64_t first, std
         const UTriangle<float>& triangle = *mesh.Triangle(static_cast<std::int32_t>(i));
         for (int k = 0; k < 3; ++k) {
             const auto vertex = static_cast<std::size_t>(triangle.V(k)->Index());
+            TESK_ASSERT(vertex < places.size());
             flat.corners[static_cast<std::size_t>(i)][static_cast<std::size_t>(k)] = places[vertex];
         }
     }
@@ -109,7 +114,7 @@ FlatMesh flatten(Tesk::Team& team, const Mesh& mesh, const UMatrix4<float>& plac
     flat.placement = placement;
     const Places places = copyVertices(team, mesh, flat);
     flat.corners.resize(static_cast<std::size_t>(mesh.TriangleCount()));
-    // The box, which one thread takes, is the first piece.
+    // The first piece stands for the box, which is computed by one thread.
     team.forPieces(mesh.TriangleCount() + kPiece, kPiece,
                    [&](std::int64_t first, std::int64_t end, int) {
                        if (first == 0) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "common/Assert.h"
 #include "orient/rotation/CandidateRotation.h"
 
 namespace Tesk::orient {
@@ -12,8 +13,8 @@ namespace {
 using Matrix = UMatrix4<float>;
 using Ranges = std::array<CoordinateRange, 3>;
 
-/// As many vertices as stay in the nearest cache.
-constexpr std::size_t kBlock = 1024;
+/// Few enough to stay in the first-level cache.
+constexpr std::size_t kVerticesPerBlock = 1024;
 
 /// Placement, then the turn about the centre of the placed box.
 Matrix turnOntoUp(const FlatMesh& mesh, const UVector3<float>& direction) {
@@ -45,13 +46,13 @@ bool isFinite(const FlatMesh& mesh, const std::array<TurnedCoordinate, 3>& coord
     });
 }
 
-/// The ranges of each part's coordinates before their shifts, over the kept vertices.
+/// The ranges of each part's coordinates over the kept vertices, without the shifts.
 void unshiftedRanges(const FlatMesh& mesh, std::span<const TurnedPart> parts,
                      std::span<Ranges> ranges) {
     const TurnKernels& kernels = turnKernels();
     std::fill(ranges.begin(), ranges.end(), Ranges());
-    for (std::size_t first = 0; first < mesh.keptVertices; first += kBlock) {
-        const std::size_t count = std::min(kBlock, mesh.keptVertices - first);
+    for (std::size_t first = 0; first < mesh.keptVertices; first += kVerticesPerBlock) {
+        const std::size_t count = std::min(kVerticesPerBlock, mesh.keptVertices - first);
         for (std::size_t k = 0; k < parts.size(); ++k) {
             for (std::size_t axis = 0; axis < 3; ++axis) {
                 kernels.extendRange(mesh.x.data() + first, mesh.y.data() + first,
@@ -62,8 +63,8 @@ void unshiftedRanges(const FlatMesh& mesh, std::span<const TurnedPart> parts,
     }
 }
 
-/// The box of finite coordinates. Rounding does not change the order of numbers: the least
-/// coordinate is the least one before the shift, shifted.
+/// The box if all coordinates are finite. Rounding preserves order, so the least shifted coordinate
+/// is the least unshifted one, shifted.
 UBox3<float> shiftedBox(const TurnedPart& part, const Ranges& ranges) {
     UPoint3<float> low;
     UPoint3<float> high;
@@ -76,7 +77,7 @@ UBox3<float> shiftedBox(const TurnedPart& part, const Ranges& ranges) {
     return {low, high};
 }
 
-/// The box of any coordinates, point by point.
+/// The box whatever the coordinates are, point by point.
 UBox3<float> boxOf(const FlatMesh& mesh, const TurnedPart& part) {
     UBox3<float> box;
     for (std::size_t v = 0; v < mesh.keptVertices; ++v) {
@@ -85,17 +86,19 @@ UBox3<float> boxOf(const FlatMesh& mesh, const TurnedPart& part) {
     return box;
 }
 
-/// Turns a part by m; its unshifted ranges stay those of its slopes.
+/// Turns a part by m, without its box.
 void turnBy(const FlatMesh& mesh, const Matrix& m, TurnedPart& part) {
     part.coordinates = coordinatesOf(m);
     part.isFinite = isFinite(mesh, part.coordinates);
 }
 
-/// Sets the box; `ranges` are the part's own.
+/// Sets the box. `ranges` are the part's unshifted ones.
 void setBox(const FlatMesh& mesh, const Ranges& ranges, TurnedPart& part) {
     part.box = part.isFinite ? shiftedBox(part, ranges) : boxOf(mesh, part);
 }
 
+/// Lifts a part that `turn` has turned. Recomputes `ranges` if the product of the matrices rounds
+/// to other slopes.
 void liftTo(const FlatMesh& mesh, float baseHeight, const Matrix& turn, Ranges& ranges,
             TurnedPart& part) {
     const auto before = part.coordinates;
@@ -120,6 +123,7 @@ UBox3<float> boxThrough(const FlatMesh& mesh, const Matrix& matrix) {
 
 void turnParts(const FlatMesh& mesh, std::span<const UVector3<float>> directions, float baseHeight,
                std::span<TurnedPart> parts) {
+    TESK_ASSERT(directions.size() == parts.size() && parts.size() <= kGroupSize);
     std::array<Matrix, kGroupSize> turns;
     std::array<Ranges, kGroupSize> ranges;
     for (std::size_t k = 0; k < parts.size(); ++k) {

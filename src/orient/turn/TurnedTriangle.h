@@ -13,19 +13,19 @@
 
 namespace Tesk::orient {
 
-/// A triangle of the mesh as a candidate build direction turns it.
+/// A triangle of the mesh, turned for one candidate build direction.
 struct TurnedTriangle {
     UPoint3<float> a, b, c;
 
     TurnedTriangle(const FlatMesh& mesh, const TurnedPart& part, std::int32_t triangle)
         : TurnedTriangle(mesh, part, mesh.corners[static_cast<std::size_t>(triangle)]) {}
 
-    /// The upward part of the unit normal.
+    /// The z component of the unit normal.
     float normalZ() const { return ((b - a) * (c - b)).GetNormal().z; }
 
-    /// The edges as the column at x sees them. A point is under the triangle where it lies on the
-    /// same side of all three, for either winding, or exactly on the line through one: within the
-    /// triangle's rectangle, that counts too.
+    /// The edges as seen by the column at x. A point within the triangle's rectangle is under the
+    /// triangle if it lies on the same side of all three edges, whichever side that is, or exactly
+    /// on the line through one of them.
     ColumnEdges edgesAt(float x) const {
         ColumnEdges edges{};
         const std::array<const UPoint3<float>*, 4> loop = {&a, &b, &c, &a};
@@ -38,7 +38,7 @@ struct TurnedTriangle {
         return edges;
     }
 
-    /// The plane over the edges from a; its determinant is 0 where the triangle stands upright.
+    /// The plane as seen by the column at x. Its determinant is 0 if the triangle is vertical.
     ColumnPlane planeAt(float x) const {
         const UVector3<float> u = b - a;
         const UVector3<float> v = c - a;
