@@ -5,9 +5,9 @@
 #include <string_view>
 
 #include "Failure.h"
-#include "MeshChecks.h"
 #include "TeskPartFiles/PartFiles.h"
 #include "ThreeMfFile.h"
+#include "part/MeshChecks.h"
 
 namespace {
 

@@ -6,9 +6,9 @@
 #include <cmath>
 
 #include "Failure.h"
-#include "LengthUnit.h"
 #include "TextScanner.h"
 #include "ThreeMfPackage.h"
+#include "options/LengthUnit.h"
 
 namespace App {
 

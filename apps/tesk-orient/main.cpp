@@ -10,13 +10,13 @@
 #include <windows.h>
 #endif
 
-#include "BoxCommand.h"
 #include "Failure.h"
-#include "Interrupt.h"
-#include "LayFlatCommand.h"
-#include "Options.h"
-#include "OrientCommand.h"
 #include "TeskDebug/Exception.h"
+#include "commands/BoxCommand.h"
+#include "commands/Interrupt.h"
+#include "commands/LayFlatCommand.h"
+#include "commands/OrientCommand.h"
+#include "options/Options.h"
 
 namespace {
 

@@ -8,12 +8,12 @@
 #include <numbers>
 #include <regex>
 
-#include "MeshChecks.h"
-#include "MeshEncoding.h"
-#include "MeshFile.h"
 #include "RunProgram.h"
 #include "Shapes.h"
 #include "TeskDataBasic/UMatrix4.h"
+#include "part/MeshChecks.h"
+#include "part/MeshEncoding.h"
+#include "part/MeshFile.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "MeshEncoding.h"
+#include "part/MeshEncoding.h"
 
 #include <gtest/gtest.h>
 
 #include "CadShapes.h"
-#include "MeshFile.h"
 #include "RunProgram.h"
+#include "part/MeshFile.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "PartBox.h"
+#include "poses/PartBox.h"
 
 #include <gtest/gtest.h>
 
-#include "MeshChecks.h"
-#include "Turn.h"
+#include "part/MeshChecks.h"
+#include "poses/Turn.h"
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "MeshChecks.h"
-#include "MeshEncoding.h"
-#include "MeshFile.h"
 #include "RunProgram.h"
 #include "Shapes.h"
+#include "part/MeshChecks.h"
+#include "part/MeshEncoding.h"
+#include "part/MeshFile.h"
 
 namespace {
 

@@ -1,0 +1,64 @@
+#include "commands/CommandSupport.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <thread>
+
+#include "Failure.h"
+#include "TeskDebug/Exception.h"
+#include "TeskMeshData/MeshKernel.h"
+#include "commands/Interrupt.h"
+#include "part/FileBytes.h"
+
+namespace App {
+
+void stopIfInterrupted() {
+    if (Interrupt::isRequested()) throw Tesk::AbortException("Aborting...");
+}
+
+CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
+    LoadedPart part = readMeshFile(options.part, options.unit);
+    stopIfInterrupted();
+    MeshKernel kernel(part.mesh.positions, part.mesh.triangles);
+    kernel.UpdateTopo(/*rebuild=*/true, MeshKernel::kEdgeCounts);
+    part.topology = kernel.topology();
+    part.measures = measure(part.mesh);
+    for (Warning& warning :
+         checkMesh(part.mesh, part.topology, part.measures, part.unit, purpose)) {
+        part.warnings.push_back(std::move(warning));
+    }
+    return {std::move(part), std::move(kernel)};
+}
+
+void printWarnings(const CommonOptions& options, const LoadedPart& part) {
+    if (options.isQuiet) return;
+    for (const Warning& warning : part.warnings) {
+        fmt::print(stderr, "tesk-orient: warning: {}: {}\n", displayName(options.part),
+                   warning.text);
+    }
+}
+
+std::function<void(int)> progressOn(ProgressBar& bar, int end) {
+    return [&bar, end](int percent) {
+        stopIfInterrupted();
+        bar.show(std::min(percent * 100 / end, 100));
+    };
+}
+
+unsigned int threadCountOf(const CommonOptions& options) {
+    if (options.threads > 0) return static_cast<unsigned int>(options.threads);
+    return std::max(1u, std::thread::hardware_concurrency());
+}
+
+void printReport(const CommonOptions& options, const std::string& report) {
+    if (std::fputs(report.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
+        throw Failure(ExitCode::kOutput, "cannot write to standard output");
+    }
+    if (!options.output.empty() && !options.isJson) {
+        fmt::print("Written: {}\n", displayName(options.output));
+    }
+}
+
+}  // namespace App

@@ -1,0 +1,226 @@
+#include "options/Options.h"
+
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <sstream>
+#include <vector>
+
+#include "Failure.h"
+#include "Version.h"
+#include "part/FileBytes.h"
+
+namespace App {
+
+namespace {
+
+constexpr const char* kDescription =
+    "Finds out in which orientation a part should be 3D-printed, and the smallest box around it.\n"
+    "Reads STL, OBJ, PLY, OFF and 3MF files.";
+
+constexpr const char* kFooter = R"(
+Examples:
+  tesk-orient orient bracket.stl
+  tesk-orient orient bracket.stl --output turned.3mf
+  tesk-orient orient bracket.obj --units inch --overhang-angle 50 --json
+  tesk-orient orient bracket.stl --support-volume-weight 0 --height-weight 1 --rank 2 -o low.stl
+  tesk-orient box bracket.stl
+  tesk-orient box bracket.stl --criterion around-axis --axis 0,0,1 --json
+  tesk-orient lay-flat bracket.stl --output flat.stl
+
+Exit codes:
+  0  done                              3  the part cannot be read
+  1  internal error                    4  the output cannot be written
+  2  the command line makes no sense   130  aborted
+)";
+
+void addConfigure(CLI::App& orient, OptimizeOrient::Configure& config) {
+    const auto weight = [&](const char* name, std::int32_t& value, const char* what) {
+        orient.add_option(name, value, what)
+            ->capture_default_str()
+            ->check(CLI::Range(0, 1'000'000))
+            ->group("What a good orientation is worth");
+    };
+    weight("--height-weight", config.heightWeight, "Weight of the height: printing time");
+    weight("--support-volume-weight", config.supportVolumeWeight,
+           "Weight of the support's volume: material");
+    weight("--support-area-weight", config.supportAreaWeight,
+           "Weight of the overhanging area and of the footprint; large overhanging triangles count "
+           "more than their area says, so use it with care");
+    weight("--box-volume-weight", config.boxVolumeWeight, "Weight of the bounding box's volume");
+    orient
+        .add_option("--overhang-angle", config.overhangAngle,
+                    "Steepest overhang that prints without support, degrees")
+        ->capture_default_str()
+        ->check(CLI::Range(0.0f, 90.0f))
+        ->group("How support is measured");
+    orient
+        .add_option(
+            "--base-height", config.baseHeight,
+            "Height of the lowest point above the plate, mm; -1 leaves the turned part where it is")
+        ->capture_default_str()
+        ->check(CLI::Range(-1.0f, 1e6f))
+        ->group("How support is measured");
+    orient
+        .add_flag("--compute-support", config.computeSupport,
+                  "Measure support even where both support weights are 0")
+        ->group("How support is measured");
+}
+
+/// What the library gives as text, to be taken over after parsing.
+struct CommonTexts {
+    std::string part;
+    std::string output;
+    std::string unit;
+};
+
+void addCommon(CLI::App& command, CommonOptions& options, CommonTexts& texts,
+               const std::string& whatOutputIs) {
+    std::vector<std::string> units;
+    for (const LengthUnit& known : lengthUnits()) units.emplace_back(known.name);
+    command.add_option("PART", texts.part, "The part's file: .stl, .obj, .ply, .off or .3mf")
+        ->required();
+    command.add_option("-o,--output", texts.output,
+                       "Write " + whatOutputIs + " here; the extension says how");
+    command
+        .add_option("--units", texts.unit,
+                    "Unit of the file's numbers [mm; for 3MF the file's own]")
+        ->check(CLI::IsMember(units));
+    command.add_flag("--json", options.isJson, "Print one JSON object instead of a table");
+    command.add_flag("-q,--quiet", options.isQuiet, "No progress bar and no warnings");
+}
+
+void addThreads(CLI::App& command, CommonOptions& options) {
+    command.add_option("--threads", options.threads, "Threads to use [all processors]")
+        ->check(CLI::Range(1, 1024));
+}
+
+void take(const CommonTexts& texts, CommonOptions& options) {
+    options.part = pathOf(texts.part);
+    options.output = pathOf(texts.output);
+    if (!texts.unit.empty()) options.unit = unitNamed(texts.unit);
+}
+
+void addOrient(CLI::App& orient, OrientOptions& options) {
+    orient.add_option("--rank", options.rank, "Take this one of the listed orientations")
+        ->capture_default_str()
+        ->check(CLI::Range(1, 12));
+    orient.add_option("--seed", options.seed, "Seed of the randomly drawn candidate directions")
+        ->capture_default_str();
+    orient.add_flag("-v,--verbose", options.isVerbose, "Print how long each stage took");
+    addConfigure(orient, options.config);
+}
+
+struct BoxTexts {
+    std::string criterion = nameOf(Criterion::kVolume);
+    std::vector<float> axis;
+};
+
+constexpr Criterion kCriteria[] = {Criterion::kVolume, Criterion::kBaseArea, Criterion::kBaseHeight,
+                                   Criterion::kAroundAxis, Criterion::kPrincipal};
+
+void addBox(CLI::App& box, BoxTexts& texts) {
+    std::vector<std::string> names;
+    for (const Criterion criterion : kCriteria) names.emplace_back(nameOf(criterion));
+    box.add_option("--criterion", texts.criterion,
+                   "What the box is smallest in: its volume; the area of its smallest side; its "
+                   "height, then its footprint; its cross-section around --axis; or not the "
+                   "smallest but along the principal axes, at once")
+        ->capture_default_str()
+        ->check(CLI::IsMember(names));
+    box.add_option("--axis", texts.axis, "Axis x,y,z of --criterion around-axis")
+        ->delimiter(',')
+        ->expected(3);
+}
+
+void take(const BoxTexts& texts, BoxOptions& options) {
+    for (const Criterion criterion : kCriteria) {
+        if (texts.criterion == nameOf(criterion)) options.criterion = criterion;
+    }
+    const bool isAroundAxis = options.criterion == Criterion::kAroundAxis;
+    if (isAroundAxis != !texts.axis.empty()) {
+        throw Failure(
+            ExitCode::kUsage,
+            isAroundAxis ? "--criterion around-axis needs --axis x,y,z; see tesk-orient --help"
+                         : "--axis goes with --criterion around-axis only; see tesk-orient --help");
+    }
+    if (!isAroundAxis) return;
+    options.axis = {texts.axis[0], texts.axis[1], texts.axis[2]};
+    const float length = options.axis.GetLength();
+    if (!std::isfinite(length) || options.axis.IsZeroLength()) {
+        throw Failure(ExitCode::kUsage,
+                      "--axis must be a direction, finite and not 0,0,0; see tesk-orient --help");
+    }
+}
+
+/// CLI11 prints help and version; everything else is one line for the user.
+bool parse(CLI::App& app, int argc, char** argv) {
+    try {
+        app.parse(argc, argv);
+        return true;
+    } catch (const CLI::Success& request) {
+        app.exit(request);
+        return false;
+    } catch (const CLI::ParseError& error) {
+        throw Failure(ExitCode::kUsage, fmt::format("{}; see tesk-orient --help", error.what()));
+    }
+}
+
+}  // namespace
+
+const char* nameOf(Criterion criterion) {
+    switch (criterion) {
+        case Criterion::kVolume:
+            return "volume";
+        case Criterion::kBaseArea:
+            return "base-area";
+        case Criterion::kBaseHeight:
+            return "base-height";
+        case Criterion::kAroundAxis:
+            return "around-axis";
+        case Criterion::kPrincipal:
+            return "principal";
+    }
+    return "";
+}
+
+std::optional<Command> readCommand(int argc, char** argv) {
+    OrientOptions orientOptions;
+    BoxOptions boxOptions;
+    LayFlatOptions layFlatOptions;
+    CommonTexts texts;
+    BoxTexts boxTexts;
+    CLI::App app(kDescription, "tesk-orient");
+    app.set_version_flag("--version", "tesk-orient " TESK_VERSION);
+    app.footer(kFooter);
+    app.require_subcommand(1);
+    // Windows too takes --options only: /part.stl is a file.
+    app.allow_windows_style_options(false);
+    CLI::App* orient = app.add_subcommand("orient", "Rank the build orientations of a part");
+    addCommon(*orient, orientOptions, texts, "the turned part");
+    addThreads(*orient, orientOptions);
+    addOrient(*orient, orientOptions);
+    CLI::App* box = app.add_subcommand("box", "Find the smallest box around a part");
+    addCommon(*box, boxOptions, texts, "the box, as a mesh,");
+    addThreads(*box, boxOptions);
+    addBox(*box, boxTexts);
+    CLI::App* layFlat = app.add_subcommand(
+        "lay-flat", "Lay a part flat in its smallest box: longest side along X, shortest upright");
+    addCommon(*layFlat, layFlatOptions, texts, "the part laid flat");
+    for (CLI::App* command : {orient, box, layFlat}) command->footer(kFooter);
+    if (!parse(app, argc, argv)) return std::nullopt;
+    if (orient->parsed()) {
+        take(texts, orientOptions);
+        return orientOptions;
+    }
+    if (box->parsed()) {
+        take(texts, boxOptions);
+        take(boxTexts, boxOptions);
+        return boxOptions;
+    }
+    take(texts, layFlatOptions);
+    return layFlatOptions;
+}
+
+}  // namespace App

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <variant>
+
+#include "OrientOptimizer.h"
+#include "TeskDataBasic/UVector3.h"
+#include "options/LengthUnit.h"
+
+namespace App {
+
+/// What every command takes.
+struct CommonOptions {
+    std::filesystem::path part;
+    std::filesystem::path output;  ///< empty: write none
+    std::optional<LengthUnit> unit;
+    int threads = 0;  ///< 0: as many as the machine has
+    bool isJson = false;
+    bool isQuiet = false;
+};
+
+struct OrientOptions : CommonOptions {
+    OptimizeOrient::Configure config;
+    std::uint32_t seed = 1;
+    int rank = 1;
+    bool isVerbose = false;
+};
+
+/// What a smallest box is smallest in.
+enum class Criterion { kVolume, kBaseArea, kBaseHeight, kAroundAxis, kPrincipal };
+
+/// As the option --criterion takes it, and as reports print it.
+const char* nameOf(Criterion criterion);
+
+struct BoxOptions : CommonOptions {
+    Criterion criterion = Criterion::kVolume;
+    UVector3<float> axis;  ///< of kAroundAxis
+};
+
+struct LayFlatOptions : CommonOptions {};
+
+using Command = std::variant<OrientOptions, BoxOptions, LayFlatOptions>;
+
+/// Reads the command line. Empty after --help or --version, which it prints. Throws Failure with
+/// ExitCode::kUsage.
+std::optional<Command> readCommand(int argc, char** argv);
+
+}  // namespace App
