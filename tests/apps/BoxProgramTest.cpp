@@ -163,7 +163,7 @@ TEST_F(BoxProgram, AnOpenMeshHasABoxButNoVolume) {
     EXPECT_EQ(result.code, 0);
     EXPECT_THAT(result.error, HasSubstr("open edges"));
     EXPECT_THAT(result.error, Not(HasSubstr("support")));
-    EXPECT_THAT(result.out, HasSubstr("the part's is unknown"));
+    EXPECT_THAT(result.out, HasSubstr("the part's own volume is unknown"));
     EXPECT_TRUE(jsonOf({"box", file})["box"]["partVolumeMm3"].is_null());
     EXPECT_TRUE(jsonOf({"box", file})["box"]["fillRatio"].is_null());
     EXPECT_EQ(runTeskOrient({"box", file, "--quiet"}).error, "");

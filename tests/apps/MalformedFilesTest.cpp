@@ -26,21 +26,21 @@ constexpr const char* kCommands[] = {"orient", "box", "lay-flat"};
 
 constexpr Expectation kSampleFiles[] = {
     {"3mf_missing_model_part.3mf", 0, "does not say which file is its model"},
-    {"3mf_model_only.3mf", 3, "it has no build items"},
+    {"3mf_model_only.3mf", 3, "contains no build items"},
     {"obj_degenerate.obj", 3, "its one triangle has no area"},
-    {"obj_index_out_of_range.obj", 3, "line 23: a face names vertex 12, but the file has 8"},
-    {"obj_index_zero.obj", 3, "line 16: a face names vertex 0"},
+    {"obj_index_out_of_range.obj", 3, "line 23: a face refers to vertex 12, but the file has 8"},
+    {"obj_index_zero.obj", 3, "line 16: a face refers to vertex 0"},
     {"ply_corrupt_header.ply", 3, "line 7: unknown PLY type"},
-    {"stl_ascii_empty_solid.stl", 3, "holds no triangles"},
+    {"stl_ascii_empty_solid.stl", 3, "contains no triangles"},
     {"stl_ascii_four_vertices.stl", 3, "line 91: expected \"endloop\", found \"vertex\""},
     {"stl_ascii_garbage_bytes.stl", 3, "line 4: "},
     {"stl_ascii_missing_endfacet.stl", 3, "line 2: expected \"facet\""},
     {"stl_ascii_nan_normals.stl", 0, "1 stored normal is not made of finite numbers"},
     {"stl_ascii_zero_area.stl", 0, "1 triangle has no area"},
-    {"stl_binary_count_too_big.stl", 3, "promises 1260 triangles"},
+    {"stl_binary_count_too_big.stl", 3, "declares 1260 triangles"},
     {"stl_binary_solid_header_extra_byte.stl", 0, "1 byte after the last triangle is ignored"},
     {"stl_binary_truncated.stl", 3, "is cut short"},
-    {"stl_binary_zero_triangles.stl", 3, "holds no triangles"},
+    {"stl_binary_zero_triangles.stl", 3, "contains no triangles"},
     {"stl_zero_bytes.stl", 3, "the file is empty"},
 };
 
@@ -118,8 +118,8 @@ TEST(MalformedFiles, EveryKindOfDamageIsNamed) {
     const BrokenFile files[] = {
         {"empty.stl", "", "the file is empty"},
         {"short.stl", binaryStl(10, 3), "is cut short"},
-        {"bomb.stl", binaryStl(0xffffffffu, 1), "promises 4294967295 triangles"},
-        {"none.stl", binaryStl(0, 0), "holds no triangles"},
+        {"bomb.stl", binaryStl(0xffffffffu, 1), "declares 4294967295 triangles"},
+        {"none.stl", binaryStl(0, 0), "contains no triangles"},
         {"nan.stl", binaryStl(2, 2, notANumber), "vertex 2 has a coordinate that is not finite"},
         {"inf.stl", binaryStl(2, 2, infinite), "vertex 2 has a coordinate that is not finite"},
         {"nan.obj", "v 0 0 0\nv nan 0 0\nv 0 1 0\nf 1 2 3\n", "vertex 2"},
@@ -129,7 +129,7 @@ TEST(MalformedFiles, EveryKindOfDamageIsNamed) {
         {"bomb.ply",
          "ply\nformat ascii 1.0\nelement vertex 1000000000000\nproperty float x\n"
          "property float y\nproperty float z\nend_header\n0 0 0\n",
-         "promises 1000000000000 instances"},
+         "declares 1000000000000 instances"},
         {"bomb.off", "OFF\n1000000000 1000000000 0\n0 0 0\n", "bomb.off"},
         {"range.off", "OFF\n3 1 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 3\n", "line 6"},
         {"no.3mf", "PK but no archive", "no.3mf"},
@@ -141,7 +141,8 @@ TEST(MalformedFiles, EveryKindOfDamageIsNamed) {
         {"needs.3mf",
          makeZip({{.name = "3D/3dmodel.model", .content = "<model requiredextensions=\"b\"/>"}}),
          "3D/3dmodel.model, line 1: the model needs the 3MF extension with the prefix \"b\""},
-        {"part.step", "ISO-10303-21;", "not a known kind of mesh file"},
+        {"part.step", "ISO-10303-21;",
+         "unknown file type .step; supported: .stl, .obj, .ply, .off, .3mf"},
     };
     const TemporaryFolder folder;
     for (const BrokenFile& file : files) {

@@ -32,7 +32,7 @@ Examples:
 Exit codes:
   0  done                              3  the part cannot be read
   1  internal error                    4  the output cannot be written
-  2  the command line makes no sense   130  aborted
+  2  invalid command line              130  aborted
 )";
 
 void addConfigure(CLI::App& orient, OptimizeOrient::Configure& config) {
@@ -40,7 +40,7 @@ void addConfigure(CLI::App& orient, OptimizeOrient::Configure& config) {
         orient.add_option(name, value, what)
             ->capture_default_str()
             ->check(CLI::Range(0, 1'000'000))
-            ->group("What a good orientation is worth");
+            ->group("Weights");
     };
     weight("--height-weight", config.heightWeight, "Weight of the height: printing time");
     weight("--support-volume-weight", config.supportVolumeWeight,
@@ -82,7 +82,7 @@ void addCommon(CLI::App& command, CommonOptions& options, CommonTexts& texts,
     command.add_option("PART", texts.part, "The part's file: .stl, .obj, .ply, .off or .3mf")
         ->required();
     command.add_option("-o,--output", texts.output,
-                       "Write " + whatOutputIs + " here; the extension says how");
+                       "Write " + whatOutputIs + " here; the extension decides the format");
     command
         .add_option("--units", texts.unit,
                     "Unit of the file's numbers [mm; for 3MF the file's own]")
@@ -103,7 +103,7 @@ void take(const CommonTexts& texts, CommonOptions& options) {
 }
 
 void addOrient(CLI::App& orient, OrientOptions& options) {
-    orient.add_option("--rank", options.rank, "Take this one of the listed orientations")
+    orient.add_option("--rank", options.rank, "Use the N-th listed orientation")
         ->capture_default_str()
         ->check(CLI::Range(1, 12));
     orient.add_option("--seed", options.seed, "Seed of the randomly drawn candidate directions")

@@ -73,7 +73,7 @@ void checkSide(double volumeSixfold, const TopologyCounts& topology, Purpose pur
                Warnings& warnings) {
     if (!isSound(topology) || !(volumeSixfold < 0.0)) return;
     const char* const consequence =
-        purpose == Purpose::kSupport ? ", so that tops are taken for overhangs" : "";
+        purpose == Purpose::kSupport ? ", so top surfaces are counted as overhangs" : "";
     warnings.push_back(
         {"inside-out",
          fmt::format("the surface is inside out: its triangles face inward{}", consequence)});
@@ -96,7 +96,7 @@ void checkSize(const TriangleMesh& mesh, const LengthUnit& unit, Warnings& warni
     if (largest >= kSmallPart && largest <= kLargePart) return;
     warnings.push_back(
         {"unusual-size",
-         fmt::format("with numbers taken as {}, the part is {:.4g} mm long, very {} for a part; {}",
+         fmt::format("if the unit is {}, the part is {:.4g} mm long, which is unusually {}; {}",
                      unit.name, largest, largest < kSmallPart ? "small" : "large",
                      proposals(largest / unit.millimetres, unit))});
 }

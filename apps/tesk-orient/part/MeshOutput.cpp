@@ -75,7 +75,12 @@ MeshOutput::~MeshOutput() {
 }
 
 void MeshOutput::write(const TriangleMesh& mesh) {
-    const std::string bytes = encoderFor(extensionOf(m_path))(mesh);
+    std::string bytes;
+    try {
+        bytes = encoderFor(extensionOf(m_path))(mesh);
+    } catch (const Tesk::PartFileError& error) {
+        fail(m_path, error.place());
+    }
     File file(nullptr, std::fclose);
     {
         const auto hold = Interrupt::hold();

@@ -9,7 +9,7 @@ namespace App {
 
 /// A turn by an angle about an axis, right-handed.
 struct Turn {
-    UVector3<float> axis;   ///< unit vector; zero where nothing turns
+    UVector3<float> axis;   ///< unit vector; zero if no turn is needed
     float angleRad = 0.0f;  ///< 0 to pi
 };
 

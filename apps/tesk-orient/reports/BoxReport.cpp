@@ -15,7 +15,7 @@ std::string titleOf(const BoxOptions& options) {
         case Criterion::kVolume:
             return "The box of least volume:";
         case Criterion::kBaseArea:
-            return "The box whose smallest side is least:";
+            return "The box with the smallest side of least area:";
         case Criterion::kBaseHeight:
             return "The lowest box along axis 3, of least footprint:";
         case Criterion::kAroundAxis:
@@ -38,8 +38,9 @@ std::string summaryOf(const BoxResult& result) {
         return text + fmt::format("; the part's {} fill {:.1f} % of it.\n",
                                   volumeText(*result.partVolume), 100.0 * *ratio);
     }
-    return text +
-           (result.partVolume ? ".\n" : "; the part's is unknown, as its surface is not sound.\n");
+    return text + (result.partVolume ? ".\n"
+                                     : "; the part's own volume is unknown because its surface is "
+                                       "not closed and consistently wound.\n");
 }
 
 }  // namespace

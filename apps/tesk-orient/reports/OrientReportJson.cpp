@@ -51,7 +51,7 @@ std::string reportJson(const OrientOptions& options, const OrientResult& result)
                          {"settings", settingsOf(options)},
                          {"conventions",
                           {{"matrix", kMatrixConvention},
-                           {"axis", "unit vector, right-handed; zero where nothing turns"},
+                           {"axis", "unit vector, right-handed; zero if no turn is needed"},
                            {"up", "the direction of the part that the orientation turns to +Z"},
                            {"score", "lower is better"}}},
                          {"chosenRank", options.rank},

@@ -25,13 +25,14 @@ namespace Tesk {
 
 /// The formats, as they are told apart by a file name's extension.
 enum class PartFormat {
-    kStl,  ///< .stl: binary and text
-    kObj,  ///< .obj: positions and faces; everything else in the file is passed over
-    kPly,  ///< .ply: text and both binary forms; faces and triangle strips
-    kOff,  ///< .off: text, with or without normals, colours and texture coordinates
+    kStl,      ///< .stl: binary and text
+    kObj,      ///< .obj: positions and faces; everything else in the file is passed over
+    kPly,      ///< .ply: text and both binary forms; faces and triangle strips
+    kOff,      ///< .off: text, with or without normals, colours and texture coordinates
+    kThreeMf,  ///< .3mf: the core, and model parts that the production extension names
 };
 
-/// "STL", "OBJ", "PLY" or "OFF".
+/// "STL", "OBJ", "PLY", "OFF" or "3MF".
 const char* nameOf(PartFormat format);
 
 /// The format of a file name, by its extension in upper or lower case.
@@ -68,12 +69,15 @@ struct PartFile {
     PartFormat format = PartFormat::kStl;
     std::string form;  ///< "binary" or "ASCII"; empty where the format has one form only
     PartMesh mesh;     ///< at least one triangle; finite coordinates, in the file's numbers
+    /// Of the coordinates, as a 3MF states it: "micron", "millimeter", "centimeter", "inch",
+    /// "foot", "meter", or a name that the standard does not have. Nothing for the other formats.
+    std::optional<std::string> unit;
     std::vector<std::string> objectNames;  ///< solids of an STL, objects of an OBJ; in file order
     std::vector<PartWarning> warnings;
 };
 
 /// A file that cannot be read or written. what() is one line, such as
-/// "part.obj: line 23: a face names vertex 12, but the file has 8".
+/// "part.obj: line 23: a face refers to vertex 12, but the file has 8".
 class PartFileError : public std::runtime_error {
  public:
     /// @param trouble  what is wrong, without file and line
@@ -123,10 +127,18 @@ struct ReadOptions {
 /// cut into triangles (n − 2 of n corners, each edge of the polygon kept), whether convex or not;
 /// where one crosses itself, the cut is one of many. Faces of one or two corners are left out.
 ///
+/// All build items of a 3MF come as one mesh in the root model's unit, with a warning where there
+/// are several. Transforms are applied; a mirrored object's triangles are reversed so that they
+/// still face outward. Meshes of type "support" or "other" are left out with a warning; materials
+/// and all else that does not change shapes is ignored. A required extension that does change them
+/// is an error, and so are objects that contain themselves or nest more than 100 deep, components
+/// that expand to more than 50 million triangles, and an archive that unpacks to more than 200
+/// times its size.
+///
 /// Throws PartFileError where the file cannot be opened, is something else than its name says, cut
-/// short, or names a vertex that it does not have; where a coordinate is missing, no number or not
-/// finite; and where there is no triangle at all. Memory is taken for what the file holds, not for
-/// what its header promises: at most about 60 bytes per triangle of a binary STL. The file is
+/// short, or refers to a vertex that it does not have; where a coordinate is missing, no number or
+/// not finite; and where there is no triangle at all. Memory is taken for what the file holds, not
+/// for what its header declares: at most about 60 bytes per triangle of a binary STL. The file is
 /// mapped: whoever shortens it meanwhile takes the process down, as with every mapped file.
 PartFile readPart(const std::filesystem::path& path, const ReadOptions& options = {});
 
@@ -139,8 +151,9 @@ PartFile readPart(std::string_view bytes, PartFormat format, const ReadOptions& 
 /// and indices in range. Linear; `threads` as in ReadOptions.
 PartMesh weld(PartMesh mesh, unsigned threads = 0);
 
-/// The bytes of a mesh file: STL and PLY binary, the others text. Every float reads back to the
-/// same bits. The same mesh has the same bytes.
+/// The bytes of a mesh file: STL and PLY binary, OBJ and OFF text, 3MF compressed, in millimetres.
+/// Every float reads back to the same bits. The same mesh has the same bytes. Throws PartFileError
+/// if a 3MF cannot be packed.
 std::string encodePart(const PartMesh& mesh, PartFormat format);
 
 /// Writes a mesh file; the format is that of the extension. The file appears under its name only

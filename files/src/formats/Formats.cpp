@@ -13,6 +13,8 @@
 #include "stl/StlWriter.h"
 #include "text/Keyword.h"
 #include "text/TextScanner.h"
+#include "threemf/ThreeMfReader.h"
+#include "threemf/ThreeMfWriter.h"
 
 namespace Tesk::files {
 
@@ -30,6 +32,11 @@ bool fitsStl(std::string_view bytes) {
     return fitsStlCount(bytes) || isKeyword(TextScanner(bytes.substr(0, 4096)).next(), "solid");
 }
 
+/// Of the formats here, only 3MF is a zip archive.
+bool fitsThreeMf(std::string_view start) {
+    return start.starts_with("PK\3\4");
+}
+
 /// OBJ has no first word of its own: a keyword that often comes first.
 bool fitsObj(std::string_view start) {
     const std::string_view word = TextScanner(start.substr(0, 65536), '#').next();
@@ -38,11 +45,13 @@ bool fitsObj(std::string_view start) {
     return std::find(kFirstWords.begin(), kFirstWords.end(), word) != kFirstWords.end();
 }
 
-constexpr std::array<Format, 4> kFormats = {{
+constexpr std::array<Format, 5> kFormats = {{
     {PartFormat::kStl, "STL", ".stl", fitsStl, readStl, encodeStl, /*weldsItself=*/true},
     {PartFormat::kObj, "OBJ", ".obj", fitsObj, readObj, encodeObj, /*weldsItself=*/false},
     {PartFormat::kPly, "PLY", ".ply", fitsPly, readPly, encodePly, /*weldsItself=*/false},
     {PartFormat::kOff, "OFF", ".off", fitsOff, readOff, encodeOff, /*weldsItself=*/false},
+    {PartFormat::kThreeMf, "3MF", ".3mf", fitsThreeMf, readThreeMf, encodeThreeMf,
+     /*weldsItself=*/false},
 }};
 
 }  // namespace

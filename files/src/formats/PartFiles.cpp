@@ -37,10 +37,14 @@ std::string extensionOf(const fs::path& path) {
 
 PartFormat expectFormat(const fs::path& path) {
     if (const auto format = formatOf(path)) return *format;
+    std::string supported;
+    for (const files::Format& row : files::allFormats()) {
+        supported += files::message(supported.empty() ? "" : ", ", row.extension);
+    }
     const std::string extension = extensionOf(path);
-    throw PartFileError(
-        (extension.empty() ? "a name without extension" : extension) +
-        std::string(" is not a known kind of mesh file; .stl, .obj, .ply and .off are"));
+    throw PartFileError(files::message("unknown file type ",
+                                       extension.empty() ? "(no extension)" : extension,
+                                       "; supported: ", supported));
 }
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;

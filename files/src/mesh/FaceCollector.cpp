@@ -43,7 +43,7 @@ std::vector<FaceCollector::Triangle> FaceCollector::withPolygons(
 }
 
 void FaceCollector::finish(PartMesh& mesh, std::vector<PartWarning>& warnings) {
-    if (faces() == 0) throw PartFileError("holds no faces");
+    if (faces() == 0) throw PartFileError("contains no faces");
     mesh.triangles = m_polygons.empty() ? std::move(m_triangles) : withPolygons(mesh.positions);
     if (m_leftOut > 0) {
         warnings.push_back({"small-faces",

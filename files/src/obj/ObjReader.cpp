@@ -100,9 +100,9 @@ class ObjReader {
     /// The vertex that an index of a face means, counted from 0.
     std::int32_t vertexOf(long long index) {
         const auto soFar = static_cast<long long>(positions().size());
-        if (index == 0) m_scanner.fail("a face names vertex 0; vertices are counted from 1");
+        if (index == 0) m_scanner.fail("a face refers to vertex 0; vertices are counted from 1");
         if (index < -soFar) {
-            m_scanner.fail(message("a face names vertex ", index,
+            m_scanner.fail(message("a face refers to vertex ", index,
                                    ", counted back from here, but only ", soFar,
                                    " come before it"));
         }
@@ -122,7 +122,7 @@ class ObjReader {
     void checkForwardReferences() const {
         for (const ForwardReference& reference : m_forwardReferences) {
             if (reference.vertex <= static_cast<long long>(m_vertexLines)) continue;
-            throw PartFileError(message("a face names vertex ", reference.vertex,
+            throw PartFileError(message("a face refers to vertex ", reference.vertex,
                                         ", but the file has ", m_vertexLines),
                                 reference.line);
         }

@@ -60,7 +60,7 @@ class OffReader {
     std::size_t count(std::string_view token, const char* what, std::size_t leastBytes) const {
         const long long value = m_scanner.integer(token);
         if (value < 0 || static_cast<unsigned long long>(value) > m_size / leastBytes + 1) {
-            m_scanner.fail(message("the header promises ", value, " ", what,
+            m_scanner.fail(message("the header declares ", value, " ", what,
                                    ", more than a file of ", m_size, " bytes can hold"));
         }
         if (value > std::numeric_limits<std::int32_t>::max()) {
@@ -97,7 +97,7 @@ class OffReader {
             }
             const long long index = m_scanner.integer(token);
             if (index < 0 || static_cast<unsigned long long>(index) >= m_vertexCount) {
-                m_scanner.fail(message("face ", i, " names vertex ", index, "; the file has ",
+                m_scanner.fail(message("face ", i, " refers to vertex ", index, "; the file has ",
                                        m_vertexCount, ", counted from 0"));
             }
             m_corners.push_back(static_cast<std::int32_t>(index));

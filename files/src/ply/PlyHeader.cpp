@@ -42,7 +42,7 @@ class HeaderReader {
 
     PlyHeader run() {
         if (m_scanner.next() != "ply") {
-            throw PartFileError("is no PLY: it does not begin with a line \"ply\"");
+            throw PartFileError("is not a PLY file: it does not begin with a line \"ply\"");
         }
         findLineEnd();
         for (std::string_view keyword = m_scanner.next(); keyword != "end_header";
@@ -142,7 +142,7 @@ class HeaderReader {
             const std::size_t least = element.leastSize(m_header.form);
             // The last number of a text may end with the file.
             if (element.count > 0 && (least == 0 || element.count > (room + 1) / least)) {
-                throw PartFileError(message("is cut short, or its header is wrong: it promises ",
+                throw PartFileError(message("is cut short, or its header is wrong: it declares ",
                                             element.count, " instances of \"", element.name,
                                             "\", more than its ", m_bytes.size(),
                                             " bytes can hold"));

@@ -59,7 +59,7 @@ class PlyTextNumbers {
     }
 
     [[noreturn]] void failNoNumber(std::string_view token) const {
-        fail(quoted(token) + " is not the number that the header promises here");
+        fail(quoted(token) + " is not the number that the header declares here");
     }
 
     TextScanner m_scanner;

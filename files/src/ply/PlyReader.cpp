@@ -52,7 +52,7 @@ std::size_t checkElements(const PlyHeader& header) {
     }
     const bool hasFaces =
         (face != nullptr && face->count > 0) || (strips != nullptr && strips->count > 0);
-    if (!hasFaces) throw PartFileError("holds no faces");
+    if (!hasFaces) throw PartFileError("contains no faces");
     checkCornerList(face);
     checkCornerList(strips);
     if (vertex->count > static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max())) {
@@ -168,7 +168,7 @@ class PlyReader {
                              index == std::floor(index);
         if (isSound) return static_cast<std::int32_t>(index);
         const bool isWhole = std::fabs(index) < 1e15 && index == std::floor(index);
-        m_numbers.fail(message("face ", m_instance, " names vertex ",
+        m_numbers.fail(message("face ", m_instance, " refers to vertex ",
                                isWhole ? message(static_cast<long long>(index)) : message(index),
                                "; the file has ", m_vertexCount, ", counted from 0"));
     }

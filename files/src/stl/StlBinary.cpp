@@ -12,22 +12,22 @@ std::size_t offsetOfCorner(std::size_t corner) {
     return kStlHeaderSize + corner / 3 * kStlRecordSize + kStlNormalSize + corner % 3 * 12;
 }
 
-/// The triangles that the header promises and the file holds.
+/// The triangles that the header declares and the file holds.
 std::size_t soundCount(std::string_view bytes, const ReadOptions& options) {
     if (bytes.size() < kStlHeaderSize) {
-        throw PartFileError(message("is no STL: ", bytes.size(),
+        throw PartFileError(message("is not an STL file: ", bytes.size(),
                                     " bytes are too few for a binary one, and it does not begin "
                                     "with \"solid\" as a text one does"));
     }
     const std::size_t count = stlCount(bytes);
     const std::size_t expected = kStlHeaderSize + kStlRecordSize * count;
     if (bytes.size() < expected) {
-        throw PartFileError(message("is cut short, or no STL: its header promises ", count,
+        throw PartFileError(message("is cut short, or not an STL file: its header declares ", count,
                                     " triangles (", expected, " bytes), but it has ", bytes.size(),
                                     " bytes, enough for ",
                                     (bytes.size() - kStlHeaderSize) / kStlRecordSize));
     }
-    if (count == 0) throw PartFileError("holds no triangles");
+    if (count == 0) throw PartFileError("contains no triangles");
     if (count > options.maxTriangles) throw tooManyTriangles(options.maxTriangles);
     return count;
 }

@@ -24,7 +24,7 @@ class TextStlReader {
         for (std::string_view token = m_scanner.next(); !token.empty(); token = m_scanner.next()) {
             readStatement(token);
         }
-        if (m_corners.empty()) throw PartFileError("holds no triangles");
+        if (m_corners.empty()) throw PartFileError("contains no triangles");
         warn();
         const auto load = [&](std::size_t corner) { return m_corners[corner]; };
         m_part.mesh = soupOf(m_corners.size() / 3, load, notFinite, m_options, m_progress);

@@ -5,8 +5,6 @@
 
 namespace Tesk::files {
 
-namespace {
-
 void appendFloat(std::string& text, float value) {
     const float size = std::fabs(value);
     const bool isPlain = value == 0.0f || (size >= 1e-4f && size < 1e7f);
@@ -17,8 +15,6 @@ void appendFloat(std::string& text, float value) {
             .ptr;
     text.append(digits, end);
 }
-
-}  // namespace
 
 void appendPoint(std::string& text, const PartPoint& point) {
     appendFloat(text, point.x);

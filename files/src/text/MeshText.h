@@ -6,8 +6,11 @@
 
 namespace Tesk::files {
 
-/// Appends "x y z": each in the fewest digits that read back to the same float, and without an
-/// exponent where people expect none.
+/// Appends the fewest digits that read back to the same float, with an exponent only below 1e-4 and
+/// from 1e7 on.
+void appendFloat(std::string& text, float value);
+
+/// Appends "x y z".
 void appendPoint(std::string& text, const PartPoint& point);
 
 }  // namespace Tesk::files

@@ -36,4 +36,8 @@ std::string counted(Number count, std::string_view one, std::string_view many) {
 /// A token for a message: shortened, in quotes, and without control characters.
 std::string quoted(std::string_view token);
 
+/// A name in UTF-8 for a message: whole unless it is very long, in quotes, without control
+/// characters.
+std::string quotedName(std::string_view name);
+
 }  // namespace Tesk::files

@@ -24,7 +24,7 @@ std::string_view plainText(std::string_view bytes, const char* format) {
     if (nul == bytes.npos) return bytes;
     TextScanner scanner(bytes.substr(0, nul));
     while (!scanner.isAtEnd()) scanner.skipLine();
-    throw PartFileError(message("holds a NUL byte, which no ", format, " text has"),
+    throw PartFileError(message("contains a NUL byte, which ", format, " text files must not have"),
                         scanner.line());
 }
 

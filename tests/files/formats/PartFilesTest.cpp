@@ -17,7 +17,7 @@ using Tesk::PartFormat;
 using testing::HasSubstr;
 
 constexpr PartFormat kFormats[] = {PartFormat::kStl, PartFormat::kObj, PartFormat::kPly,
-                                   PartFormat::kOff};
+                                   PartFormat::kOff, PartFormat::kThreeMf};
 
 /// A folder of the test's own.
 class PartFiles : public testing::Test {
@@ -61,7 +61,7 @@ std::string whatOf(const fs::path& path) {
 }
 
 TEST_F(PartFiles, WhatIsWrittenReadsBackToTheSameBits) {
-    for (const char* name : {"part.stl", "part.OBJ", "part.ply", "p\xc3\xa4rt.off"}) {
+    for (const char* name : {"part.stl", "part.OBJ", "part.ply", "p\xc3\xa4rt.off", "part.3mf"}) {
         const std::string utf8 = name;
         const fs::path path = m_folder / fs::path(std::u8string(utf8.begin(), utf8.end()));
         Tesk::writePart(path, awkwardMesh());
@@ -70,7 +70,7 @@ TEST_F(PartFiles, WhatIsWrittenReadsBackToTheSameBits) {
         EXPECT_TRUE(part.warnings.empty());
         EXPECT_EQ(Tesk::formatOf(path), part.format);
     }
-    EXPECT_EQ(std::distance(fs::directory_iterator(m_folder), {}), 4) << "a temporary file stayed";
+    EXPECT_EQ(std::distance(fs::directory_iterator(m_folder), {}), 5) << "a temporary file stayed";
 }
 
 TEST_F(PartFiles, TheFirstBytesTellTheFormat) {
@@ -79,7 +79,7 @@ TEST_F(PartFiles, TheFirstBytesTellTheFormat) {
                   format);
     }
     EXPECT_EQ(Tesk::formatOf(std::string_view("solid\nfacet")), PartFormat::kStl);
-    EXPECT_EQ(Tesk::formatOf(std::string_view("PK\3\4")), std::nullopt);
+    EXPECT_EQ(Tesk::formatOf(std::string_view("PK\5\6")), std::nullopt);
     EXPECT_EQ(Tesk::formatOf(std::string_view()), std::nullopt);
     EXPECT_EQ(Tesk::formatOf(fs::path("part.step")), std::nullopt);
 }
@@ -91,8 +91,8 @@ TEST_F(PartFiles, ErrorsNameFileAndPlace) {
         FAIL();
     } catch (const Tesk::PartFileError& error) {
         EXPECT_EQ(error.line(), 2u);
-        EXPECT_EQ(error.trouble(), "a face names vertex 2, but the file has 1");
-        EXPECT_EQ(error.place(), "line 2: a face names vertex 2, but the file has 1");
+        EXPECT_EQ(error.trouble(), "a face refers to vertex 2, but the file has 1");
+        EXPECT_EQ(error.place(), "line 2: a face refers to vertex 2, but the file has 1");
         EXPECT_EQ(error.what(), error.file() + ": " + error.place());
         EXPECT_THAT(error.file(), HasSubstr("part.obj"));
         EXPECT_EQ(error.offset(), std::nullopt);
@@ -103,7 +103,8 @@ TEST_F(PartFiles, WhatIsNoFileCannotBeRead) {
     EXPECT_THAT(whatOf(m_folder / "none.stl"), HasSubstr("none.stl: no such file"));
     EXPECT_THAT(whatOf(m_folder), HasSubstr("is a folder"));
     EXPECT_THAT(whatOf(write("empty.stl", "")), HasSubstr("the file is empty"));
-    EXPECT_THAT(whatOf(write("part.step", "ISO")), HasSubstr("not a known kind of mesh file"));
+    EXPECT_THAT(whatOf(write("part.step", "ISO")),
+                HasSubstr("unknown file type .step; supported: .stl, .obj, .ply, .off, .3mf"));
     EXPECT_THROW(Tesk::writePart(m_folder / "part.step", awkwardMesh()), Tesk::PartFileError);
     EXPECT_THROW(Tesk::writePart(m_folder / "none" / "part.stl", awkwardMesh()),
                  Tesk::PartFileError);

@@ -71,19 +71,21 @@ TEST(Obj, FacesOfOneOrTwoCornersAreLeftOut) {
 
 TEST(Obj, WhatIsMissingIsNamedWithItsLine) {
     const std::string& square = kSquare;
-    EXPECT_EQ(trouble(square + "f 1 2 5\n"), "line 5: a face names vertex 5, but the file has 4");
+    EXPECT_EQ(trouble(square + "f 1 2 5\n"),
+              "line 5: a face refers to vertex 5, but the file has 4");
     EXPECT_EQ(trouble("f 1 2 3\nf 1 2 6\nf 1 2 5\n" + square),
-              "line 2: a face names vertex 6, but the file has 4");
+              "line 2: a face refers to vertex 6, but the file has 4");
     EXPECT_EQ(trouble("f 1 2 99999999999\n" + square),
-              "line 1: a face names vertex 99999999999, but the file has 4");
+              "line 1: a face refers to vertex 99999999999, but the file has 4");
     EXPECT_EQ(trouble(square + "\nf 0 1 2\n"),
-              "line 6: a face names vertex 0; vertices are counted from 1");
-    EXPECT_EQ(trouble(square + "f -5 1 2\n"),
-              "line 5: a face names vertex -5, counted back from here, but only 4 come before it");
+              "line 6: a face refers to vertex 0; vertices are counted from 1");
+    EXPECT_EQ(
+        trouble(square + "f -5 1 2\n"),
+        "line 5: a face refers to vertex -5, counted back from here, but only 4 come before it");
     EXPECT_EQ(trouble("f 1 2 7\n" + square + "f 0 1 2\nv 0 0 0\n"),
-              "line 1: a face names vertex 7, but the file has 5");
+              "line 1: a face refers to vertex 7, but the file has 5");
     EXPECT_EQ(trouble("f 1 2 5\n" + square + "f 0 1 2\nv 0 0 0\n"),
-              "line 6: a face names vertex 0; vertices are counted from 1");
+              "line 6: a face refers to vertex 0; vertices are counted from 1");
     EXPECT_EQ(trouble(square + "f 1 2 x\n"), "line 5: \"x\" is not a whole number");
     EXPECT_EQ(trouble(square + "f 1 2 /3\n"), "line 5: a whole number is missing");
     EXPECT_EQ(trouble("v 0 0\n"), "line 1: a number is missing");
@@ -91,8 +93,8 @@ TEST(Obj, WhatIsMissingIsNamedWithItsLine) {
     EXPECT_EQ(trouble("v 0 0 0\r\rv inf 0 0\r"),
               "line 3: vertex 2 has a coordinate that is not finite (\"inf\")");
     EXPECT_EQ(trouble(square + "f 1 2 3\nf 1 2"), "line 6: the file ends in a face of 2 corners");
-    EXPECT_EQ(trouble("this is no mesh\n"), "holds no faces");
-    EXPECT_EQ(trouble(square), "holds no faces");
+    EXPECT_EQ(trouble("this is no mesh\n"), "contains no faces");
+    EXPECT_EQ(trouble(square), "contains no faces");
 }
 
 }  // namespace

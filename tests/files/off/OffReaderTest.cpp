@@ -51,20 +51,20 @@ TEST(Off, OtherKindsAreRefusedByName) {
 
 TEST(Off, WhatIsMissingIsNamedWithItsLine) {
     EXPECT_EQ(trouble("OFF\n1000000000 1 0\n0 0 0\n"),
-              "line 2: the header promises 1000000000 vertices, more than a file of 25 bytes can "
+              "line 2: the header declares 1000000000 vertices, more than a file of 25 bytes can "
               "hold");
     EXPECT_EQ(trouble("OFF\n-1 1 0\n"),
-              "line 2: the header promises -1 vertices, more than a file of 11 bytes can hold");
+              "line 2: the header declares -1 vertices, more than a file of 11 bytes can hold");
     EXPECT_EQ(trouble("OFF\n4 1 0\n" + kVertices + "4 0 1 2\n"),
               "line 7: face 1 has 3 of its 4 corners");
     EXPECT_EQ(trouble("OFF\n4 1 0\n" + kVertices + "3 0 1 4\n"),
-              "line 7: face 1 names vertex 4; the file has 4, counted from 0");
+              "line 7: face 1 refers to vertex 4; the file has 4, counted from 0");
     EXPECT_EQ(trouble("OFF\n4 1 0\n" + kVertices), "line 7: the file ends before face 1 of 1");
     EXPECT_EQ(trouble("OFF\n4 1 0\n0 0 0\n0 0\n0 0 0\n0 0 0\n3 0 1 2\n"),
               "line 4: a number is missing");
     EXPECT_EQ(trouble("OFF\n4 1 0\n0 0 0 # and three more\n"),
               "line 4: the file ends before vertex 2 of 4");
-    EXPECT_EQ(trouble("OFF\n4 0 0\n" + kVertices), "holds no faces");
+    EXPECT_EQ(trouble("OFF\n4 0 0\n" + kVertices), "contains no faces");
 }
 
 }  // namespace

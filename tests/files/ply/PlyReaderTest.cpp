@@ -152,7 +152,8 @@ TEST(Ply, HeadersThatMakeNoSenseAreNamedWithTheirLine) {
         text.replace(text.find(from), from.size(), to);
         return trouble(text);
     };
-    EXPECT_EQ(damaged("ply\n", "plyx\n"), "is no PLY: it does not begin with a line \"ply\"");
+    EXPECT_EQ(damaged("ply\n", "plyx\n"),
+              "is not a PLY file: it does not begin with a line \"ply\"");
     EXPECT_EQ(damaged("ascii", "asciii"), "line 2: unknown PLY format \"asciii\"");
     EXPECT_EQ(damaged("float x", "flaot x"), "line 4: unknown PLY type \"flaot\"");
     EXPECT_EQ(damaged("format ascii 1.0\n", ""), "line 8: the header has no line \"format\"");
@@ -164,10 +165,10 @@ TEST(Ply, HeadersThatMakeNoSenseAreNamedWithTheirLine) {
               "the header has no element \"vertex\" with x, y and z");
     EXPECT_EQ(damaged("vertex_indices", "corners"),
               "the header has no list \"vertex_indices\" in its element \"face\"");
-    EXPECT_EQ(damaged("element face", "element faces"), "holds no faces");
+    EXPECT_EQ(damaged("element face", "element faces"), "contains no faces");
     EXPECT_EQ(damaged("element face", "element vertex"), "the header has \"vertex\" twice");
     EXPECT_THAT(damaged("vertex 4", "vertex 1000000000000"),
-                HasSubstr("promises 1000000000000 instances of \"vertex\""));
+                HasSubstr("declares 1000000000000 instances of \"vertex\""));
 }
 
 TEST(Ply, BodiesThatMakeNoSenseAreNamedWithTheirLine) {
@@ -178,14 +179,14 @@ TEST(Ply, BodiesThatMakeNoSenseAreNamedWithTheirLine) {
     };
     EXPECT_EQ(damaged("1 1 0", "1 1"), "line 12: the line, or the file, ends too soon");
     EXPECT_EQ(damaged("1 1 0", "1 one 0"),
-              "line 12: \"one\" is not the number that the header promises here");
+              "line 12: \"one\" is not the number that the header declares here");
     EXPECT_EQ(damaged("1 1 0", "1 nan 0"), "line 12: vertex 3 has a coordinate that is not finite");
     EXPECT_EQ(damaged("1 2 3", "1 2 4"),
-              "line 14: face 1 names vertex 4; the file has 4, counted from 0");
+              "line 14: face 1 refers to vertex 4; the file has 4, counted from 0");
     EXPECT_EQ(damaged("1 2 3", "1 2 -1"),
-              "line 14: face 1 names vertex -1; the file has 4, counted from 0");
+              "line 14: face 1 refers to vertex -1; the file has 4, counted from 0");
     EXPECT_EQ(damaged("1 2 3", "1 2 .5"),
-              "line 14: face 1 names vertex 0.5; the file has 4, counted from 0");
+              "line 14: face 1 refers to vertex 0.5; the file has 4, counted from 0");
     EXPECT_EQ(damaged("4 0 1", "-4 0 1"), "line 14: a list of -4 numbers");
     EXPECT_EQ(damaged("4 0 1", "5 0 1"), "line 14: the line, or the file, ends too soon");
     EXPECT_THAT(damaged("4 0 1", "5e18 0 1"), HasSubstr("line 14: is cut short"));

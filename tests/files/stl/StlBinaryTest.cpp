@@ -48,7 +48,7 @@ TEST(BinaryStl, MayBeginWithTheWordOfTheTextForm) {
     EXPECT_EQ(Tesk::readPart(stlOf(2, 2, "solid part"), PartFormat::kStl).form, "binary");
     std::string damaged = stlOf(3, 2, "solid part");
     damaged[70] = '\0';
-    EXPECT_THAT(troubleOf(damaged, PartFormat::kStl), HasSubstr("promises 3 triangles"));
+    EXPECT_THAT(troubleOf(damaged, PartFormat::kStl), HasSubstr("declares 3 triangles"));
 }
 
 TEST(BinaryStl, BytesTooManyAreAWarning) {
@@ -60,12 +60,13 @@ TEST(BinaryStl, BytesTooManyAreAWarning) {
 
 TEST(BinaryStl, BytesTooFewAreAnError) {
     EXPECT_EQ(troubleOf(stlOf(10, 3), PartFormat::kStl),
-              "is cut short, or no STL: its header promises 10 triangles (584 bytes), but it has "
+              "is cut short, or not an STL file: its header declares 10 triangles (584 bytes), but "
+              "it has "
               "234 bytes, enough for 3");
     EXPECT_THAT(troubleOf(stlOf(0xffffffffu, 1), PartFormat::kStl),
-                HasSubstr("promises 4294967295 triangles"));
+                HasSubstr("declares 4294967295 triangles"));
     EXPECT_THAT(troubleOf("too short", PartFormat::kStl), HasSubstr("9 bytes are too few"));
-    EXPECT_EQ(troubleOf(stlOf(0, 0), PartFormat::kStl), "holds no triangles");
+    EXPECT_EQ(troubleOf(stlOf(0, 0), PartFormat::kStl), "contains no triangles");
     EXPECT_EQ(troubleOf("", PartFormat::kStl), "the file is empty (0 bytes)");
 }
 

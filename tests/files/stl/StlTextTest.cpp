@@ -92,7 +92,7 @@ TEST(TextStl, WhatIsMissingIsNamedWithItsLine) {
 }
 
 TEST(TextStl, EmptySolidsHoldNoTriangles) {
-    EXPECT_EQ(troubleOf(solid(""), PartFormat::kStl), "holds no triangles");
+    EXPECT_EQ(troubleOf(solid(""), PartFormat::kStl), "contains no triangles");
     EXPECT_THAT(troubleOf(solid(kFacet) + kFacet, PartFormat::kStl),
                 StartsWith("line 10: expected \"solid\""));
 }
@@ -100,7 +100,7 @@ TEST(TextStl, EmptySolidsHoldNoTriangles) {
 TEST(TextStl, ANulByteIsNamedWithItsLine) {
     std::string text = solid(kFacet);
     text[text.find("1 0 0")] = '\0';
-    EXPECT_THAT(troubleOf(text, PartFormat::kStl), HasSubstr("line 5: holds a NUL byte"));
+    EXPECT_THAT(troubleOf(text, PartFormat::kStl), HasSubstr("line 5: contains a NUL byte"));
 }
 
 }  // namespace

@@ -70,7 +70,8 @@ TEST(PlainText, NamesTheLineOfANulByte) {
         Tesk::files::plainText(std::string_view("a\nb\r\nc\0d", 8), "OBJ");
         FAIL();
     } catch (const Tesk::PartFileError& error) {
-        EXPECT_STREQ(error.what(), "line 3: holds a NUL byte, which no OBJ text has");
+        EXPECT_STREQ(error.what(),
+                     "line 3: contains a NUL byte, which OBJ text files must not have");
     }
 }
 

@@ -1,28 +1,34 @@
-#include "ThreeMfModel.h"
+#include "threemf/ThreeMfModel.h"
 
-#include <fmt/format.h>
-
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <optional>
 
-#include "Failure.h"
-#include "TextScanner.h"
-#include "ThreeMfExtensions.h"
-#include "XmlReader.h"
+#include "TeskPartFiles/PartFiles.h"
+#include "mesh/FaceCollector.h"
+#include "text/Message.h"
+#include "text/Numbers.h"
+#include "text/TextScanner.h"
+#include "threemf/ThreeMfExtensions.h"
+#include "xml/XmlReader.h"
 
-namespace App {
+namespace Tesk::files {
 
 namespace {
 
 class ModelReader {
  public:
-    explicit ModelReader(std::string path) : m_path(std::move(path)) {}
+    ModelReader(std::string path, std::size_t maxTriangles)
+        : m_path(std::move(path)), m_maxTriangles(maxTriangles) {}
 
-    ThreeMfModel run(ZipReader& zip) {
+    ThreeMfModel run(ZipReader& zip, Progress& progress) {
         XmlReader xml(m_path, {[this](const XmlElement& element) { start(element); },
                                [this](const XmlName& name) { end(name); }});
-        zip.read(m_path, [&](std::string_view piece) { xml.feed(piece); });
+        zip.read(m_path, [&](std::string_view piece) {
+            xml.feed(piece);
+            progress.report(std::min(zip.unpackedSize(), zip.totalSize()), zip.totalSize(), 0, 60);
+        });
         xml.finish();
         return std::move(m_model);
     }
@@ -38,7 +44,7 @@ class ModelReader {
     }
 
     void startModel(const XmlElement& element) {
-        if (element.localName() != "model") throw InputFailure("the root is not a 3MF model");
+        if (element.localName() != "model") throw PartFileError("the root is not a 3MF model");
         refuseUnknownExtensions(element);
         m_space = element.space();
         if (const auto unit = element.attribute("unit")) m_model.unit = std::string(*unit);
@@ -65,7 +71,7 @@ class ModelReader {
     void startObject(const XmlElement& element) {
         const std::uint32_t id = wholeNumber(element, "id");
         if (m_model.objects.count(id) != 0) {
-            throw InputFailure(fmt::format("a second object with the id {}", id));
+            throw PartFileError(message("a second object with the id ", id));
         }
         m_object = &m_model.objects[id];
         m_objectId = id;
@@ -74,18 +80,17 @@ class ModelReader {
     }
 
     ThreeMfObject& object() {
-        if (m_object == nullptr) throw InputFailure("mesh data outside of an object");
+        if (m_object == nullptr) throw PartFileError("mesh data outside of an object");
         return *m_object;
     }
 
     void addVertex(const XmlElement& element) {
         auto& vertices = object().vertices;
-        const UPoint3<double> p(real(element, "x"), real(element, "y"), real(element, "z"));
-        for (int axis = 0; axis < 3; ++axis) {
-            if (!std::isfinite(static_cast<float>(p[axis]))) {
-                throw InputFailure(
-                    fmt::format("vertex {} of object {} has a coordinate that is not finite",
-                                vertices.size() + 1, m_objectId));
+        const ThreeMfPoint p = {real(element, "x"), real(element, "y"), real(element, "z")};
+        for (const double coordinate : {p.x, p.y, p.z}) {
+            if (!std::isfinite(static_cast<float>(coordinate))) {
+                throw PartFileError(message("vertex ", vertices.size() + 1, " of object ",
+                                            m_objectId, " has a coordinate that is not finite"));
             }
         }
         vertices.push_back(p);
@@ -98,12 +103,13 @@ class ModelReader {
         for (std::size_t k = 0; k < 3; ++k) {
             const std::uint32_t index = wholeNumber(element, kNames[k]);
             if (index >= count) {
-                throw InputFailure(fmt::format("triangle {} names vertex {}; object {} has {}",
-                                               object().triangles.size() + 1, index, m_objectId,
-                                               count));
+                throw PartFileError(message("triangle ", object().triangles.size() + 1,
+                                            " refers to vertex ", index, "; object ", m_objectId,
+                                            " has ", count));
             }
             corners[k] = static_cast<std::int32_t>(index);
         }
+        if (++m_triangles > m_maxTriangles) throw tooManyTriangles(m_maxTriangles);
         object().triangles.push_back(corners);
     }
 
@@ -116,9 +122,9 @@ class ModelReader {
         TextScanner scanner(*transform);
         for (double& cell : placed.transform.m) {
             cell = number(scanner.next(), "transform");
-            if (!std::isfinite(cell)) throw InputFailure("a transform that is not finite");
+            if (!std::isfinite(cell)) throw PartFileError("a transform that is not finite");
         }
-        if (!scanner.next().empty()) throw InputFailure("a transform of more than 12 numbers");
+        if (!scanner.next().empty()) throw PartFileError("a transform of more than 12 numbers");
         return placed;
     }
 
@@ -128,10 +134,10 @@ class ModelReader {
         }
         // Its object would be looked for in the wrong part.
         if (const auto written = element.undeclaredAttribute("path")) {
-            throw InputFailure(
-                fmt::format("{} of object {} has the attribute {}, whose prefix no "
-                            "namespace is declared for",
-                            element.localName(), required(element, "objectid"), quoted(*written)));
+            throw PartFileError(message(element.localName(), " of object ",
+                                        required(element, "objectid"), " has the attribute ",
+                                        quoted(*written),
+                                        ", whose prefix no namespace is declared for"));
         }
         return m_path;
     }
@@ -139,7 +145,8 @@ class ModelReader {
     static std::string_view required(const XmlElement& element, std::string_view name) {
         const auto value = element.attribute(name);
         if (!value) {
-            throw InputFailure(fmt::format("{} without {}", element.localName(), name));
+            throw PartFileError(message("element ", quoted(element.localName()),
+                                        " has no attribute \"", name, "\""));
         }
         const std::size_t first = value->find_first_not_of(" \t\r\n");
         if (first == value->npos) return {};
@@ -151,13 +158,9 @@ class ModelReader {
     }
 
     static double number(std::string_view text, std::string_view name) {
-        if (!text.empty() && text.front() == '+') text.remove_prefix(1);
-        double value = 0.0;
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (error == std::errc::invalid_argument || end != text.data() + text.size()) {
-            throw InputFailure(fmt::format("{}: {} is not a number", name, quoted(text)));
-        }
-        return value;
+        const auto value = doubleOf(text);
+        if (!value) throw PartFileError(message(name, ": ", quoted(text), " is not a number"));
+        return *value;
     }
 
     static std::uint32_t wholeNumber(const XmlElement& element, std::string_view name) {
@@ -165,12 +168,14 @@ class ModelReader {
         std::uint32_t value = 0;
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
         if (error != std::errc() || end != text.data() + text.size()) {
-            throw InputFailure(fmt::format("{}: {} is not a whole number", name, quoted(text)));
+            throw PartFileError(message(name, ": ", quoted(text), " is not a whole number"));
         }
         return value;
     }
 
     std::string m_path;
+    std::size_t m_maxTriangles;
+    std::size_t m_triangles = 0;
     std::optional<std::string> m_space;  ///< of the root element, once it is there
     ThreeMfModel m_model;
     ThreeMfObject* m_object = nullptr;
@@ -179,7 +184,7 @@ class ModelReader {
 
 }  // namespace
 
-UPoint3<double> ThreeMfTransform::apply(const UPoint3<double>& p) const {
+ThreeMfPoint ThreeMfTransform::apply(const ThreeMfPoint& p) const {
     return {p.x * m[0] + p.y * m[3] + p.z * m[6] + m[9],
             p.x * m[1] + p.y * m[4] + p.z * m[7] + m[10],
             p.x * m[2] + p.y * m[5] + p.z * m[8] + m[11]};
@@ -208,8 +213,9 @@ double ThreeMfTransform::determinant() const {
            m[2] * (m[3] * m[7] - m[4] * m[6]);
 }
 
-ThreeMfModel readThreeMfModel(ZipReader& zip, const std::string& path) {
-    return ModelReader(path).run(zip);
+ThreeMfModel readThreeMfModel(ZipReader& zip, const std::string& path, std::size_t maxTriangles,
+                              Progress& progress) {
+    return ModelReader(path, maxTriangles).run(zip, progress);
 }
 
-}  // namespace App
+}  // namespace Tesk::files

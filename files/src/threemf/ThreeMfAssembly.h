@@ -6,26 +6,23 @@
 #include <string>
 #include <utility>
 
-#include "ThreeMfModel.h"
-#include "TriangleMesh.h"
-#include "Warning.h"
-#include "ZipReader.h"
+#include "TeskPartFiles/PartFiles.h"
+#include "threemf/ThreeMfModel.h"
+#include "zip/ZipReader.h"
 
-namespace App {
+namespace Tesk::files {
 
-/// Puts the objects of a package's model parts together. Each part is read once, when an object of
-/// it is first asked for; lengths of a part in another unit than the root's are converted.
+/// Puts the objects of a package's model parts together. Each part is read once, when one of its
+/// objects is first needed; lengths are converted to the root part's unit.
 class ThreeMfAssembly {
  public:
-    explicit ThreeMfAssembly(ZipReader& zip) : m_zip(zip) {}
+    ThreeMfAssembly(ZipReader& zip, const ReadOptions& options, Progress& progress)
+        : m_zip(zip), m_options(options), m_progress(progress) {}
 
-    /// A model part by its name in the archive.
-    ThreeMfModel& part(const std::string& name);
-
-    /// What the items of a root part build, and how many of them build anything. Throws
-    /// InputFailure where an object is missing, contains itself, nests too deep or multiplies into
-    /// more than any part has, and where nothing is left to build.
-    std::pair<TriangleMesh, std::size_t> build(const std::string& root, Warnings& warnings);
+    /// Fills in the mesh that the items of a root part build, its unit and the warnings. Throws
+    /// PartFileError if an object is missing, contains itself, nests more than 100 deep or expands
+    /// to too many triangles, and if nothing is left to build.
+    void build(const std::string& root, PartFile& file);
 
  private:
     /// An object with all that it is made of.
@@ -40,20 +37,24 @@ class ThreeMfAssembly {
         ThreeMfTransform transform;
     };
 
+    ThreeMfModel& part(const std::string& name);
     const std::string& partName(const std::string& path);
     ThreeMfObject& find(const ThreeMfPlacement& placement);
     Extent measure(const ThreeMfPlacement& placement, int depth);
     Extent measureNew(ThreeMfObject& object, int depth);
     std::size_t measureItems(ThreeMfModel& root);
+    std::size_t checkedSum(std::size_t a, std::size_t b) const;
     double unitRatio(const std::string& from, const std::string& to);
-    void append(const ThreeMfPlacement& placement, const Place& outer, TriangleMesh& mesh);
-    void warn(const std::string& root, Warnings& warnings) const;
+    void append(const ThreeMfPlacement& placement, const Place& outer, PartMesh& mesh);
+    void warn(const std::string& root, std::vector<PartWarning>& warnings) const;
 
     ZipReader& m_zip;
+    const ReadOptions& m_options;
+    Progress& m_progress;
     std::map<std::string, std::string> m_names;  ///< in the archive, of paths
     std::map<std::string, ThreeMfModel> m_parts;
     std::map<ObjectKey, std::optional<Extent>> m_extents;  ///< empty while being measured
     std::size_t m_leftOut = 0;                             ///< objects that are not to be built
 };
 
-}  // namespace App
+}  // namespace Tesk::files

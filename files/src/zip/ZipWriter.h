@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace App {
+namespace Tesk::files {
 
 struct ZipEntry {
     std::string name;
@@ -11,7 +11,7 @@ struct ZipEntry {
 };
 
 /// A zip archive of these files, at least one, in this order, compressed, with the same bytes at
-/// every call. Throws Failure where two have the same name.
+/// every call. Throws PartFileError if two have the same name.
 std::string zipped(const std::vector<ZipEntry>& entries);
 
-}  // namespace App
+}  // namespace Tesk::files

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "ThreeMfFile.h"
+#include "TeskPartFiles/PartFiles.h"
 #include "ZipMaker.h"
 
 /// Packages of 3MF for tests, as text.
@@ -31,13 +31,11 @@ std::string in(const std::string& path);
 ZipFile model(const std::string& name, const std::string& objects, const std::string& items,
               const std::string& attributes = kProduction);
 
-/// What a package of these parts holds, whose relationships name `root`.
-App::ThreeMfContent contentOf(std::vector<ZipFile> files, const std::string& root = kRoot);
+/// What a package of these parts, with `root` as its model, builds. Vertices are not merged.
+Tesk::PartFile contentOf(std::vector<ZipFile> files, const std::string& root = kRoot);
 
 /// What is said against it; empty where it is sound.
 std::string complaint(const std::vector<ZipFile>& files, const std::string& root = kRoot);
 
 /// The end of a mesh along x.
-float endOf(const App::ThreeMfContent& content);
-
-std::vector<std::string> codesOf(const App::ThreeMfContent& content);
+float endOf(const Tesk::PartFile& content);

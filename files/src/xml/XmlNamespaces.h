@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace App {
+namespace Tesk::files {
 
 /// The XML namespace declarations that are in force.
 class XmlNamespaces {
@@ -39,4 +39,4 @@ class XmlNamespaces {
     std::size_t m_depth = 0;
 };
 
-}  // namespace App
+}  // namespace Tesk::files

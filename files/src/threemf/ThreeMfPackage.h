@@ -3,10 +3,10 @@
 #include <string>
 #include <string_view>
 
-#include "Warning.h"
-#include "ZipReader.h"
+#include "TeskPartFiles/PartFiles.h"
+#include "zip/ZipReader.h"
 
-namespace App {
+namespace Tesk::files {
 
 /// The archive's name of a part that a package names: absolute or from the package's root, perhaps
 /// with characters written as %20 in one of the two. The name as it was given where the package
@@ -14,7 +14,7 @@ namespace App {
 std::string partNamed(const ZipReader& zip, std::string_view path);
 
 /// The model part that the package's relationships name or, with a warning, 3D/3dmodel.model where
-/// they name none. Throws InputFailure where there is no such part.
-std::string rootModelPart(ZipReader& zip, Warnings& warnings);
+/// they name none. Throws PartFileError where there is no such part.
+std::string rootModelPart(ZipReader& zip, std::vector<PartWarning>& warnings);
 
-}  // namespace App
+}  // namespace Tesk::files

@@ -1,15 +1,13 @@
-#include "ThreeMfPackage.h"
-
-#include <fmt/format.h>
+#include "threemf/ThreeMfPackage.h"
 
 #include <charconv>
 #include <optional>
 
-#include "Failure.h"
-#include "TextScanner.h"
-#include "XmlReader.h"
+#include "TeskPartFiles/PartFiles.h"
+#include "text/Message.h"
+#include "xml/XmlReader.h"
 
-namespace App {
+namespace Tesk::files {
 
 namespace {
 
@@ -37,13 +35,15 @@ std::string percentDecoded(std::string_view text) {
 std::string percentEncoded(std::string_view text) {
     constexpr std::string_view kPlain =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~!$&'()*+,;=:@/%";
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string encoded;
     for (const char c : text) {
         if (kPlain.find(c) != kPlain.npos) {
             encoded += c;
-        } else {
-            encoded += fmt::format("%{:02X}", static_cast<unsigned char>(c));
+            continue;
         }
+        const auto byte = static_cast<unsigned char>(c);
+        encoded += {'%', kDigits[byte / 16], kDigits[byte % 16]};
     }
     return encoded;
 }
@@ -74,18 +74,19 @@ std::string partNamed(const ZipReader& zip, std::string_view path) {
     return std::string(path);
 }
 
-std::string rootModelPart(ZipReader& zip, Warnings& warnings) {
+std::string rootModelPart(ZipReader& zip, std::vector<PartWarning>& warnings) {
     if (const auto path = modelNamedByPackage(zip)) {
         const std::string part = partNamed(zip, *path);
         if (zip.find(part)) return part;
-        throw InputFailure(fmt::format("{} names {} as the model, which the archive does not hold",
-                                       kRelationships, quotedName(*path)));
+        throw PartFileError(message(kRelationships, " names ", quotedName(*path),
+                                    " as the model, which is not in the archive"));
     }
-    if (!zip.find(kUsualModel)) throw InputFailure("is no 3MF: the archive holds no 3D model");
-    warnings.push_back({"no-relationship",
-                        fmt::format("the package does not say which file is its model; {} is taken",
-                                    kUsualModel)});
+    if (!zip.find(kUsualModel))
+        throw PartFileError("is not a 3MF file: the archive contains no 3D model");
+    warnings.push_back(
+        {"no-relationship",
+         message("the package does not say which file is its model; using ", kUsualModel)});
     return partNamed(zip, kUsualModel);
 }
 
-}  // namespace App
+}  // namespace Tesk::files

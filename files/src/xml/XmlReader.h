@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "XmlNamespaces.h"
+#include "xml/XmlNamespaces.h"
 
-namespace App {
+namespace Tesk::files {
 
 /// A name of XML and the namespace that it is in. Where its prefix is not declared, which many
 /// programs pass over in extensions of their own, the prefix with its colon stands for the
@@ -54,13 +54,13 @@ class XmlReader {
         std::function<void(const XmlName&)> end;
     };
 
-    /// `title` goes in front of every message, with the line. Handlers may throw InputFailure.
+    /// `title` goes in front of every message, with the line. Handlers may throw PartFileError.
     XmlReader(std::string title, Handlers handlers);
     ~XmlReader();
     XmlReader(const XmlReader&) = delete;
     XmlReader& operator=(const XmlReader&) = delete;
 
-    /// Throws InputFailure that names title and line for what is no sound XML, for a document type
+    /// Throws PartFileError that names title and line for what is no sound XML, for a document type
     /// declaration, and for what a handler throws.
     void feed(std::string_view piece);
     void finish();
@@ -70,4 +70,4 @@ class XmlReader {
     std::unique_ptr<Parser> m_parser;
 };
 
-}  // namespace App
+}  // namespace Tesk::files

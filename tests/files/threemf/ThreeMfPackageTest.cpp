@@ -3,11 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Failure.h"
-#include "ThreeMfText.h"
+#include "ReadText.h"
+#include "text/Message.h"
+#include "threemf/ThreeMfText.h"
 
 namespace {
 
+using Tesk::PartFormat;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -22,12 +24,12 @@ TEST(ThreeMfParts, ItemsAndComponentsMayLieInOtherParts) {
     const ZipFile a = model("3D/a.model", object(7, mesh(3)), item(7));
     const ZipFile b = model("3D/Objects/b.model", object(7, mesh(5)), "");
     const auto content = contentOf({root, a, b});
-    EXPECT_EQ(content.items, 2u);
     ASSERT_EQ(content.mesh.positions.size(), 12u);
     EXPECT_EQ(content.mesh.positions[1].x, 1013.0f);
     EXPECT_EQ(content.mesh.positions[5].x, 1101.0f);
     EXPECT_EQ(content.mesh.positions[9].x, 5.0f);
-    EXPECT_TRUE(content.warnings.empty());
+    EXPECT_THAT(codesOf(content), ElementsAre("several-items"));
+    EXPECT_EQ(content.warnings[0].count, 2);
 }
 
 TEST(ThreeMfParts, EachIsReadOnce) {
@@ -69,14 +71,14 @@ TEST(ThreeMfParts, OfAnUnknownUnitAreTakenInMillimetres) {
 
 TEST(ThreeMfParts, ThatAreMissingAreNamed) {
     EXPECT_EQ(complaint({model(kRoot, "", item(4, in("/3D/gone.model")))}),
-              "object 4 is to come from \"/3D/gone.model\", which the archive does not hold");
+              "object 4 is to come from \"/3D/gone.model\", which is not in the archive");
     EXPECT_EQ(complaint({model(kRoot, "", item(4, in("../gone.model")))}),
-              "object 4 is to come from \"../gone.model\", which the archive does not hold");
+              "object 4 is to come from \"../gone.model\", which is not in the archive");
     EXPECT_EQ(complaint({model(kRoot, "", item(4, in("/3D/a.model"))),
                          model("3D/a.model", object(3, mesh(1)), "")}),
-              "3D/a.model has no object 4, which is to be built");
+              "3D/a.model has no object 4, which a build item refers to");
     EXPECT_EQ(complaint({model(kRoot, object(1, components(component(5))), item(1))}),
-              "3D/3dmodel.model has no object 5, which is to be built");
+              "3D/3dmodel.model has no object 5, which a build item refers to");
 }
 
 TEST(ThreeMfParts, AreNamedWithoutControlCharacters) {
@@ -126,6 +128,26 @@ TEST(ThreeMfParts, EmptyObjectsTakeNoTimeHoweverOftenTheyArePlaced) {
     EXPECT_EQ(content.mesh.triangles.size(), 200'000u);
 }
 
+TEST(ThreeMfParts, OfMoreTrianglesThanAreWantedAreRefused) {
+    Tesk::ReadOptions options;
+    const auto troubleUpTo = [&](std::size_t most, const std::string& items) {
+        options.maxTriangles = most;
+        try {
+            Tesk::readPart(
+                makeZip({relationshipsTo(kRoot), model(kRoot, object(1, mesh(1)), items)}),
+                PartFormat::kThreeMf, options);
+            return std::string();
+        } catch (const Tesk::PartFileError& error) {
+            return std::string(error.what());
+        }
+    };
+    EXPECT_EQ(troubleUpTo(4, item(1)), "");
+    EXPECT_EQ(troubleUpTo(3, item(1)),
+              "3D/3dmodel.model, line 1: is too big: it has more than 3 triangles");
+    EXPECT_EQ(troubleUpTo(8, item(1) + item(1)), "");
+    EXPECT_EQ(troubleUpTo(7, item(1) + item(1)), "its components expand to more than 7 triangles");
+}
+
 TEST(ThreeMfRelationships, NameTheModelWhereverItIs) {
     const std::string objects = object(1, mesh(1));
     EXPECT_EQ(endOf(contentOf({model("parts/Own.xml", objects, item(1)),
@@ -141,16 +163,17 @@ TEST(ThreeMfRelationships, NameTheModelWhereverItIs) {
 
 TEST(ThreeMfRelationships, ToNowhereAreNamed) {
     EXPECT_EQ(complaint({model(kRoot, object(1, mesh(1)), item(1))}, "3D/gone.model"),
-              "_rels/.rels names \"/3D/gone.model\" as the model, which the archive does not hold");
+              "_rels/.rels names \"/3D/gone.model\" as the model, which is not in the archive");
     EXPECT_THAT(complaint({model(kRoot, object(1, mesh(1)), item(1))}, "100%"),
                 HasSubstr("names \"/100%\""));
 }
 
 TEST(ThreeMfRelationships, ThatAreMissingLeaveTheUsualPlace) {
     const ZipFile root = model(kRoot, object(1, mesh(1)), item(1));
-    const auto content = App::readThreeMf(makeZip({root}));
-    EXPECT_THAT(codesOf(content), ElementsAre("no-relationship"));
-    EXPECT_THROW(App::readThreeMf(makeZip({model("a.model", "", "")})), App::InputFailure);
+    EXPECT_THAT(codesOf(Tesk::readPart(makeZip({root}), PartFormat::kThreeMf)),
+                ElementsAre("no-relationship"));
+    EXPECT_EQ(troubleOf(makeZip({model("a.model", "", "")}), PartFormat::kThreeMf),
+              "is not a 3MF file: the archive contains no 3D model");
 }
 
 }  // namespace

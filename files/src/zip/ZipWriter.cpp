@@ -1,13 +1,12 @@
-#include "ZipWriter.h"
+#include "zip/ZipWriter.h"
 
-#include <fmt/format.h>
 #include <zip.h>
 
 #include <memory>
 
-#include "Failure.h"
+#include "TeskPartFiles/PartFiles.h"
 
-namespace App {
+namespace Tesk::files {
 
 namespace {
 
@@ -27,7 +26,7 @@ struct DiscardArchive {
 using Archive = std::unique_ptr<zip_t, DiscardArchive>;
 
 void require(bool isDone) {
-    if (!isDone) throw Failure(ExitCode::kOutput, "cannot pack the 3MF archive");
+    if (!isDone) throw PartFileError("cannot pack the 3MF archive");
 }
 
 Source bufferSource(const void* data, std::size_t size) {
@@ -79,4 +78,4 @@ std::string zipped(const std::vector<ZipEntry>& entries) {
     return bytesOf(target.get());
 }
 
-}  // namespace App
+}  // namespace Tesk::files

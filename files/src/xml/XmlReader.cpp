@@ -1,13 +1,13 @@
-#include "XmlReader.h"
+#include "xml/XmlReader.h"
 
 #include <expat.h>
-#include <fmt/format.h>
 
 #include <exception>
 
-#include "Failure.h"
+#include "TeskPartFiles/PartFiles.h"
+#include "text/Message.h"
 
-namespace App {
+namespace Tesk::files {
 
 XmlName::XmlName(std::string_view written, const XmlNamespaces& spaces) : local(written) {
     const std::size_t colon = written.find(':');
@@ -62,8 +62,8 @@ struct XmlReader::Parser {
         if (thrown != nullptr) return;
         try {
             work();
-        } catch (const InputFailure& failure) {
-            thrown = std::make_exception_ptr(InputFailure(at(failure.what())));
+        } catch (const PartFileError& error) {
+            thrown = std::make_exception_ptr(PartFileError(at(error.trouble())));
         } catch (...) {
             thrown = std::current_exception();
         }
@@ -71,7 +71,7 @@ struct XmlReader::Parser {
     }
 
     std::string at(const std::string& text) const {
-        return fmt::format("{}, line {}: {}", title, XML_GetCurrentLineNumber(expat), text);
+        return message(title, ", line ", XML_GetCurrentLineNumber(expat), ": ", text);
     }
 
     void parse(std::string_view piece, bool isLast) {
@@ -80,7 +80,7 @@ struct XmlReader::Parser {
         if (thrown != nullptr) std::rethrow_exception(thrown);
         if (status != XML_STATUS_OK) {
             const char* reason = XML_ErrorString(XML_GetErrorCode(expat));
-            throw InputFailure(at(fmt::format("not well-formed XML ({})", reason)));
+            throw PartFileError(at(message("not well-formed XML (", reason, ")")));
         }
     }
 
@@ -104,7 +104,7 @@ struct XmlReader::Parser {
 
     static void onDoctype(void* userData, const XML_Char*, const XML_Char*, const XML_Char*, int) {
         of(userData).guarded(
-            [] { throw InputFailure("a document type declaration, which 3MF forbids"); });
+            [] { throw PartFileError("a document type declaration, which 3MF forbids"); });
     }
 };
 
@@ -127,4 +127,4 @@ void XmlReader::finish() {
     m_parser->parse({}, true);
 }
 
-}  // namespace App
+}  // namespace Tesk::files

@@ -1,10 +1,11 @@
 // What a model part says of namespaces, extensions and types.
 
-#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "ThreeMfText.h"
+#include "ReadText.h"
+#include "text/Message.h"
+#include "threemf/ThreeMfText.h"
 
 namespace {
 
@@ -106,7 +107,6 @@ TEST(ThreeMfTypes, SupportsAndOthersAreLeftOut) {
                                 object(4, components(component(1) + component(2)));
     const auto content = contentOf({model(kRoot, objects, item(4) + item(3) + item(2))});
     EXPECT_EQ(content.mesh.triangles.size(), 4u);
-    EXPECT_EQ(content.items, 1u);
     EXPECT_EQ(endOf(content), 1.0f);
     ASSERT_THAT(codesOf(content), ElementsAre("not-built"));
     EXPECT_EQ(content.warnings[0].text, "2 objects of type \"support\" or \"other\" are left out");
@@ -115,8 +115,8 @@ TEST(ThreeMfTypes, SupportsAndOthersAreLeftOut) {
 
 TEST(ThreeMfTypes, TheOthersAreBuilt) {
     for (const char* type : {"model", "solidsupport", "surface"}) {
-        const auto content = contentOf(
-            {model(kRoot, object(1, mesh(1), fmt::format("type=\"{}\"", type)), item(1))});
+        const auto content = contentOf({model(
+            kRoot, object(1, mesh(1), Tesk::files::message("type=\"", type, "\"")), item(1))});
         EXPECT_EQ(content.mesh.triangles.size(), 4u) << type;
         EXPECT_TRUE(content.warnings.empty());
     }
@@ -130,8 +130,8 @@ TEST(ThreeMfTypes, OfAnObjectWithComponentsDoesNotCount) {
 
 TEST(ThreeMfTypes, NothingButSupportsIsNothingToBuild) {
     EXPECT_EQ(complaint({model(kRoot, object(1, mesh(1), "type=\"support\""), item(1))}),
-              "holds nothing to build: all its objects are of type \"support\" or \"other\"");
-    EXPECT_EQ(complaint({model(kRoot, object(1, ""), item(1))}), "holds no triangles");
+              "contains no build items other than objects of type \"support\" or \"other\"");
+    EXPECT_EQ(complaint({model(kRoot, object(1, ""), item(1))}), "contains no triangles");
 }
 
 }  // namespace

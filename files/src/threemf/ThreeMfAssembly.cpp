@@ -1,62 +1,58 @@
-#include "ThreeMfAssembly.h"
-
-#include <fmt/format.h>
+#include "threemf/ThreeMfAssembly.h"
 
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
-#include "Failure.h"
-#include "TextScanner.h"
-#include "ThreeMfPackage.h"
-#include "options/LengthUnit.h"
+#include "TeskPartFiles/PartFiles.h"
+#include "mesh/Welding.h"
+#include "text/Message.h"
+#include "threemf/ThreeMfPackage.h"
 
-namespace App {
+namespace Tesk::files {
 
 namespace {
 
 constexpr std::size_t kMostTriangles = 50'000'000;
 constexpr int kDeepestNesting = 100;
 
-std::size_t checkedSum(std::size_t a, std::size_t b) {
-    if (a + b > kMostTriangles) {
-        throw InputFailure(
-            fmt::format("its components come to more than {} triangles", kMostTriangles));
-    }
-    return a + b;
-}
-
 void checkNesting(int depth, const ThreeMfPlacement& placement) {
     if (depth <= kDeepestNesting) return;
-    throw InputFailure(fmt::format("{}: the components of object {} nest more than {} deep",
-                                   placement.path, placement.objectId, kDeepestNesting));
+    throw PartFileError(message(placement.path, ": the components of object ", placement.objectId,
+                                " nest more than ", kDeepestNesting, " deep"));
 }
 
-double millimetresOf(const std::string& unit) {
-    return unitNamed(unit).value_or(lengthUnits().front()).millimetres;
+/// Short names are not in the standard, but occur.
+std::optional<double> millimetresOf(std::string_view unit) {
+    if (unit == "millimeter" || unit == "mm") return 1.0;
+    if (unit == "centimeter" || unit == "cm") return 10.0;
+    if (unit == "meter" || unit == "m") return 1000.0;
+    if (unit == "inch") return 25.4;
+    if (unit == "foot") return 304.8;
+    if (unit == "micron") return 0.001;
+    return std::nullopt;
 }
 
 void appendVertices(const ThreeMfObject& object, const ThreeMfTransform& transform,
-                    std::uint32_t id, TriangleMesh& mesh) {
-    // Every triangle needs a vertex that is not shared with all others, roughly; what stray
-    // vertices could multiply into is bounded here.
+                    std::uint32_t id, PartMesh& mesh) {
+    // The triangles are limited already; this limits vertices that no triangle uses.
     if (mesh.positions.size() + object.vertices.size() > 3 * kMostTriangles) {
-        throw InputFailure("its components come to too many vertices");
+        throw PartFileError("its components expand to too many vertices");
     }
-    for (const UPoint3<double>& vertex : object.vertices) {
-        const UPoint3<double> p = transform.apply(vertex);
-        const UPoint3<float> placed(static_cast<float>(p.x), static_cast<float>(p.y),
-                                    static_cast<float>(p.z));
-        if (!std::isfinite(placed.x) || !std::isfinite(placed.y) || !std::isfinite(placed.z)) {
-            throw InputFailure(
-                fmt::format("vertex {} of object {} is not finite where its transform puts it",
-                            &vertex - object.vertices.data() + 1, id));
+    for (const ThreeMfPoint& vertex : object.vertices) {
+        const ThreeMfPoint p = transform.apply(vertex);
+        const PartPoint placed = {static_cast<float>(p.x), static_cast<float>(p.y),
+                                  static_cast<float>(p.z)};
+        if (!isFinite(placed)) {
+            throw PartFileError(message("vertex ", &vertex - object.vertices.data() + 1,
+                                        " of object ", id,
+                                        " is not finite where its transform puts it"));
         }
         mesh.positions.push_back(placed);
     }
 }
 
 void appendMesh(const ThreeMfObject& object, const ThreeMfTransform& transform, std::uint32_t id,
-                TriangleMesh& mesh) {
+                PartMesh& mesh) {
     if (object.triangles.empty() || object.isAuxiliary) return;
     const auto base = static_cast<std::int32_t>(mesh.positions.size());
     appendVertices(object, transform, id, mesh);
@@ -72,7 +68,8 @@ void appendMesh(const ThreeMfObject& object, const ThreeMfTransform& transform, 
 ThreeMfModel& ThreeMfAssembly::part(const std::string& name) {
     const auto found = m_parts.find(name);
     if (found != m_parts.end()) return found->second;
-    return m_parts.emplace(name, readThreeMfModel(m_zip, name)).first->second;
+    return m_parts.emplace(name, readThreeMfModel(m_zip, name, m_options.maxTriangles, m_progress))
+        .first->second;
 }
 
 const std::string& ThreeMfAssembly::partName(const std::string& path) {
@@ -84,16 +81,14 @@ const std::string& ThreeMfAssembly::partName(const std::string& path) {
 ThreeMfObject& ThreeMfAssembly::find(const ThreeMfPlacement& placement) {
     const std::string& name = partName(placement.path);
     if (!m_zip.find(name)) {
-        throw InputFailure(
-            fmt::format("object {} is to come from {}, which the archive does not "
-                        "hold",
-                        placement.objectId, quotedName(placement.path)));
+        throw PartFileError(message("object ", placement.objectId, " is to come from ",
+                                    quotedName(placement.path), ", which is not in the archive"));
     }
     ThreeMfModel& model = part(name);
     const auto found = model.objects.find(placement.objectId);
     if (found == model.objects.end()) {
-        throw InputFailure(
-            fmt::format("{} has no object {}, which is to be built", name, placement.objectId));
+        throw PartFileError(
+            message(name, " has no object ", placement.objectId, ", which a build item refers to"));
     }
     return found->second;
 }
@@ -103,7 +98,7 @@ ThreeMfAssembly::Extent ThreeMfAssembly::measure(const ThreeMfPlacement& placeme
     const ObjectKey key(partName(placement.path), placement.objectId);
     const auto [entry, isNew] = m_extents.try_emplace(key);
     if (!isNew && !entry->second) {
-        throw InputFailure(fmt::format("{}: object {} contains itself", key.first, key.second));
+        throw PartFileError(message(key.first, ": object ", key.second, " contains itself"));
     }
     if (isNew) entry->second = measureNew(find(placement), depth);
     // Reached by another way, an object that is already measured may lie deeper.
@@ -141,11 +136,12 @@ std::size_t ThreeMfAssembly::measureItems(ThreeMfModel& root) {
 double ThreeMfAssembly::unitRatio(const std::string& from, const std::string& to) {
     const std::string& unit = part(from).unit;
     const std::string& wanted = part(to).unit;
-    return unit == wanted ? 1.0 : millimetresOf(unit) / millimetresOf(wanted);
+    return unit == wanted ? 1.0
+                          : millimetresOf(unit).value_or(1.0) / millimetresOf(wanted).value_or(1.0);
 }
 
 void ThreeMfAssembly::append(const ThreeMfPlacement& placement, const Place& outer,
-                             TriangleMesh& mesh) {
+                             PartMesh& mesh) {
     const ThreeMfObject& object = find(placement);
     const std::string& name = partName(placement.path);
     const Place place = {
@@ -154,39 +150,47 @@ void ThreeMfAssembly::append(const ThreeMfPlacement& placement, const Place& out
     for (const ThreeMfPlacement& component : object.components) append(component, place, mesh);
 }
 
-void ThreeMfAssembly::warn(const std::string& root, Warnings& warnings) const {
+void ThreeMfAssembly::warn(const std::string& root, std::vector<PartWarning>& warnings) const {
     if (m_leftOut > 0) {
-        warnings.push_back(
-            {"not-built",
-             fmt::format("{} of type \"support\" or \"other\" {} left out",
-                         m_leftOut == 1 ? "1 object" : fmt::format("{} objects", m_leftOut),
-                         m_leftOut == 1 ? "is" : "are"),
-             static_cast<std::int64_t>(m_leftOut)});
+        warnings.push_back({"not-built",
+                            message(m_leftOut == 1 ? "1 object" : message(m_leftOut, " objects"),
+                                    " of type \"support\" or \"other\" ",
+                                    m_leftOut == 1 ? "is" : "are", " left out"),
+                            static_cast<std::int64_t>(m_leftOut)});
     }
     for (const auto& [name, model] : m_parts) {
-        if (name == root || unitNamed(model.unit)) continue;
+        if (name == root || millimetresOf(model.unit)) continue;
         warnings.push_back(
-            {"unknown-unit", fmt::format("{} gives its unit as {}, which 3MF does not know; "
-                                         "millimetres are taken",
-                                         quotedName(name), App::quoted(model.unit))});
+            {"unknown-unit",
+             message(quotedName(name), " gives its unit as ", files::quoted(model.unit),
+                     ", which 3MF does not know; millimetres are taken")});
     }
 }
 
-std::pair<TriangleMesh, std::size_t> ThreeMfAssembly::build(const std::string& root,
-                                                            Warnings& warnings) {
+std::size_t ThreeMfAssembly::checkedSum(std::size_t a, std::size_t b) const {
+    const std::size_t most = std::min(kMostTriangles, m_options.maxTriangles);
+    if (a + b <= most) return a + b;
+    throw PartFileError(message("its components expand to more than ", most, " triangles"));
+}
+
+void ThreeMfAssembly::build(const std::string& root, PartFile& file) {
     ThreeMfModel& model = part(root);
-    if (model.items.empty()) throw InputFailure("holds nothing to build: it has no build items");
+    if (model.items.empty()) throw PartFileError("contains no build items");
     const std::size_t triangles = measureItems(model);
     if (triangles == 0 && m_leftOut > 0) {
-        throw InputFailure(
-            "holds nothing to build: all its objects are of type \"support\" or \"other\"");
+        throw PartFileError(
+            "contains no build items other than objects of type \"support\" or \"other\"");
     }
-    if (triangles == 0) throw InputFailure("holds no triangles");
-    TriangleMesh mesh;
-    mesh.triangles.reserve(triangles);
-    for (const ThreeMfPlacement& item : model.items) append(item, {root, {}}, mesh);
-    warn(root, warnings);
-    return {std::move(mesh), model.items.size()};
+    if (triangles == 0) throw PartFileError("contains no triangles");
+    file.unit = model.unit;
+    file.mesh.triangles.reserve(triangles);
+    for (const ThreeMfPlacement& item : model.items) append(item, {root, {}}, file.mesh);
+    warn(root, file.warnings);
+    if (model.items.size() < 2) return;
+    file.warnings.push_back({"several-items",
+                             message("the file builds ", model.items.size(),
+                                     " items; they are taken together, as one part"),
+                             static_cast<std::int64_t>(model.items.size())});
 }
 
-}  // namespace App
+}  // namespace Tesk::files

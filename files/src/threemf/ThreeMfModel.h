@@ -6,16 +6,22 @@
 #include <string>
 #include <vector>
 
-#include "TeskDataBasic/UPoint3.h"
-#include "ZipReader.h"
+#include "mesh/Progress.h"
+#include "zip/ZipReader.h"
 
-namespace App {
+namespace Tesk::files {
+
+struct ThreeMfPoint {
+    double x;
+    double y;
+    double z;
+};
 
 /// A 3MF transform: the first three columns of a 4×4 matrix for row vectors, row by row.
 struct ThreeMfTransform {
     std::array<double, 12> m = {1, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0};
 
-    UPoint3<double> apply(const UPoint3<double>& p) const;
+    ThreeMfPoint apply(const ThreeMfPoint& p) const;
     ThreeMfTransform then(const ThreeMfTransform& next) const;
     /// Of points that are multiplied by a factor first; 1 leaves it as it is.
     ThreeMfTransform ofScaled(double factor) const;
@@ -30,7 +36,7 @@ struct ThreeMfPlacement {
 };
 
 struct ThreeMfObject {
-    std::vector<UPoint3<double>> vertices;  ///< in the model's unit
+    std::vector<ThreeMfPoint> vertices;  ///< in the model's unit
     std::vector<std::array<std::int32_t, 3>> triangles;
     std::vector<ThreeMfPlacement> components;
     bool isAuxiliary = false;  ///< its mesh is a support or of type "other", not part of the model
@@ -43,8 +49,9 @@ struct ThreeMfModel {
     std::vector<ThreeMfPlacement> items;
 };
 
-/// Reads one model part. Throws InputFailure that names part and line of whatever is missing, no
-/// number, not finite or out of range, and of an extension that is needed and not known.
-ThreeMfModel readThreeMfModel(ZipReader& zip, const std::string& path);
+/// Reads one model part. Throws PartFileError that names the part and the line of anything that is
+/// missing, not a number, not finite or out of range, and of a required extension that is unknown.
+ThreeMfModel readThreeMfModel(ZipReader& zip, const std::string& path, std::size_t maxTriangles,
+                              Progress& progress);
 
-}  // namespace App
+}  // namespace Tesk::files

@@ -1,6 +1,6 @@
-#include "TextScanner.h"
+#include "text/Message.h"
 
-namespace App {
+namespace Tesk::files {
 
 std::string quotedName(std::string_view name) {
     constexpr std::size_t kLongest = 150;
@@ -23,4 +23,4 @@ std::string quotedName(std::string_view name) {
     return text;
 }
 
-}  // namespace App
+}  // namespace Tesk::files

@@ -1,6 +1,6 @@
-#include "XmlNamespaces.h"
+#include "xml/XmlNamespaces.h"
 
-namespace App {
+namespace Tesk::files {
 
 XmlNamespaces::XmlNamespaces() {
     m_uris["xml"].emplace_back("http://www.w3.org/XML/1998/namespace");
@@ -42,4 +42,4 @@ void XmlNamespaces::declare(std::string_view prefix, std::string_view uri) {
     m_declarations.push_back({found, m_depth});
 }
 
-}  // namespace App
+}  // namespace Tesk::files

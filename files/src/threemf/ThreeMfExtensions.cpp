@@ -1,14 +1,13 @@
-#include "ThreeMfExtensions.h"
-
-#include <fmt/format.h>
+#include "threemf/ThreeMfExtensions.h"
 
 #include <algorithm>
 #include <array>
 
-#include "Failure.h"
-#include "TextScanner.h"
+#include "TeskPartFiles/PartFiles.h"
+#include "text/Message.h"
+#include "text/TextScanner.h"
 
-namespace App {
+namespace Tesk::files {
 
 namespace {
 
@@ -40,19 +39,18 @@ constexpr std::array<Extension, 8> kShaping = {{
 void refuseUnlessHarmless(std::string_view prefix, const XmlNamespaces& namespaces) {
     const auto space = namespaces.find(prefix);
     if (!space) {
-        throw InputFailure(
-            fmt::format("the model needs the 3MF extension with the prefix {}, but does not say "
-                        "which that is (no xmlns:{})",
-                        quoted(prefix), prefix.substr(0, 24)));
+        throw PartFileError(
+            message("the model needs the 3MF extension with the prefix ", quoted(prefix),
+                    ", but does not say which that is (no xmlns:", prefix.substr(0, 24), ")"));
     }
     if (std::find(kHarmless.begin(), kHarmless.end(), *space) != kHarmless.end()) return;
     for (const Extension& extension : kShaping) {
         if (!space->starts_with(extension.start)) continue;
-        throw InputFailure(fmt::format("the model needs a 3MF extension that is not read: {} ({})",
-                                       quotedName(*space), extension.holds));
+        throw PartFileError(message("the model needs a 3MF extension that is not read: ",
+                                    quotedName(*space), " (", extension.holds, ")"));
     }
-    throw InputFailure(
-        fmt::format("the model needs a 3MF extension that is not known: {}", quotedName(*space)));
+    throw PartFileError(
+        message("the model needs a 3MF extension that is not known: ", quotedName(*space)));
 }
 
 }  // namespace
@@ -64,4 +62,4 @@ void refuseUnknownExtensions(const XmlElement& model) {
     }
 }
 
-}  // namespace App
+}  // namespace Tesk::files

@@ -1,16 +1,16 @@
-#include "ZipReader.h"
+#include "zip/ZipReader.h"
 
-#include <fmt/format.h>
 #include <zip.h>
 
 #include <array>
 #include <new>
 #include <unordered_map>
 
-#include "Failure.h"
-#include "TextScanner.h"
+#include "TeskPartFiles/PartFiles.h"
+#include "text/Keyword.h"
+#include "text/Message.h"
 
-namespace App {
+namespace Tesk::files {
 
 namespace {
 
@@ -23,14 +23,10 @@ struct CloseFile {
 };
 using OpenFile = std::unique_ptr<zip_file_t, CloseFile>;
 
-char folded(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 std::string folded(std::string_view name) {
     while (!name.empty() && name.front() == '/') name.remove_prefix(1);
     std::string key(name);
-    for (char& c : key) c = folded(c);
+    for (char& c : key) c = lowered(c);
     return key;
 }
 
@@ -45,7 +41,7 @@ bool hasParentStep(std::string_view name) {
 
 /// Why a name does not stay inside the archive; null where it does.
 const char* strayReason(std::string_view name) {
-    const auto isLetter = [](char c) { return folded(c) >= 'a' && folded(c) <= 'z'; };
+    const auto isLetter = [](char c) { return lowered(c) >= 'a' && lowered(c) <= 'z'; };
     if (name.find('\\') != name.npos) return "has a backslash in its name";
     if (!name.empty() && name.front() == '/') return "has a name that begins with \"/\"";
     if (name.size() > 1 && name[1] == ':' && isLetter(name[0])) return "has a name with a drive";
@@ -53,16 +49,16 @@ const char* strayReason(std::string_view name) {
     return nullptr;
 }
 
-InputFailure openFailure(const zip_error_t& error) {
+PartFileError openFailure(const zip_error_t& error) {
     switch (zip_error_code_zip(&error)) {
         case ZIP_ER_MEMORY:
             throw std::bad_alloc();
         case ZIP_ER_MULTIDISK:
-            return InputFailure("is no 3MF: it is one piece of a zip archive in several");
+            return PartFileError("is not a 3MF file: it is one piece of a zip archive in several");
         case ZIP_ER_INCONS:
-            return InputFailure("the archive is damaged: its directory does not fit its content");
+            return PartFileError("the archive is damaged: its directory does not fit its content");
         default:
-            return InputFailure("is no 3MF: it is not a zip archive, or cut short");
+            return PartFileError("is not a 3MF file: it is not a zip archive, or cut short");
     }
 }
 
@@ -91,11 +87,12 @@ struct ZipReader::Archive {
         zip_uint64_t index;
     };
 
-    std::string bytes;
+    std::string_view bytes;
     zip_t* zip = nullptr;
     std::vector<std::string> names;
     std::unordered_map<std::string, Entry> entries;  ///< by folded name
-    std::size_t room = 0;                            ///< bytes that may still be unpacked
+    std::size_t unpacked = 0;
+    std::size_t total = 0;  ///< of all sizes in the directory
 
     ~Archive() {
         if (zip != nullptr) zip_discard(zip);
@@ -119,33 +116,42 @@ struct ZipReader::Archive {
             if (raw == nullptr) throw openFailure(*zip_get_error(zip));
             const std::string name = raw;
             if (const char* reason = strayReason(name)) {
-                throw InputFailure(
-                    fmt::format("the archive's file {} {}; refused", quotedName(name), reason));
+                throw PartFileError(
+                    message("the archive's file ", quotedName(name), " ", reason, "; refused"));
             }
             if (!name.empty() && name.back() == '/') continue;  // a folder
             const auto [entry, isNew] = entries.emplace(folded(name), Entry{name, i});
             if (!isNew) {
-                throw InputFailure(
-                    fmt::format("the archive has two files with the name {} (entries {} and {})",
-                                quotedName(name), entry->second.index + 1, i + 1));
+                throw PartFileError(message("the archive has two files with the name ",
+                                            quotedName(name), " (entries ", entry->second.index + 1,
+                                            " and ", i + 1, ")"));
             }
             names.push_back(name);
+            total += sizeOf(i);
         }
+    }
+
+    std::size_t sizeOf(zip_uint64_t index) const {
+        zip_stat_t about;
+        zip_stat_init(&about);
+        const bool isKnown =
+            zip_stat_index(zip, index, 0, &about) == 0 && (about.valid & ZIP_STAT_SIZE) != 0;
+        return isKnown ? static_cast<std::size_t>(about.size) : 0;
     }
 
     const Entry& entry(std::string_view name) const {
         const auto found = entries.find(folded(name));
         if (found == entries.end()) {
-            throw InputFailure("its archive has no file " + quotedName(name));
+            throw PartFileError("its archive has no file " + quotedName(name));
         }
         return found->second;
     }
 
-    static InputFailure damaged(const Entry& entry, zip_error_t& error) {
+    static PartFileError damaged(const Entry& entry, zip_error_t& error) {
         if (zip_error_code_zip(&error) == ZIP_ER_MEMORY) throw std::bad_alloc();
-        return InputFailure(
-            fmt::format("its file {} cannot be unpacked: the archive is damaged ({})",
-                        quotedName(entry.name), zip_error_strerror(&error)));
+        return PartFileError(message("its file ", quotedName(entry.name),
+                                     " cannot be unpacked: the archive is damaged (",
+                                     zip_error_strerror(&error), ")"));
     }
 
     /// The same on every platform, whatever its zip library can do besides.
@@ -157,14 +163,14 @@ struct ZipReader::Archive {
         }
         if ((about.valid & ZIP_STAT_ENCRYPTION_METHOD) != 0 &&
             about.encryption_method != ZIP_EM_NONE) {
-            throw InputFailure(fmt::format("its file {} is encrypted, which 3MF does not allow",
-                                           quotedName(entry.name)));
+            throw PartFileError(message("its file ", quotedName(entry.name),
+                                        " is encrypted, which 3MF does not allow"));
         }
         if ((about.valid & ZIP_STAT_COMP_METHOD) != 0 && about.comp_method != ZIP_CM_STORE &&
             about.comp_method != ZIP_CM_DEFLATE) {
-            throw InputFailure(fmt::format(
-                "its file {} is packed by method {}; 3MF allows stored and deflated files only",
-                quotedName(entry.name), methodName(about.comp_method)));
+            throw PartFileError(message("its file ", quotedName(entry.name),
+                                        " is packed by method ", methodName(about.comp_method),
+                                        "; 3MF allows stored and deflated files only"));
         }
     }
 
@@ -176,17 +182,15 @@ struct ZipReader::Archive {
     }
 
     void take(std::size_t size) {
-        if (size > room) {
-            throw InputFailure(
-                fmt::format("unpacks to more than {} times its size; refused", kMostGrowth));
-        }
-        room -= size;
+        unpacked += size;
+        if (unpacked <= bytes.size() * kMostGrowth + kAlwaysAllowed) return;
+        throw PartFileError(
+            message("unpacks to more than ", kMostGrowth, " times its size; refused"));
     }
 };
 
-ZipReader::ZipReader(std::string bytes) : m_archive(std::make_unique<Archive>()) {
-    m_archive->room = bytes.size() * kMostGrowth + kAlwaysAllowed;
-    m_archive->bytes = std::move(bytes);
+ZipReader::ZipReader(std::string_view bytes) : m_archive(std::make_unique<Archive>()) {
+    m_archive->bytes = bytes;
     m_archive->open();
     m_archive->list();
 }
@@ -216,10 +220,18 @@ void ZipReader::read(std::string_view name, const std::function<void(std::string
     }
 }
 
+std::size_t ZipReader::unpackedSize() const {
+    return m_archive->unpacked;
+}
+
+std::size_t ZipReader::totalSize() const {
+    return m_archive->total;
+}
+
 std::string ZipReader::contents(std::string_view name) {
     std::string bytes;
     read(name, [&](std::string_view piece) { bytes += piece; });
     return bytes;
 }
 
-}  // namespace App
+}  // namespace Tesk::files
