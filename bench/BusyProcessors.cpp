@@ -7,11 +7,13 @@
 namespace {
 
 [[noreturn]] void computeWhileChildOf(pid_t parent) {
+    // Volatile, so that the loop is not optimised away.
     constexpr int kRoundsBetweenLooks = 1 << 20;
+    volatile int rounds = 0;
     while (getppid() == parent) {
-        for (volatile int i = 0; i < kRoundsBetweenLooks; i = i + 1) {
-        }
+        for (int i = 0; i < kRoundsBetweenLooks; ++i) rounds = i;
     }
+    static_cast<void>(rounds);
     _exit(0);
 }
 
