@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "TeskThreads/Team.h"
 #include "common/Assert.h"
@@ -103,12 +104,11 @@ class TeamBuckets {
     std::vector<std::optional<DirectionBuckets>> m_buckets;
 };
 
-void appendTriangleNormals(const Mesh& mesh, TeamBuckets& buckets,
+template <class NormalOf>
+void appendTriangleNormals(std::int32_t triangles, const NormalOf& normalOf, TeamBuckets& buckets,
                            std::vector<Direction>& candidates) {
-    buckets.count(mesh.TriangleCount(), [&](std::int64_t first, std::int64_t end, auto add) {
-        for (std::int64_t i = first; i < end; ++i) {
-            add(mesh.Triangle(static_cast<std::int32_t>(i))->N(), i);
-        }
+    buckets.count(triangles, [&](std::int64_t first, std::int64_t end, auto add) {
+        for (std::int64_t i = first; i < end; ++i) add(normalOf(static_cast<std::int32_t>(i)), i);
     });
     buckets.appendFullest(candidates);
 }
@@ -162,7 +162,8 @@ Direction planeNormal(const Mesh& mesh, const PlacedPoints& points, std::int32_t
 /// after another, but any thread can read any of them.
 class PlaneDraws {
  public:
-    explicit PlaneDraws(std::int64_t planes) : m_numbers(static_cast<std::size_t>(planes) * 2) {}
+    /// @param numbers  two for each plane
+    explicit PlaneDraws(RandomRun numbers) : m_numbers(std::move(numbers)) {}
 
     /// Calls take(draw) for the planes from `first` up to `end`, at most TeamBuckets::kPiece of
     /// them.
@@ -182,12 +183,16 @@ class PlaneDraws {
     RandomRun m_numbers;
 };
 
-void appendSampledNormals(const Mesh& mesh, const UMatrix4<float>& placement, TeamBuckets& buckets,
+std::int64_t planesOf(std::int32_t triangles) {
+    return std::int64_t{triangles} * samplesPerTriangle(triangles);
+}
+
+void appendSampledNormals(const Mesh& mesh, const UMatrix4<float>& placement,
+                          const PlaneDraws& draws, TeamBuckets& buckets,
                           std::vector<Direction>& candidates) {
     const std::int32_t triangles = mesh.TriangleCount();
-    const std::int64_t planes = std::int64_t{triangles} * samplesPerTriangle(triangles);
+    const std::int64_t planes = planesOf(triangles);
     const PlacedPoints points(placement);
-    const PlaneDraws draws(planes);
     buckets.count(planes, [&](std::int64_t first, std::int64_t end, auto add) {
         std::int64_t i = first;
         auto triangle = static_cast<std::int32_t>(first % triangles);
@@ -212,22 +217,43 @@ std::vector<Direction> withoutDuplicates(const std::vector<Direction>& candidate
     return distinct;
 }
 
+template <class NormalOf>
+std::vector<Direction> orientsOf(const MeshKernel& mesh, const NormalOf& normalOf,
+                                 const PlaneDraws& draws) {
+    const auto shared = mesh.getMesh();
+    constexpr auto kBase = baseDirections();
+    std::vector<Direction> candidates(kBase.begin(), kBase.end());
+    constexpr std::int64_t kTrianglesPerThread = 50'000;
+    Tesk::withTeam(
+        Tesk::threadsFor(shared->TriangleCount(), kTrianglesPerThread), [&](Tesk::Team& team) {
+            TeamBuckets buckets(team);
+            appendTriangleNormals(shared->TriangleCount(), normalOf, buckets, candidates);
+            appendSampledNormals(*shared, mesh.getMatrix(), draws, buckets, candidates);
+        });
+    return withoutDuplicates(candidates);
+}
+
 }  // namespace
 
 std::vector<Direction> initOrients(MeshKernel* mesh) {
     TESK_ASSERT(mesh != nullptr);
-    const auto shared = mesh->getMesh();
     mesh->updateTriangleNormal();
-    constexpr auto kBase = baseDirections();
-    std::vector<Direction> candidates(kBase.begin(), kBase.end());
-    constexpr std::int64_t kTrianglesPerThread = 50'000;
-    Tesk::withTeam(Tesk::threadsFor(shared->TriangleCount(), kTrianglesPerThread),
-                   [&](Tesk::Team& team) {
-                       TeamBuckets buckets(team);
-                       appendTriangleNormals(*shared, buckets, candidates);
-                       appendSampledNormals(*shared, mesh->getMatrix(), buckets, candidates);
-                   });
-    return withoutDuplicates(candidates);
+    const auto shared = mesh->getMesh();
+    const std::int64_t planes = planesOf(shared->TriangleCount());
+    return orientsOf(
+        *mesh, [&](std::int32_t i) { return shared->Triangle(i)->N(); },
+        PlaneDraws(RandomRun(static_cast<std::size_t>(planes) * 2)));
+}
+
+std::vector<Direction> initOrients(const MeshKernel& mesh,
+                                   const std::function<Direction(std::int32_t)>& normalOf,
+                                   std::uint32_t seed) {
+    return orientsOf(mesh, normalOf, PlaneDraws(RandomRun::fromSeed(seed)));
+}
+
+std::span<const Direction> fixedOrients() {
+    static constexpr auto kBase = baseDirections();
+    return kBase;
 }
 
 }  // namespace Tesk::orient

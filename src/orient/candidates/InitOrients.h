@@ -1,5 +1,8 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <span>
 #include <vector>
 
 #include "TeskDataBasic/UVector3.h"
@@ -22,5 +25,16 @@ namespace Tesk::orient {
 ///
 /// @param mesh  not null
 std::vector<UVector3<float>> initOrients(MeshKernel* mesh);
+
+/// The same with given triangle normals and a random sequence of its own. Only reads the mesh.
+///
+/// @param normalOf  the normal of a triangle, in the frame of the directions; called on any thread
+/// @param seed      of the sequence; nextRandom() is not advanced
+std::vector<UVector3<float>> initOrients(
+    const MeshKernel& mesh, const std::function<UVector3<float>(std::int32_t)>& normalOf,
+    std::uint32_t seed);
+
+/// The 18 fixed directions. The last is +Z.
+std::span<const UVector3<float>> fixedOrients();
 
 }  // namespace Tesk::orient

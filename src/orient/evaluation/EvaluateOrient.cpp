@@ -40,6 +40,18 @@ void OrientEvaluator::begin(std::span<const UVector3<float>> directions) {
     m_groupSize = directions.size();
     const auto parts = std::span(m_parts).first(directions.size());
     turnParts(m_mesh, directions, m_baseHeight, parts);
+    findHittable(parts);
+}
+
+void OrientEvaluator::begin(std::span<const UMatrix4<float>> placements) {
+    TESK_ASSERT(!placements.empty() && placements.size() <= kGroupSize);
+    m_groupSize = placements.size();
+    const auto parts = std::span(m_parts).first(placements.size());
+    standParts(m_mesh, placements, parts);
+    findHittable(parts);
+}
+
+void OrientEvaluator::findHittable(std::span<const TurnedPart> parts) {
     if (!m_computeSupport) return;
     for (std::size_t k = 0; k < parts.size(); ++k) m_grids[k] = makeSampleGrid(parts[k].box);
     m_finder.find(m_mesh, parts, m_grids, m_hittable);

@@ -55,10 +55,22 @@ class OrientEvaluator {
     /// @param directions  1 to kGroupSize, of any length above zero
     void begin(std::span<const UVector3<float>> directions);
 
+    /// Sets the part down on z = 0 as matrices place it, instead of the mesh's own placement.
+    /// evaluate() then gives the same bits as for the direction +Z and the base height 0 of a mesh
+    /// with that placement.
+    ///
+    /// @param placements  1 to kGroupSize
+    void begin(std::span<const UMatrix4<float>> placements);
+
+    /// The part as begin() turned it, by its index in the group.
+    const TurnedPart& part(std::size_t index) const { return m_parts[index]; }
+
     /// Measures one direction of the group, given by its index in it.
     OrientMeasures evaluate(std::size_t index);
 
  private:
+    void findHittable(std::span<const TurnedPart> parts);
+
     const FlatMesh& m_mesh;
     float m_overhangCosine;
     bool m_computeSupport;

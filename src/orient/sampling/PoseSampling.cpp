@@ -1,23 +1,35 @@
 #include "orient/sampling/PoseSampling.h"
 
-#include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <utility>
 
 #include "common/Assert.h"
 #include "orient/kernels/TurnKernels.h"
 #include "orient/sampling/TriangleRectTree.h"
-#include "orient/turn/TurnedTriangle.h"
 
 namespace Tesk::orient {
-namespace {
 
-/// The bounding rectangle seen from above. Coordinates that are NaN are ignored.
 Rect rectOf(const TurnedTriangle& t) {
     Rect rect;
     for (const UPoint3<float>& p : {t.a, t.b, t.c}) rect.extend({p.x, p.x, p.y, p.y});
     return rect;
 }
+
+bool isUnder(const TurnedTriangle& t, const UPoint2<float>& p) {
+    std::uint32_t place = 0;
+    return turnKernels().rowsUnder(t.edgesAt(p.x), &p.y, 1, &place) == 1;
+}
+
+float heightOver(const TurnedTriangle& t, const UPoint2<float>& p) {
+    float z = std::numeric_limits<float>::quiet_NaN();
+    const ColumnPlane plane = t.planeAt(p.x);
+    constexpr std::uint32_t kPlace = 0;
+    if (plane.determinant != 0.0) turnKernels().heights(plane, &p.y, &kPlace, 1, &z);
+    return z;
+}
+
+namespace {
 
 std::vector<TriangleRect> rectsOf(const FlatMesh& mesh, const TurnedPart& part) {
     std::vector<TriangleRect> rects;
@@ -30,21 +42,6 @@ std::vector<TriangleRect> rectsOf(const FlatMesh& mesh, const TurnedPart& part) 
         rects.push_back({rectOf(t), centroid, triangle});
     }
     return rects;
-}
-
-/// Whether a point of the triangle's rectangle lies under the triangle.
-bool isUnder(const TurnedTriangle& t, const UPoint2<float>& p) {
-    std::uint32_t place = 0;
-    return turnKernels().rowsUnder(t.edgesAt(p.x), &p.y, 1, &place) == 1;
-}
-
-/// The height of the triangle's plane over the point; NaN if the triangle is vertical.
-float heightOver(const TurnedTriangle& t, const UPoint2<float>& p) {
-    float z = std::numeric_limits<float>::quiet_NaN();
-    const ColumnPlane plane = t.planeAt(p.x);
-    constexpr std::uint32_t kPlace = 0;
-    if (plane.determinant != 0.0) turnKernels().heights(plane, &p.y, &kPlace, 1, &z);
-    return z;
 }
 
 }  // namespace

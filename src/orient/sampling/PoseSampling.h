@@ -5,9 +5,20 @@
 #include "orient/grid/SampleGrid.h"
 #include "orient/mesh/FlatMesh.h"
 #include "orient/sampling/ColumnHits.h"
+#include "orient/sampling/TriangleRectTree.h"
 #include "orient/turn/TurnedPart.h"
+#include "orient/turn/TurnedTriangle.h"
 
 namespace Tesk::orient {
+
+/// The bounding rectangle of a triangle seen from above. Coordinates that are NaN are ignored.
+Rect rectOf(const TurnedTriangle& t);
+
+/// Whether a point of the triangle's rectangle lies under the triangle.
+bool isUnder(const TurnedTriangle& t, const UPoint2<float>& p);
+
+/// The height of the triangle's plane over the point; NaN if the triangle is vertical.
+float heightOver(const TurnedTriangle& t, const UPoint2<float>& p);
 
 /// Measures the support that one turned part needs, sample by sample. A TriangleRectTree over all
 /// triangles tells which of them may lie over a sample.

@@ -16,14 +16,15 @@ using Ranges = std::array<CoordinateRange, 3>;
 /// Few enough to stay in the first-level cache.
 constexpr std::size_t kVerticesPerBlock = 1024;
 
-/// Placement, then the turn about the centre of the placed box.
-Matrix turnOntoUp(const FlatMesh& mesh, const UVector3<float>& direction) {
-    const UPoint3<float> k = mesh.placedBox.Center();
+/// A placement, then the turn about the centre of the placed box.
+Matrix turnOntoUp(const Matrix& placement, const UBox3<float>& placedBox,
+                  const UVector3<float>& direction) {
+    const UPoint3<float> k = placedBox.Center();
     const Matrix toOrigin = Matrix::CreateTransfMatrix({-k.x, -k.y, -k.z});
     const Matrix turn =
         Matrix::CreateRotateMatrix(candidateAngle(direction), candidateAxis(direction));
     const Matrix back = Matrix::CreateTransfMatrix({k.x, k.y, k.z});
-    return mesh.placement * toOrigin * turn * back;
+    return placement * toOrigin * turn * back;
 }
 
 TurnedCoordinate coordinateOf(const Matrix& m, int axis) {
@@ -127,13 +128,28 @@ void turnParts(const FlatMesh& mesh, std::span<const UVector3<float>> directions
     std::array<Matrix, kGroupSize> turns;
     std::array<Ranges, kGroupSize> ranges;
     for (std::size_t k = 0; k < parts.size(); ++k) {
-        turns[k] = turnOntoUp(mesh, directions[k]);
+        turns[k] = turnOntoUp(mesh.placement, mesh.placedBox, directions[k]);
         turnBy(mesh, turns[k], parts[k]);
     }
     unshiftedRanges(mesh, parts, std::span(ranges).first(parts.size()));
     for (std::size_t k = 0; k < parts.size(); ++k) {
         setBox(mesh, ranges[k], parts[k]);
         if (baseHeight > -1.0f) liftTo(mesh, baseHeight, turns[k], ranges[k], parts[k]);
+    }
+}
+
+void standParts(const FlatMesh& mesh, std::span<const Matrix> placements,
+                std::span<TurnedPart> parts) {
+    std::array<Ranges, kGroupSize> ranges;
+    for (std::size_t k = 0; k < parts.size(); ++k) turnBy(mesh, placements[k], parts[k]);
+    unshiftedRanges(mesh, parts, std::span(ranges).first(parts.size()));
+    for (std::size_t k = 0; k < parts.size(); ++k) {
+        setBox(mesh, ranges[k], parts[k]);
+        // The turn about the box's centre moves nothing, but for rounding; the slopes stay.
+        const Matrix turn = turnOntoUp(placements[k], parts[k].box, {0.0f, 0.0f, 1.0f});
+        turnBy(mesh, turn, parts[k]);
+        setBox(mesh, ranges[k], parts[k]);
+        liftTo(mesh, /*baseHeight=*/0.0f, turn, ranges[k], parts[k]);
     }
 }
 

@@ -44,4 +44,12 @@ constexpr std::size_t kGroupSize = 4;
 void turnParts(const FlatMesh& mesh, std::span<const UVector3<float>> directions, float baseHeight,
                std::span<TurnedPart> parts);
 
+/// Sets the mesh down on z = 0 as each matrix places it. Gives the same bits as turnParts() for a
+/// mesh with that placement, the direction +Z and the base height 0.
+///
+/// @param placements  at most kGroupSize, in place of the mesh's own
+/// @param parts       one per placement
+void standParts(const FlatMesh& mesh, std::span<const UMatrix4<float>> placements,
+                std::span<TurnedPart> parts);
+
 }  // namespace Tesk::orient

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "BuildPose.h"
+#include "pose/PoseMesh.h"
+#include "pose/PoseTurn.h"
+
+namespace Tesk::pose {
+
+/// A pose before it is turned about Z: set down on a face of the hull, and what can be told of it
+/// without sampling.
+struct PoseOnFace {
+    UVector3<double> up;           ///< unit vector
+    bool isSetDown = false;        ///< a face was looked for
+    bool isOnFace = false;         ///< and found
+    bool isKeptOff = false;        ///< by a rule of the goal
+    bool isLittleContact = false;  ///< less than the goal asks for
+    bool stands = false;
+
+    bool isAllowed() const { return !isKeptOff && !isLittleContact; }
+
+    /// Whether both are the same to within 0.1°.
+    bool isAlike(const PoseOnFace& other) const;
+};
+
+/// What a direction is set down on.
+enum class SetDownTo {
+    kFaceToStandOn,  ///< the largest face within reach, if there is room enough to stand near it
+    kAnyFace,        ///< the largest face within reach
+    kPresentFace,    ///< the face that the part lies on already
+};
+
+/// Sets a direction down; where there is no such face, it stays as it is. Whether it stands is for
+/// judge() to tell.
+PoseOnFace setDown(const PoseMesh& mesh, const OptimizeOrient::PoseGoal& goal,
+                   const UVector3<double>& direction, SetDownTo where);
+
+/// Tells what contact a pose has and whether it stands; nothing of one that is forbidden or was not
+/// set down.
+void judge(const PoseMesh& mesh, const OptimizeOrient::PoseGoal& goal, PoseOnFace& pose);
+
+/// The turn that brings a direction up: none where it points up already, to within 0.03°, which
+/// over 100 mm is a quarter of a layer.
+PoseTurn uprightTurn(const UVector3<double>& up);
+
+}  // namespace Tesk::pose
