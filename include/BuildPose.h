@@ -147,6 +147,7 @@ struct BuildPoses {
 /// which are not advanced. A mesh without triangles, or one whose size is not finite, has no poses.
 ///
 /// @param mesh      only read
+/// @param goal      costs and limits
 /// @param progress  empty, or called on the calling thread with whole percentages that never fall:
 ///                  3, 10, 10..90 while candidates are measured, 90..100. It ends the computation
 ///                  by throwing Tesk::AbortException, or anything else; it is not called again
@@ -162,6 +163,8 @@ TESK_ORIENT_API BuildPoses findBuildPoses(const MeshKernel& mesh, const PoseGoal
 
 /// Measures one pose of a placed mesh.
 ///
+/// @param mesh      only read
+/// @param goal      its overhang angle and costs; its limits are ignored
 /// @param rotation  a rotation, without translation
 TESK_ORIENT_API BuildPose measurePose(const MeshKernel& mesh, const PoseGoal& goal,
                                       const UMatrix4<float>& rotation);
