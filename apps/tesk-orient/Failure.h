@@ -12,6 +12,7 @@ enum class ExitCode : int {
     kUsage = 2,
     kInput = 3,
     kOutput = 4,
+    kNoPose = 5,
     kAborted = 130,
 };
 

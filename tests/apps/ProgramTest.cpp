@@ -35,10 +35,12 @@ class Program : public testing::Test {
 };
 
 TEST_F(Program, StandsTheExampleOnItsTopWhereItNeedsNoSupport) {
-    const json best = jsonOf()["orientations"][0];
+    const json best = jsonOf()["poses"][0];
     EXPECT_NEAR(best["heightMm"].get<double>(), 40.0, 1e-3);
     // The face on the plate overhangs by its rounding, on 40 square centimetres.
     EXPECT_LT(best["supportVolumeMm3"].get<double>(), 1.0);
+    EXPECT_NEAR(best["contactAreaMm2"].get<double>(), 4000.0, 1.0);
+    EXPECT_TRUE(best["stands"].get<bool>());
     // The legs of the table point along −z before it is turned awkwardly.
     const UVector3<float> legs = UVector3<float>(0, 0, -1);
     const UMatrix4<float> awkward = UMatrix4<float>::CreateRotateMatrix(0.6f, {1.0f, 2.0f, 0.5f});
@@ -52,8 +54,74 @@ TEST_F(Program, TheExampleHasNoWarnings) {
     EXPECT_TRUE(jsonOf()["input"]["warnings"].empty());
 }
 
-TEST_F(Program, PrintsTwelveRowsWithTheBestMarked) {
+TEST_F(Program, SaysInOneSentenceWhyThePoseIsBest) {
     const ProgramResult result = runTeskOrient({"orient", m_example});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.out, HasSubstr("92 triangles, 48 vertices"));
+    EXPECT_THAT(result.out, HasSubstr("\n *  1      0 mm       4,000      40.00"));
+    EXPECT_THAT(result.out, HasSubstr("\nas is      27 m"));
+    EXPECT_THAT(result.out, HasSubstr("no support instead of 27 m as it lies; 45 mm lower; stands "
+                                      "on 4,000 mm²."));
+    EXPECT_THAT(result.out, HasSubstr("To get there, turn the part"));
+    EXPECT_EQ(result.error, "");
+}
+
+TEST_F(Program, TheJsonOfPosesHoldsAllThatWasMeasured) {
+    const json report = jsonOf({"--fits", "100x100x70"});
+    EXPECT_EQ(report["schema"], "tesk-orient/orient/2");
+    EXPECT_EQ(report["settings"]["goal"], "balanced");
+    EXPECT_EQ(report["settings"]["heightCost"], 15.0);
+    EXPECT_GT(report["passedOver"]["tooLarge"].get<int>(), 0);
+    EXPECT_FALSE(report["asItLies"]["stands"].get<bool>());
+    EXPECT_EQ(report["poses"][0]["rank"], 1);
+    for (const json& pose : report["poses"]) {
+        EXPECT_LE(pose["heightMm"].get<double>(), 70.0);
+        const json& cost = pose["cost"];
+        EXPECT_NEAR(cost["totalMm"].get<double>(),
+                    pose["supportFilamentMm"].get<double>() + cost["heightMm"].get<double>(), 0.1);
+    }
+}
+
+TEST_F(Program, TheLeastSupportGoalCountsHeightLess) {
+    EXPECT_EQ(jsonOf({"--goal", "least-support"})["settings"]["heightCost"], 8.0);
+    EXPECT_EQ(jsonOf({"--overhang-angle", "50"})["settings"]["overhangAngleDeg"], 50.0);
+}
+
+TEST_F(Program, AnyWeightRanksByWeights) {
+    const json byGoal = jsonOf({"--goal", "weights"});
+    EXPECT_EQ(byGoal["schema"], "tesk-orient/orient/1");
+    EXPECT_EQ(byGoal, jsonOf({"--height-weight", "1"}));
+    EXPECT_EQ(byGoal["settings"]["overhangAngleDeg"], 45.0);
+}
+
+TEST_F(Program, WhereNoPoseFitsItSaysWhatTheNearestNeeds) {
+    const ProgramResult result = runTeskOrient({"orient", m_example, "--fits", "30x30x30"});
+    EXPECT_EQ(result.code, 5);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.error, HasSubstr("no pose fits 30 × 30 × 30 mm; the nearest needs"));
+}
+
+TEST_F(Program, AFaceIsKeptOffThePlate) {
+    // The table's top, whichever way it looks.
+    const json up = jsonOf()["poses"][0]["up"];
+    std::string top;
+    for (const json& component : up) {
+        if (!top.empty()) top += ',';
+        top += std::to_string(-component.get<double>());
+    }
+    for (const json& pose : jsonOf({"--keep-off", top})["poses"]) {
+        double dot = 0.0;
+        for (std::size_t i = 0; i < 3; ++i)
+            dot += up[i].get<double>() * pose["up"][i].get<double>();
+        EXPECT_LT(dot, 0.58);
+    }
+    const ProgramResult none = runTeskOrient({"orient", m_example, "--keep-off", top + ":180"});
+    EXPECT_EQ(none.code, 5);
+    EXPECT_THAT(none.error, HasSubstr("--keep-off"));
+}
+
+TEST_F(Program, PrintsTwelveRowsWithTheBestMarked) {
+    const ProgramResult result = runTeskOrient({"orient", m_example, "--goal", "weights"});
     EXPECT_EQ(result.code, 0);
     EXPECT_THAT(result.out, HasSubstr("92 triangles, 48 vertices"));
     EXPECT_THAT(result.out, HasSubstr("\n*   1 "));
@@ -66,13 +134,16 @@ TEST_F(Program, GivesTheSameOutputAtEveryRunAndThreadCount) {
     const ProgramResult one = runTeskOrient({"orient", m_example, "--json", "--threads", "1"});
     const ProgramResult three = runTeskOrient({"orient", m_example, "--json", "--threads", "3"});
     EXPECT_EQ(one.out, three.out);
-    EXPECT_NE(one.out, runTeskOrient({"orient", m_example, "--json", "--seed", "7"}).out);
+    EXPECT_NE(jsonOf({"--goal", "weights"}), jsonOf({"--goal", "weights", "--seed", "7"}));
 }
 
 TEST_F(Program, TheMatrixOfEveryRecordGivesItsHeightAndStandsThePartOnThePlate) {
     const App::LoadedPart part = App::readMeshFile(m_example, std::nullopt);
-    const json report = jsonOf();
-    for (const json& record : report["orientations"]) {
+    json records = jsonOf()["poses"];
+    for (const json& record : jsonOf({"--goal", "weights"})["orientations"]) {
+        records.push_back(record);
+    }
+    for (const json& record : records) {
         UMatrix4<float> m;
         for (int i = 0; i < 16; ++i) {
             m.at(i / 4, i % 4) =
@@ -86,7 +157,7 @@ TEST_F(Program, TheMatrixOfEveryRecordGivesItsHeightAndStandsThePartOnThePlate) 
 }
 
 TEST_F(Program, WritesThePartOfTheChosenRankInEveryFormat) {
-    const json records = jsonOf()["orientations"];
+    const json records = jsonOf()["poses"];
     for (const char* rank : {"1", "3"}) {
         const double height = records[static_cast<std::size_t>(std::stoi(rank) - 1)]["heightMm"];
         for (const char* name : {"t.stl", "t.obj", "t.ply", "t.off", "t.3mf"}) {
@@ -116,14 +187,23 @@ TEST_F(Program, WarnsOfOpenEdgesWindingAndSize) {
 }
 
 TEST_F(Program, SaysWhatIsWrongWithTheCommandLine) {
-    for (const std::vector<std::string>& arguments :
-         std::vector<std::vector<std::string>>{{},
-                                               {"orient"},
-                                               {"orient", m_example, "--rank", "0"},
-                                               {"orient", m_example, "--rank", "13"},
-                                               {"orient", m_example, "--units", "parsec"},
-                                               {"orient", m_example, "--overhang-angle", "x"},
-                                               {"fold", m_example}}) {
+    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+             {},
+             {"orient"},
+             {"orient", m_example, "--rank", "0"},
+             {"orient", m_example, "--rank", "13"},
+             {"orient", m_example, "--units", "parsec"},
+             {"orient", m_example, "--overhang-angle", "x"},
+             {"orient", m_example, "--rank", "12"},
+             {"orient", m_example, "--goal", "best"},
+             {"orient", m_example, "--fits", "10x20"},
+             {"orient", m_example, "--fits", "10x20x-3"},
+             {"orient", m_example, "--keep-off", "0,0"},
+             {"orient", m_example, "--keep-off", "0,0,0"},
+             {"orient", m_example, "--keep-off", "0,0,1:x"},
+             {"orient", m_example, "--goal", "balanced", "--height-weight", "2"},
+             {"orient", m_example, "--goal", "weights", "--fits", "250x210x210"},
+             {"fold", m_example}}) {
         const ProgramResult result = runTeskOrient(arguments);
         EXPECT_EQ(result.code, 2);
         EXPECT_THAT(result.error, HasSubstr("see tesk-orient --help"));

@@ -40,6 +40,26 @@ std::vector<OptimizeOrient::OptOrientation> rank(MeshKernel& mesh, const OrientO
     return orientations;
 }
 
+OptimizeOrient::BuildPoses findPoses(const MeshKernel& mesh, const OrientOptions& options) {
+    ProgressBar bar(!options.isQuiet);
+    if (options.threads > 0) omp_set_num_threads(options.threads);
+    return findBuildPoses(mesh, options.poseGoal, progressOn(bar));
+}
+
+void refuseWithoutPose(const OrientOptions& options, const OptimizeOrient::BuildPoses& poses) {
+    if (poses.poses.empty()) {
+        throw Failure(ExitCode::kNoPose,
+                      fmt::format("{}: {}", displayName(options.part), whyNoPose(options, poses)));
+    }
+    if (static_cast<std::size_t>(options.rank) > poses.poses.size()) {
+        throw Failure(
+            ExitCode::kUsage,
+            fmt::format("--rank {}: {} listed; see tesk-orient --help", options.rank,
+                        poses.poses.size() == 1 ? "one pose is"
+                                                : fmt::format("{} poses are", poses.poses.size())));
+    }
+}
+
 void logStages() {
     StopWatchLog::setSink([](const char* label, double seconds) {
         fmt::print(stderr, "{:<18} {:9.3f} ms\n", label, seconds * 1e3);
@@ -54,19 +74,26 @@ void run(const OrientOptions& options) {
     if (options.isVerbose) logStages();
 
     CheckedPart checked = loadPart(options, Purpose::kSupport);
-    OrientResult result{std::move(checked.part), {}};
+    OrientResult result{std::move(checked.part), {}, {}};
     const TriangleMesh& mesh = result.part.mesh;
     refuseWithoutArea(options, result.part);
     printWarnings(options, result.part);
-    result.orientations = rank(checked.kernel, options);
-    checked.kernel = MeshKernel();
-    if (output) {
-        const auto chosen = static_cast<std::size_t>(options.rank - 1);
-        output->write(moved(mesh, poseOf(result.orientations[chosen], mesh, centerOf(mesh),
-                                         options.config.baseHeight)));
+    const auto chosen = static_cast<std::size_t>(options.rank - 1);
+    if (options.goal == Goal::kWeights) {
+        result.orientations = rank(checked.kernel, options);
+        checked.kernel = MeshKernel();
+        if (output) {
+            output->write(moved(mesh, poseOf(result.orientations[chosen], mesh, centerOf(mesh),
+                                             options.config.baseHeight)));
+        }
+        printReport(options,
+                    options.isJson ? reportJson(options, result) : reportTable(options, result));
+        return;
     }
-    printReport(options,
-                options.isJson ? reportJson(options, result) : reportTable(options, result));
+    result.poses = findPoses(checked.kernel, options);
+    refuseWithoutPose(options, result.poses);
+    if (output) output->write(moved(mesh, poseOf(result.poses.poses[chosen].rotation, mesh)));
+    printReport(options, options.isJson ? posesJson(options, result) : posesTable(options, result));
 }
 
 }  // namespace App

@@ -5,6 +5,7 @@
 #include <optional>
 #include <variant>
 
+#include "BuildPose.h"
 #include "OrientOptimizer.h"
 #include "TeskDataBasic/UVector3.h"
 #include "options/LengthUnit.h"
@@ -21,9 +22,17 @@ struct CommonOptions {
     bool isQuiet = false;
 };
 
+/// How orientations are judged.
+enum class Goal { kBalanced, kLeastSupport, kWeights };
+
+/// As the option --goal takes it, and as reports print it.
+const char* nameOf(Goal goal);
+
 struct OrientOptions : CommonOptions {
-    OptimizeOrient::Configure config;
-    std::uint32_t seed = 1;
+    Goal goal = Goal::kBalanced;
+    OptimizeOrient::PoseGoal poseGoal;  ///< of the goals but kWeights
+    OptimizeOrient::Configure config;   ///< of kWeights
+    std::uint32_t seed = 1;             ///< of kWeights
     int rank = 1;
     bool isVerbose = false;
 };

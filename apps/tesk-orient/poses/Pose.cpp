@@ -26,6 +26,11 @@ float lowestZ(const TriangleMesh& mesh, const Matrix& m) {
     return lowest;
 }
 
+Matrix aboutPoint(const UPoint3<float>& k, const Matrix& turn) {
+    return Matrix::CreateTransfMatrix({-k.x, -k.y, -k.z}) * turn *
+           Matrix::CreateTransfMatrix({k.x, k.y, k.z});
+}
+
 }  // namespace
 
 UPoint3<float> centerOf(const TriangleMesh& mesh) {
@@ -36,9 +41,12 @@ UPoint3<float> centerOf(const TriangleMesh& mesh) {
 
 Matrix poseOf(const OptimizeOrient::OptOrientation& orientation, const TriangleMesh& mesh,
               const UPoint3<float>& k, float baseHeight) {
-    const Matrix turn = Matrix::CreateTransfMatrix({-k.x, -k.y, -k.z}) * turnOf(orientation) *
-                        Matrix::CreateTransfMatrix({k.x, k.y, k.z});
+    const Matrix turn = aboutPoint(k, turnOf(orientation));
     return baseHeight > -1.0f ? setDown(mesh, turn, baseHeight) : turn;
+}
+
+Matrix poseOf(const Matrix& rotation, const TriangleMesh& mesh) {
+    return setDown(mesh, aboutPoint(centerOf(mesh), rotation), 0.0f);
 }
 
 Matrix setDown(const TriangleMesh& mesh, const Matrix& m, float height) {

@@ -15,6 +15,10 @@ UPoint3<float> centerOf(const TriangleMesh& mesh);
 UMatrix4<float> poseOf(const OptimizeOrient::OptOrientation& orientation, const TriangleMesh& mesh,
                        const UPoint3<float>& center, float baseHeight);
 
+/// The transform of a build pose: its rotation about the centre of the part's box, and the move of
+/// its lowest point to z = 0.
+UMatrix4<float> poseOf(const UMatrix4<float>& rotation, const TriangleMesh& mesh);
+
 /// A transform followed by the move that brings the part's lowest point to a height.
 UMatrix4<float> setDown(const TriangleMesh& mesh, const UMatrix4<float>& m, float height);
 

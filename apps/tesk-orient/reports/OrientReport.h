@@ -12,13 +12,21 @@ namespace App {
 /// What a run found.
 struct OrientResult {
     LoadedPart part;  ///< warnings of the file and of the mesh together
-    std::vector<OptimizeOrient::OptOrientation> orientations;
+    std::vector<OptimizeOrient::OptOrientation> orientations;  ///< by weights
+    OptimizeOrient::BuildPoses poses;                          ///< by the other goals
 };
 
-/// A table for people, and what to do.
+/// A table for people, and what to do, of a ranking by weights.
 std::string reportTable(const OrientOptions& options, const OrientResult& result);
 
 /// The same for programs: one JSON object, whose "schema" names its version.
 std::string reportJson(const OrientOptions& options, const OrientResult& result);
+
+/// The same two of poses, of which there is at least one.
+std::string posesTable(const OrientOptions& options, const OrientResult& result);
+std::string posesJson(const OrientOptions& options, const OrientResult& result);
+
+/// Why there is no pose, in one line.
+std::string whyNoPose(const OrientOptions& options, const OptimizeOrient::BuildPoses& poses);
 
 }  // namespace App
