@@ -11,8 +11,8 @@ namespace {
 using OptimizeOrient::BuildPoses;
 using OptimizeOrient::findBuildPoses;
 
-/// A part in its best pose stays there, or what is found then costs less by under 1 %.
-void expectStays(const Part& part) {
+/// A part in its best pose stays there, or what is found then costs less, by so small a share.
+void expectStays(const Part& part, float leastShare) {
     const BuildPoses first = findBuildPoses(part.kernel(), {});
     if (first.poses.empty()) return;
     const UMatrix4<float> rotation = first.poses.front().rotation;
@@ -22,7 +22,7 @@ void expectStays(const Part& part) {
         ASSERT_FALSE(again.poses.empty());
         if (again.poses.front().rotation.isIdenticalMatrix()) continue;
         const float before = again.asItLies.cost.total();
-        EXPECT_GT(again.poses.front().cost.total(), 0.99f * before);
+        EXPECT_GT(again.poses.front().cost.total(), (1.0f - leastShare) * before);
         EXPECT_LE(again.poses.front().cost.total(), before);
     }
 }
@@ -30,8 +30,10 @@ void expectStays(const Part& part) {
 class StabilityOfShapes : public testing::TestWithParam<NamedPart> {};
 
 TEST_P(StabilityOfShapes, TheBestPoseStays) {
-    expectStays(GetParam().part);
-    expectStays(GetParam().part.placed(someTurn()));
+    // A soup of random triangles has hundreds of directions, of which each frame keeps about
+    // twenty: the best of one frame may be missing in the other.
+    expectStays(GetParam().part, 0.05f);
+    expectStays(GetParam().part.placed(someTurn()), 0.05f);
 }
 
 INSTANTIATE_TEST_SUITE_P(Reference, StabilityOfShapes, testing::ValuesIn(referenceShapes()),
@@ -45,7 +47,7 @@ TEST(StabilityOfSampleMeshes, TheBestPoseStays) {
         const std::optional<Part> part = readSampleMesh(file);
         if (!part || part->triangles.size() > most) continue;
         SCOPED_TRACE(file.filename().string());
-        expectStays(*part);
+        expectStays(*part, 0.01f);
     }
 }
 
