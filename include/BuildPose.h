@@ -27,19 +27,19 @@
 /// Nothing here considers strength across layers, the look of surfaces, or accuracy of holes.
 namespace OptimizeOrient {
 
-/// A face of the part that must not lie on the plate or on support.
+/// A direction of the part that must not face down: neither onto the plate nor onto support.
 struct KeepOff {
     /// The face's outward normal in the frame of the placed part; any length above zero.
     UVector3<float> direction;
-    /// Poses are forbidden that turn the direction to within this of straight down, degrees;
-    /// negative: the goal's overhang angle, within which the face would need support.
+    /// Forbids poses in which the direction points within this angle of straight down, degrees.
+    /// Negative: the goal's overhang angle, so that a face with this normal never needs support.
     float angleDeg = -1.0f;
 };
 
-/// What a good pose is worth, and what it may not be.
+/// Costs and limits for choosing a pose.
 struct PoseGoal {
-    /// Degrees. A surface is an overhang where its normal points down more steeply than this
-    /// leaves: where the unit normal's z is below −cos(overhangAngleDeg). 45° faces are overhangs.
+    /// Degrees from the build plate: a surface is an overhang if the z of its unit normal is below
+    /// −cos(overhangAngleDeg). With the default, faces at 45° are overhangs.
     float overhangAngleDeg = 55.0f;
     float supportVolumeCost = 0.15f;  ///< mm of filament per mm³ of support
     float overhangAreaCost = 0.5f;    ///< mm of filament per mm² of overhanging surface
@@ -72,16 +72,16 @@ struct PoseMeasures {
     float supportVolume = 0.0f;
     /// Area of the overhanging facets whose centroid lies more than 0.2 mm above the plate, mm².
     float overhangArea = 0.0f;
-    /// Of overhangArea, what has a part of the mesh straight below the facet's centroid, so that
-    /// its support rests on the part and not on the plate, mm².
+    /// The share of overhangArea whose support rests on the part, not on the plate, mm²: facets
+    /// with the mesh directly below their centroid.
     float overhangAreaOnPart = 0.0f;
     /// Area seen from below of the downward facets that lie within 0.2 mm of the plate, mm².
     float contactArea = 0.0f;
     /// The number of separate patches of contact.
     std::int32_t contactIslands = 0;
-    /// The tilt that the part bears before it falls over, degrees: the angle at the centroid
-    /// between straight down and the nearest edge of the contact's convex hull. Negative where the
-    /// centroid is not over it, −90 where the contact spans no area.
+    /// The tilt at which the part falls over, degrees: the angle at the centroid between straight
+    /// down and the nearest edge of the contact's convex hull. Negative if the centroid is not over
+    /// the contact's hull, −90 if the contact spans no area.
     float tiltMarginDeg = -90.0f;
     /// Whether a face of the part's convex hull lies on the plate.
     bool liesFlat = false;
@@ -114,7 +114,7 @@ struct PassedOver {
     std::int32_t keptOff = 0;        ///< a KeepOff face would lie on the plate or on support
     std::int32_t tooLarge = 0;       ///< not within the build volume
     std::int32_t littleContact = 0;  ///< below leastContactArea
-    std::int32_t cannotStand = 0;    ///< where others can
+    std::int32_t cannotStand = 0;    ///< counted only if another pose stands
 };
 
 struct BuildPoses {

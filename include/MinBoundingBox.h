@@ -24,15 +24,15 @@
 /// points are divided by the power of two that brings this extent into [1/2, 1). generateOBB() does
 /// so where the largest coordinate is 2^29 or more in size, and brings that into [2^28, 2^29).
 ///
-/// Threads: a search runs on the calling thread where the thread count is 0 or 1 or the hull has
-/// fewer triangles than that; else on that many worker threads. operator() looks for boxes along
-/// edges on one more thread beside. Copies share one implementation. One object, its copies
+/// Threads: a search runs on the calling thread if the thread count is 0 or 1, or exceeds the
+/// number of the hull's triangles; otherwise on that many worker threads. operator() uses one more
+/// thread for the boxes along edges. Copies share one implementation. One object, its copies
 /// included, must not run two operations at once. generateOBB() needs no object.
 ///
 /// Progress: operator(), minBaseAreaBox() and minBaseAreaAndHeightBox() report whole percentages
 /// that only grow; see there. The callback ends the computation by throwing Tesk::AbortException;
 /// what becomes of other exceptions is said at each function. Once it has thrown anything, it is
-/// not called again in that operation, on any thread, and the object is as good as new afterwards.
+/// not called again in that operation, on any thread, and the object can be used again.
 class TESK_ORIENT_API MinBoundingBox {
  public:
     /// @param threadCount  worker threads for the searches; 0 and 1 search on the calling thread

@@ -11,8 +11,8 @@ namespace Tesk::pose {
 /// How many facets or vertices, next to one another in the mesh's order, share a bound.
 constexpr std::size_t kBlockSize = 256;
 
-/// Bounds of some vectors, component by component; NaN is passed over. What a whole block of a mesh
-/// cannot be need not be asked of each of its facets.
+/// Bounds of some vectors, component by component; NaN is ignored. If the bounds rule out a whole
+/// block of a mesh, its facets need not be tested one by one.
 struct BlockBounds {
     static constexpr float kFar = std::numeric_limits<float>::max();
 

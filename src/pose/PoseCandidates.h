@@ -13,7 +13,8 @@ struct PoseCandidate {
     UVector3<float> up;
     float height = 0.0f;
     float supportVolume = 0.0f;
-    /// What it costs as it is, or at least, where others cost less than that for certain.
+    /// Cost without setting down. Beyond the best `exact` candidates, a lower bound without the
+    /// term of the overhanging area.
     float cost = 0.0f;
 };
 
@@ -25,9 +26,10 @@ std::vector<UVector3<float>> poseDirections(const MeshKernel& kernel, const Pose
 /// placed mesh.
 std::vector<UVector3<float>> fixedDirectionsIn(const UMatrix4<float>& rotation);
 
-/// Measures directions and orders them by cost, of equal ones the earlier first. Those whose cost
-/// is not finite are left out. The overhanging area is measured where it can tell which `exact`
-/// ones are the best; the others stand behind them in the order of what they cost without it.
+/// Measures directions and orders them by cost; of equal costs, the earlier direction comes first.
+/// Directions whose cost is not finite are left out. The overhanging area is measured only as far
+/// as needed to determine the best `exact` candidates. The rest follow, ordered by their cost
+/// without it.
 ///
 /// @param progress  called with 10..90, as OrientOptimizer does
 std::vector<PoseCandidate> costedCandidates(const PoseMesh& mesh,

@@ -52,7 +52,7 @@ OptimizeOrient::BuildPoses PoseSearch::run() {
     m_log.logElapse("Pose-Candidates");
     report(90);
     tryCandidates(candidates);
-    if (m_result.poses.empty()) measureFallen();
+    if (m_result.poses.empty()) measureThoseThatFall();
     tryFramesOfWinners();
     if (!m_isMeasuredAsItLies) measure({});
     rank();
@@ -177,7 +177,7 @@ void PoseSearch::noteMisfit(const PoseSize& size) {
 }
 
 /// Nothing stands: then the best of what is allowed.
-void PoseSearch::measureFallen() {
+void PoseSearch::measureThoseThatFall() {
     std::vector<PoseOnFace> poses;
     for (const PoseOnFace& pose : m_found) {
         if (poses.size() == kMostFallen) break;
@@ -201,7 +201,7 @@ void PoseSearch::measureFallen() {
 }
 
 /// Of directions, those that no candidate had, to within a tenth of a degree.
-PoseSearch::Directions PoseSearch::unknown(const Directions& directions) const {
+PoseSearch::Directions PoseSearch::notYetTried(const Directions& directions) const {
     const auto poseOf = [](const UVector3<float>& up) {
         return PoseOnFace{.up = up.As<double>().GetNormal()};
     };
@@ -222,7 +222,7 @@ void PoseSearch::tryFramesOfWinners() {
     for (int round = 0; round < kRounds && !m_result.poses.empty(); ++round) {
         rank();
         const UMatrix4<float> winner = m_result.poses.front().rotation;
-        const Directions ups = reachable(unknown(fixedDirectionsIn(winner)));
+        const Directions ups = cheapEnough(notYetTried(fixedDirectionsIn(winner)));
         const std::vector<PoseOnFace> standing = setDownAll(ups);
         if (standing.empty()) return;
         if (m_result.noneStands) m_result.poses.clear();
@@ -234,7 +234,7 @@ void PoseSearch::tryFramesOfWinners() {
 }
 
 /// Of directions, those that can be better than the best pose so far.
-PoseSearch::Directions PoseSearch::reachable(const Directions& directions) {
+PoseSearch::Directions PoseSearch::cheapEnough(const Directions& directions) {
     m_directions.insert(m_directions.end(), directions.begin(), directions.end());
     if (m_result.noneStands) return directions;
     // Setting a direction down may lower its cost by this factor and more, but rarely.
@@ -263,12 +263,12 @@ void PoseSearch::rank() {
         return keyOf(a) < keyOf(b);
     });
     if (poses.size() > kMostPoses) poses.resize(kMostPoses);
-    putThriftiestFirst();
+    putLeastSupportFirst();
 }
 
 /// Of the poses that cost as much as the best, for all that the sampling can tell, the one with the
 /// least support goes first, unless the part lies in the best already.
-void PoseSearch::putThriftiestFirst() {
+void PoseSearch::putLeastSupportFirst() {
     std::vector<BuildPose>& poses = m_result.poses;
     if (poses.empty() || poses.front().rotation.isIdenticalMatrix()) return;
     const float limit = keyOf(poses.front()) * kTie;

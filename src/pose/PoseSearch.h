@@ -15,11 +15,10 @@ namespace Tesk::pose {
 
 /// The search behind OptimizeOrient::findBuildPoses(), of one call.
 ///
-/// Candidates are taken in the order of their costs, a batch at a time, until there are poses: set
-/// down, which merges some, then turned about Z and measured. What the fixed directions are depends
-/// on the frame of the mesh; those in the frame of the winner are therefore tried after it, where
-/// they can cost less, and again where one of them wins: the part turned by the winner finds
-/// nothing better then.
+/// Candidates are taken in batches, in the order of their costs, until there are poses. They are
+/// set down, which merges some of them, then turned about Z and measured. The fixed directions
+/// depend on the frame of the mesh. They are therefore tried again in the frame of the winner, if
+/// they could cost less, until no new winner appears: a part in its best pose then keeps it.
 class PoseSearch {
  public:
     /// Keeps references to all.
@@ -38,13 +37,13 @@ class PoseSearch {
     std::vector<PoseOnFace> takeNew(const std::vector<PoseOnFace>& poses);
     void count(const PoseOnFace& pose);
     void measure(const std::vector<PoseOnFace>& upright);
-    void measureFallen();
+    void measureThoseThatFall();
     bool turnToFit(const PoseOnFace& pose, UMatrix4<float>& rotation, PoseSize& size) const;
     void noteMisfit(const PoseSize& size);
-    Directions unknown(const Directions& directions) const;
-    Directions reachable(const Directions& directions);
+    Directions notYetTried(const Directions& directions) const;
+    Directions cheapEnough(const Directions& directions);
     void rank();
-    void putThriftiestFirst();
+    void putLeastSupportFirst();
     float keyOf(const BuildPose& pose) const;
     void report(int percent) const;
     PoseWork nextStage();

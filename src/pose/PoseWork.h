@@ -7,19 +7,19 @@
 
 namespace Tesk::pose {
 
-/// Runs pieces of work on a team of OpenMP threads: each thread takes every so many-th, so that
-/// what the calling thread reports does not depend on timing. Results go to slots of their own.
+/// Runs pieces of work on the threads of a parallel region. Thread t of n takes pieces t, t + n,
+/// t + 2n and so on, so that what the calling thread reports does not depend on timing.
 ///
-/// Only the calling thread reports. Where its callback throws Tesk::AbortException, no thread
-/// starts another piece, and Tesk::AbortException("Aborting...") is thrown at the end; any other
-/// exception ends the work alike and is rethrown as it is.
+/// Only the calling thread reports. If its callback throws Tesk::AbortException, no thread starts
+/// another piece, and Tesk::AbortException("Aborting...") is thrown at the end. Any other exception
+/// ends the work in the same way and is rethrown unchanged.
 class PoseWork {
  public:
     /// Reports percentages from `first` to `last`; keeps a reference to the callback.
     PoseWork(const std::function<void(int)>& progress, int first, int last)
         : m_progress(progress), m_first(first), m_last(last) {}
 
-    /// Calls piece(i) for i from 0 up to, and not with, count.
+    /// Calls piece(i) for all i in [0, count).
     void run(std::size_t count, const std::function<void(std::size_t)>& piece);
 
  private:

@@ -6,12 +6,12 @@
 
 namespace Tesk::pose {
 
-/// The area of a pose's overhanging facets that have the part below them: below the facet's
-/// centroid, by more than 0.001 mm and a hundred-thousandth of its height, lies a facet that faces
-/// up and has a corner below the centroid, hit as the columns of the support's sampling hit one.
-/// Summed in mesh order, in double.
+/// The area of a pose's overhanging facets whose support would rest on the part: the vertical line
+/// down from the facet's centroid meets an upward facet that has a corner below the centroid, by
+/// more than 0.001 mm plus 1e-5 of the centroid's height. The hit test is that of the support
+/// sampling. Summed in mesh order, in double.
 ///
-/// A TriangleRectTree over the facets that can be below one finds them.
+/// A TriangleRectTree over the facets that can lie below others finds them.
 ///
 /// @param overhanging  the facets of overhangsOf()
 float areaRestingOnPart(const PoseMesh& mesh, const orient::TurnedPart& part,

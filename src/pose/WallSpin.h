@@ -19,8 +19,8 @@ PoseSize sizeOf(const PoseMesh& mesh, const PoseTurn& turn);
 /// decide where they are at least a tenth of the surface. Without such walls the least rectangle of
 /// the footprint decides.
 ///
-/// The long side then lies along X. Of the turns that do this the one of least angle in all is
-/// taken, and none where the pose does so already, to within 1e-4 rad or, in area, 1 %.
+/// The long side then lies along X. Of the turns that achieve this, the one with the smallest total
+/// rotation is used; no turn if the pose already satisfies it to within 1e-4 rad or, in area, 1 %.
 PoseTurn withWallsAlongAxes(const PoseMesh& mesh, const PoseTurn& turn);
 
 /// The same by the least rectangle, whatever the walls.

@@ -126,8 +126,8 @@ void addPoses(CLI::App& orient, PoseTexts& texts) {
         ->check(CLI::IsMember(names));
     orient
         .add_option("--overhang-angle", texts.overhangAngle,
-                    "Steepest overhang that prints without support, degrees [55; with --goal "
-                    "weights 45]")
+                    "Slope from the plate below which a downward surface needs support, degrees "
+                    "[55; with --goal weights 45]")
         ->check(CLI::Range(0.0f, 90.0f));
     orient.add_option("--fits", texts.fits,
                       "Pass over poses larger than this build volume, mm: 250x210x210");
