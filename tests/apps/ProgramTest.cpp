@@ -109,7 +109,9 @@ TEST_F(Program, AFaceIsKeptOffThePlate) {
         if (!top.empty()) top += ',';
         top += std::to_string(-component.get<double>());
     }
-    for (const json& pose : jsonOf({"--keep-off", top})["poses"]) {
+    const json allowed = jsonOf({"--keep-off", top})["poses"];
+    EXPECT_FALSE(allowed.empty());
+    for (const json& pose : allowed) {
         double dot = 0.0;
         for (std::size_t i = 0; i < 3; ++i)
             dot += up[i].get<double>() * pose["up"][i].get<double>();
@@ -140,9 +142,8 @@ TEST_F(Program, GivesTheSameOutputAtEveryRunAndThreadCount) {
 TEST_F(Program, TheMatrixOfEveryRecordGivesItsHeightAndStandsThePartOnThePlate) {
     const App::LoadedPart part = App::readMeshFile(m_example, std::nullopt);
     json records = jsonOf()["poses"];
-    for (const json& record : jsonOf({"--goal", "weights"})["orientations"]) {
-        records.push_back(record);
-    }
+    const json ranked = jsonOf({"--goal", "weights"})["orientations"];
+    for (const json& record : ranked) records.push_back(record);
     for (const json& record : records) {
         UMatrix4<float> m;
         for (int i = 0; i < 16; ++i) {
