@@ -10,6 +10,7 @@
 #include "TeskThreads/RawVector.h"
 #include "TeskThreads/Team.h"
 
+namespace Tesk::mesh {
 namespace {
 
 using Mesh = UMesh<float>;
@@ -291,3 +292,5 @@ TopologyCounts buildEdgeTopology(Mesh& mesh, bool setNeighbours) {
                    [&](Tesk::Team& team) { counts = buildOnTeam(team, mesh, setNeighbours); });
     return counts;
 }
+
+}  // namespace Tesk::mesh

@@ -6,7 +6,10 @@
 
 #include "ExactTurn.h"
 
+namespace gte {
 namespace {
+
+using namespace Tesk::hull;
 
 struct IndexedPoint {
     PlanePoint point;
@@ -48,8 +51,6 @@ void appendChain(Iterator begin, Iterator end, std::vector<int>& corners) {
 }
 
 }  // namespace
-
-namespace gte {
 
 ConvexHull2::ConvexHull2(const std::vector<double>& coordinates, int count) {
     const std::vector<IndexedPoint> points = sortedPoints(coordinates, count);

@@ -6,7 +6,10 @@
 #include "HullFaces.h"
 #include "QuickHull.h"
 
+namespace gte {
 namespace {
+
+using namespace Tesk::hull;
 
 using Triangles = std::vector<std::array<int, 3>>;
 
@@ -80,7 +83,7 @@ struct HalfEdge {
 
 /// The half-edges under one vertex belong together in pairs. Where a pair of vertices has two
 /// edges (the diagonals of a flat hull, one per side), each side's triangles are consecutive.
-void appendEdges(int lower, HalfEdge* begin, HalfEdge* end, std::vector<gte::HullEdge>& edges) {
+void appendEdges(int lower, HalfEdge* begin, HalfEdge* end, std::vector<HullEdge>& edges) {
     std::sort(begin, end, [](const HalfEdge& a, const HalfEdge& b) {
         return a.upper != b.upper ? a.upper < b.upper : a.triangle < b.triangle;
     });
@@ -91,7 +94,7 @@ void appendEdges(int lower, HalfEdge* begin, HalfEdge* end, std::vector<gte::Hul
     }
 }
 
-std::vector<gte::HullEdge> edgesOf(const Triangles& triangles, std::size_t vertexCount) {
+std::vector<HullEdge> edgesOf(const Triangles& triangles, std::size_t vertexCount) {
     // Counted two places up, so that after the filling first[v] is where group v begins.
     std::vector<std::size_t> first(vertexCount + 2, 0);
     const auto forEachSide = [&](auto visit) {
@@ -108,7 +111,7 @@ std::vector<gte::HullEdge> edgesOf(const Triangles& triangles, std::size_t verte
         halfEdges[first[static_cast<std::size_t>(std::min(a, b)) + 1]++] = {std::max(a, b), t,
                                                                             a < b};
     });
-    std::vector<gte::HullEdge> edges;
+    std::vector<HullEdge> edges;
     edges.reserve(halfEdges.size() / 2);
     for (std::size_t v = 0; v < vertexCount; ++v) {
         appendEdges(static_cast<int>(v), halfEdges.data() + first[v],
@@ -118,8 +121,6 @@ std::vector<gte::HullEdge> edgesOf(const Triangles& triangles, std::size_t verte
 }
 
 }  // namespace
-
-namespace gte {
 
 ConvexHull3::ConvexHull3(const UPoint3<float>* points, int n, int /*dimension*/) {
     const GridPoints grid = roundToGrid(points, n);

@@ -5,6 +5,8 @@
 
 #include "GridPoints.h"
 
+namespace Tesk::hull {
+
 /// An integer vector; a product of two differences of grid points fits (below 2^54).
 struct WideVector {
     std::int64_t x;
@@ -80,3 +82,5 @@ class ExactPlane {
     double m_offset = 0.0;
     double m_bound = 0.0;
 };
+
+}  // namespace Tesk::hull

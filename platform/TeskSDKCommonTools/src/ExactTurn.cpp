@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 
+namespace Tesk::hull {
 namespace {
 
 int signOf(double value) {
@@ -90,3 +91,5 @@ int turnOf(const PlanePoint& a, const PlanePoint& b, const PlanePoint& c) {
     }
     return exactTurn(a, b, c);
 }
+
+}  // namespace Tesk::hull

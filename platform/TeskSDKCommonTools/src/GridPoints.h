@@ -6,6 +6,8 @@
 
 #include "TeskDataBasic/UPoint3.h"
 
+namespace Tesk::hull {
+
 /// A point on the hull's grid: whole numbers of grid steps from the points' lowest corner, at most
 /// 2^26 + 1 in each coordinate.
 struct GridPoint {
@@ -29,3 +31,5 @@ struct GridPoints {
 };
 
 GridPoints roundToGrid(const UPoint3<float>* points, int n);
+
+}  // namespace Tesk::hull

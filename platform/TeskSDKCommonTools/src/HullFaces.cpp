@@ -5,6 +5,7 @@
 
 #include "ExactPlane.h"
 
+namespace Tesk::hull {
 namespace {
 
 using Index = std::int32_t;
@@ -211,3 +212,5 @@ HullFaces planarFaces(const std::vector<GridPoint>& points, const Span& span) {
     faces.endFace();
     return faces;
 }
+
+}  // namespace Tesk::hull

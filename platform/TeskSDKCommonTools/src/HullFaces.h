@@ -7,6 +7,8 @@
 #include "GridPoints.h"
 #include "QuickHull.h"
 
+namespace Tesk::hull {
+
 /// The faces of a hull: polygons whose corners run counter-clockwise seen from outside, no three
 /// of them in line.
 class HullFaces {
@@ -32,3 +34,5 @@ HullFaces mergeFacets(const std::vector<GridPoint>& points, const std::vector<Hu
 
 /// The two sides of the polygon around points that span a plane.
 HullFaces planarFaces(const std::vector<GridPoint>& points, const Span& span);
+
+}  // namespace Tesk::hull

@@ -5,6 +5,7 @@
 #include "ExactPlane.h"
 #include "TeskCommon/Assert.h"
 
+namespace Tesk::hull {
 namespace {
 
 constexpr std::int32_t kNone = -1;
@@ -240,3 +241,5 @@ std::vector<HullFacet> quickHull(const std::vector<GridPoint>& points, const Spa
     TESK_ASSERT(span.dimension == 3);
     return Builder(points, span).takeSurface();
 }
+
+}  // namespace Tesk::hull

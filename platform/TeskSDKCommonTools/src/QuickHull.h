@@ -6,6 +6,8 @@
 
 #include "GridPoints.h"
 
+namespace Tesk::hull {
+
 /// What the points span, found exactly, with points that span it: `count` of them, which for four
 /// form a tetrahedron.
 struct Span {
@@ -26,3 +28,5 @@ struct HullFacet {
 /// Triangles may lie in one plane, and a corner may lie inside a face or an edge; no triangle has
 /// zero area. Which such surface comes out depends on the points' order.
 std::vector<HullFacet> quickHull(const std::vector<GridPoint>& points, const Span& span);
+
+}  // namespace Tesk::hull
