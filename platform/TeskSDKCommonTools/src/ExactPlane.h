@@ -7,7 +7,7 @@
 
 namespace Tesk::hull {
 
-/// An integer vector; a product of two differences of grid points fits (below 2^54).
+/// An integer vector, wide enough for products of two coordinate differences (below 2^54).
 struct WideVector {
     std::int64_t x;
     std::int64_t y;
@@ -39,7 +39,7 @@ inline int dotSign(const WideVector& wide, const WideVector& u) {
 }
 
 /// The oriented plane through three grid points, with an exact side test. Almost every test is
-/// settled by a plane in doubles with a bound on its rounding; the rest in integers.
+/// decided in doubles, with a bound on their rounding; the rest in integers.
 class ExactPlane {
  public:
     ExactPlane() = default;

@@ -8,9 +8,9 @@
 
 namespace Tesk::minbox {
 
-/// Unit vectors up to sign, sorted into cells on the faces of a cube, to find those orthogonal to a
-/// given one without testing all: they lie on a great circle, which crosses each face in a straight
-/// line.
+/// Sorts unit vectors, whose sign does not matter, into cells on the faces of a cube. Finds those
+/// orthogonal to a given one without testing all: they lie on a great circle, which crosses each
+/// face in a straight line.
 class DirectionIndex {
  public:
     explicit DirectionIndex(const std::vector<Vector>& directions);
@@ -33,7 +33,7 @@ class DirectionIndex {
  private:
     std::size_t cellOf(const Vector& direction) const;
 
-    /// The distance from −1 to a face coordinate in −1 .. 1, in cells.
+    /// A face coordinate, −1 to 1, in cells from the left edge.
     double inCells(double coordinate) const { return (coordinate + 1.0) * 0.5 * m_size; }
 
     /// Visits the cells of a face that the great circle crosses. On the face where component `face`

@@ -11,10 +11,9 @@
 
 namespace Tesk::minbox {
 
-/// How the hull's triangles are joined, for walks over its surface.
+/// The adjacency of the hull's triangles and vertices, for walks over its surface.
 ///
-/// The side of a triangle from corner k to corner (k + 1) mod 3 has one number: four times the
-/// triangle plus k.
+/// A side of a triangle, from corner k to corner (k + 1) mod 3, has the number 4 · triangle + k.
 class HullLinks {
  public:
     /// @param normals  one per triangle
