@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "TeskCommon/Groups.h"
 #include "minbox/box/Vector.h"
 
 namespace Tesk::minbox {
@@ -23,14 +24,19 @@ class DirectionIndex {
     void forEachOrthogonal(const Vector& direction, Visit visit) const {
         for (int face = 0; face < 3; ++face) {
             forEachCell(face, direction, [&](std::size_t cell) {
-                for (std::size_t i = m_first[cell]; i < m_first[cell + 1]; ++i) {
-                    if (std::fabs(m_directions[i] | direction) <= kTolerance) visit(m_members[i]);
+                for (const Member& member : m_members[cell]) {
+                    if (std::fabs(member.direction | direction) <= kTolerance) visit(member.index);
                 }
             });
         }
     }
 
  private:
+    struct Member {
+        Vector direction;
+        int index = 0;
+    };
+
     std::size_t cellOf(const Vector& direction) const;
 
     /// A face coordinate, −1 to 1, in cells from the left edge.
@@ -72,10 +78,8 @@ class DirectionIndex {
                static_cast<std::size_t>(column);
     }
 
-    int m_size = 1;                    ///< cells along a face's side
-    std::vector<std::size_t> m_first;  ///< by cell, into the members
-    std::vector<int> m_members;        ///< cell by cell
-    std::vector<Vector> m_directions;  ///< of the members
+    int m_size = 1;            ///< cells along a face's side
+    Groups<Member> m_members;  ///< by cell
 };
 
 }  // namespace Tesk::minbox

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "TeskCommon/Assert.h"
+#include "TeskCommon/Groups.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
 #include "minbox/box/Vector.h"
 
@@ -43,10 +44,7 @@ class HullLinks {
 
     /// The vertices joined to a vertex by an edge.
     std::span<const int> neighbours(int vertex) const {
-        const auto v = static_cast<std::size_t>(vertex);
-        TESK_ASSERT(v + 1 < m_firstNeighbour.size());
-        return {m_neighbours.data() + m_firstNeighbour[v],
-                m_firstNeighbour[v + 1] - m_firstNeighbour[v]};
+        return m_neighbours[static_cast<std::size_t>(vertex)];
     }
 
     /// Climbs along edges from a vertex, each time to the highest neighbour, until none is higher.
@@ -78,13 +76,11 @@ class HullLinks {
     }
 
     void linkSides(const gte::ConvexHull3& hull);
-    void linkVertices(const gte::ConvexHull3& hull);
 
     std::vector<Side> m_sides;
     std::vector<Normal> m_normals;
     std::array<std::vector<double>, 3> m_normalColumns;  ///< all x, all y and all z
-    std::vector<int> m_neighbours;                       ///< vertex by vertex
-    std::vector<std::size_t> m_firstNeighbour;
+    Groups<int> m_neighbours;                            ///< by vertex
 };
 
 template <class Height>

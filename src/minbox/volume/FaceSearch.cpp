@@ -8,6 +8,16 @@
 #include "minbox/fit/OfferBox.h"
 
 namespace Tesk::minbox {
+namespace {
+
+/// Whether a box is smaller than the best one or, if they are equal, on a lower face.
+bool wins(const VolumeCandidate& box, int face, const std::optional<VolumeCandidate>& best,
+          int bestFace) {
+    const bool isTie = best && box.volume == best->volume;
+    return isTie ? face < bestFace : isBetter(box, best, volumeKey);
+}
+
+}  // namespace
 
 FaceSearch::FaceSearch(const SearchHull& hull, const BoxBound& bound, VolumeLimit& limit,
                        std::uint32_t threadCount)
@@ -95,8 +105,7 @@ void FaceSearch::Worker::searchFace(int face) {
         m_search.m_isPassNeeded = true;
         return;
     }
-    const bool isTie = m_best && box.volume == m_best->volume && face < m_bestFace;
-    if (!isTie && !isBetter(box, m_best, volumeKey)) return;
+    if (!wins(box, face, m_best, m_bestFace)) return;
     if (checkFrame(m_search.m_hull.points(), box) != FrameState::kSound) {
         m_search.m_isPassNeeded = true;
         return;
@@ -119,10 +128,7 @@ std::optional<VolumeCandidate> FaceSearch::best(std::span<Worker> workers,
     }
     int bestFace = 0;
     for (const Worker& worker : workers) {
-        if (!worker.m_best) continue;
-        const bool isTie =
-            best && worker.m_best->volume == best->volume && worker.m_bestFace < bestFace;
-        if (!isTie && !isBetter(*worker.m_best, best, volumeKey)) continue;
+        if (!worker.m_best || !wins(*worker.m_best, worker.m_bestFace, best, bestFace)) continue;
         best = worker.m_best;
         bestFace = worker.m_bestFace;
     }
