@@ -4,9 +4,9 @@
 
 namespace Tesk::mesh {
 
-/// Finds which triangles share an edge. Sets every triangle's neighbours when `setNeighbours`, and
-/// returns the edge counts. Linear in the triangle count, in parallel; needs about 40 bytes per
-/// triangle meanwhile.
+/// Finds the triangles at each edge. Returns the edge counts and, if `setNeighbours`, sets every
+/// triangle's neighbours. Linear in the triangle count, in parallel; needs about 40 bytes per
+/// triangle while it runs.
 TopologyCounts buildEdgeTopology(UMesh<float>& mesh, bool setNeighbours);
 
 }  // namespace Tesk::mesh

@@ -14,8 +14,8 @@ using namespace Tesk::hull;
 
 using Triangles = std::vector<std::array<int, 3>>;
 
-/// The points that are corners, in ascending order of coordinates; renumbers the faces' corners by
-/// their place in it.
+/// The points that are corners, in ascending order of coordinates. Renumbers the faces' corners
+/// accordingly.
 std::vector<GridPoint> numberVertices(const std::vector<GridPoint>& points, HullFaces& faces) {
     std::vector<std::int32_t> order = faces.corners();
     std::vector<bool> isSeen(points.size(), false);
@@ -38,8 +38,8 @@ std::vector<GridPoint> numberVertices(const std::vector<GridPoint>& points, Hull
     return vertices;
 }
 
-/// A face by its lowest vertex, where its fan begins, and the one after it, which no other face
-/// has after the same vertex.
+/// Identifies a face by its lowest vertex, where its fan begins, and the vertex after that: no
+/// other face has the same two.
 struct FaceKey {
     int lowest;
     int second;
@@ -75,7 +75,7 @@ Triangles fanTriangles(const HullFaces& faces) {
     return triangles;
 }
 
-/// One side of a triangle, filed under its lower vertex.
+/// One side of a triangle, stored with its lower vertex.
 struct HalfEdge {
     int upper;
     int triangle;

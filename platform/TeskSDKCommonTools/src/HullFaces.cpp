@@ -92,7 +92,7 @@ class Outliner {
         return m_groups.leaderOf(edge.facet) != m_groups.leaderOf(across);
     }
 
-    /// The border edge that starts where this one ends: turning about that corner inside the group.
+    /// The border edge that starts where this one ends. Turns about that corner inside the group.
     Edge following(Edge edge) {
         edge.k = (edge.k + 1) % 3;
         while (!isBorder(edge)) {

@@ -24,7 +24,7 @@ HullLinks::HullLinks(const gte::ConvexHull3& hull, const std::vector<Vector>& no
 
 void HullLinks::markAway(const Vector& direction, std::vector<std::uint8_t>& isAway) const {
     TESK_ASSERT(isAway.size() == m_normals.size());
-    // In two loops over pieces, so that a compiler vectorises both.
+    // Two loops over each piece, which compilers vectorise.
     constexpr std::size_t kPiece = 256;
     std::array<double, kPiece> dots;
     const std::size_t count = m_normals.size();

@@ -51,8 +51,8 @@ void FaceSearch::boundFaces(std::uint32_t threadCount) {
         ranges.size(), [&](std::size_t t) { boundRange(ranges[t]); }, [](std::size_t) {}, [] {});
 }
 
-/// Orders faces by direction, so that each has much in common with the one before, but puts the
-/// most promising ones first: a good box found early lets the search pass over most others.
+/// Orders faces by direction, so that each has much in common with the one before. Puts the most
+/// promising ones first: a good box found early lets the search skip most of the others.
 void FaceSearch::orderFaces() {
     constexpr std::size_t kPromisingFaces = 8;
     std::iota(m_faces.begin(), m_faces.end(), 0);
@@ -66,14 +66,14 @@ void FaceSearch::orderFaces() {
     });
 }
 
-/// The next faces of the order; none if all are taken.
+/// The next faces in the order; none if all are taken.
 std::span<const int> FaceSearch::takeFaces() {
     constexpr std::size_t kFacesAtOnce = 8;
     const std::size_t first = std::min(m_taken.fetch_add(kFacesAtOnce), m_faces.size());
     return std::span(m_faces).subspan(first, std::min(kFacesAtOnce, m_faces.size() - first));
 }
 
-/// Raises the face's bound on the way.
+/// Also raises the face's bound.
 bool FaceSearch::canHoldTheBest(int face) {
     double& known = m_known[static_cast<std::size_t>(face)].volume;
     const double limit = m_limit.get();
@@ -135,8 +135,7 @@ std::optional<VolumeCandidate> FaceSearch::best(std::span<Worker> workers,
     return best;
 }
 
-/// Goes over the faces of a range again, in ascending order; searches only those that may become
-/// the best, or that were not found to have no box.
+/// Visits the faces of a range in ascending order; searches again those that may have the best box.
 std::optional<VolumeCandidate> FaceSearch::pass(Worker& worker, const FaceRange& range) const {
     const auto remeasure = [](VolumeCandidate& box) { box.volume = volumeOf(box); };
     std::optional<VolumeCandidate> best;
