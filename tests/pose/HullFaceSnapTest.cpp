@@ -4,13 +4,13 @@
 
 #include <cmath>
 
-#include "BoxShapes.h"
 #include "BuildPose.h"
-#include "PlainPoseMeasures.h"
 #include "PoseShapes.h"
-#include "TestRandom.h"
+#include "plain/PlainPoseMeasures.h"
 #include "pose/NearPlate.h"
 #include "pose/PoseTurn.h"
+#include "shapes/BoxShapes.h"
+#include "tools/TestRandom.h"
 
 using namespace Tesk::pose;
 

@@ -4,8 +4,8 @@
 
 #include <limits>
 
-#include "PolygonChecks.h"
-#include "TestRandom.h"
+#include "checks/PolygonChecks.h"
+#include "tools/TestRandom.h"
 
 using namespace Tesk::pose;
 

@@ -3,10 +3,10 @@
 #include <ios>
 
 #include "BuildPose.h"
-#include "FloatBits.h"
 #include "OmpThreads.h"
 #include "PoseShapes.h"
 #include "ReferenceShapes.h"
+#include "tools/FloatBits.h"
 
 namespace {
 

@@ -5,13 +5,13 @@
 
 namespace Tesk::minbox {
 
-/// The plane across an axis, onto which points are projected.
+/// The plane across an axis, onto which points are projected in single precision.
 class AxisPlane {
  public:
     explicit AxisPlane(const UVector3<float>& axis);
 
-    /// False if the plane's frame has collapsed: for axes along Z other than (0, 0, 1), and those
-    /// without a direction.
+    /// False for an axis along Z other than (0, 0, 1), for a zero axis and for one that is not
+    /// finite: these have no frame.
     bool isSound() const { return m_isSound; }
 
     /// Whether the plane's coordinates turn counter-clockwise about the axis.
@@ -21,7 +21,7 @@ class AxisPlane {
     double v(const UPoint3<float>& p) const;
 
  private:
-    /// Along coordinate axes, projecting keeps two of a point's coordinates.
+    /// For a coordinate axis, projecting a point means keeping two of its coordinates.
     enum class Kind { kX, kY, kZ, kGeneral };
 
     UPoint3<float> dropped(const UPoint3<float>& p) const;

@@ -15,7 +15,7 @@
 namespace Tesk::minbox {
 namespace {
 
-/// The corners of the hull's shadow, counter-clockwise about the axis.
+/// The corners of the hull's shadow: of its projection along the axis, counter-clockwise about it.
 Outline shadowOf(const gte::ConvexHull3& hull, const AxisPlane& plane) {
     const std::vector<UPoint3<float>>& vertices = hull.getVertices();
     std::vector<double> coordinates;
@@ -29,9 +29,10 @@ Outline shadowOf(const gte::ConvexHull3& hull, const AxisPlane& plane) {
     return corners;
 }
 
-/// The box over the rectangle that the calipers find around the shadow in single precision; none if
-/// rounding spoils it. If the axis runs along edges of the hull, the two ends of each separate in
-/// the shadow, and calipers that meet such a short edge may lose their way.
+/// The box over the rectangle that the calipers find around the shadow in single precision;
+/// std::nullopt if rounding spoils it. If the axis runs along edges of the hull, rounding separates
+/// the two ends of such an edge in the shadow, and the short edge between them may mislead the
+/// calipers.
 std::optional<BoxCandidate> boxOfFloats(const SearchHull& hull, const AxisPlane& plane,
                                         const Vector& axis) {
     const HullPoints& vertices = hull.points();
@@ -42,8 +43,8 @@ std::optional<BoxCandidate> boxOfFloats(const SearchHull& hull, const AxisPlane&
     BoxCandidate box = lowestBox(calipers, [&](const Vector& origin, const Vector& along) {
         return vertices.rangeAlong(origin, along);
     });
-    // The corners of a very thin shadow may turn the wrong way round. The sides are then inside
-    // out by less than the check for vertices outside notices.
+    // The corners of a very thin shadow may run clockwise. A range is then negative, by less than
+    // checkFrame() tolerates.
     const double zero = vertices.constants().zero;
     const bool isSound = checkFrame(vertices, box) == FrameState::kSound &&
                          box.ranges[0].length() >= zero && box.ranges[1].length() >= zero &&

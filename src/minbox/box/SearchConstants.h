@@ -2,8 +2,7 @@
 
 namespace Tesk::minbox {
 
-/// The numbers that the searches compare and calculate with, as the implementation object holds
-/// them.
+/// The implementation object's constants, with which the searches compare and calculate.
 struct SearchConstants {
     double zero;
     double one;

@@ -9,8 +9,8 @@ namespace Tesk::minbox {
 /// Which operation a call performs.
 enum class Operation { kVolume, kSmallestSide, kHeight, kAroundAxis };
 
-/// One call of a box operation: owns the hull, and fills the implementation object's view of the
-/// call for as long as it lives.
+/// One call of a box operation. Owns the hull; while it lives, the implementation object's view of
+/// the call is filled.
 class SearchCall {
  public:
     /// Builds the hull of n points, which may be null. Keeps a reference to the implementation
@@ -25,10 +25,10 @@ class SearchCall {
     /// Replaces the progress record.
     void startProgress(int steps);
 
-    /// The call's result; remembers its volume.
+    /// The call's result. Stores its volume in the implementation object.
     OrientedBox3 boxOf(const BoxFrame& frame);
 
-    /// The box of a hull without faces; none if it has no vertices.
+    /// The box of a hull without faces, or noBox() if it has no vertices.
     OrientedBox3 lowDimensionBoxOrNone();
 
  private:

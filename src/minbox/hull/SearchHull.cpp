@@ -20,9 +20,9 @@ double longestSide(const std::vector<UPoint3<float>>& vertices) {
     return longest;
 }
 
-/// Scores are floats that go with the sixth power of the part's size. Parts between a hundredth of
-/// a micrometre and 65 metres (in millimetres) keep their unit; others are scaled, by a power of
-/// two, to a size of about 1.
+/// The length by which coordinates are divided. Scores are floats that grow with the sixth power of
+/// the part's size, so very small and very large parts are scaled, by a power of two, to a size of
+/// about 1. Parts from 2^-17 to 2^16 keep their unit.
 double unitFor(double size) {
     constexpr int kMaxExponent = 16;
     int exponent = 0;

@@ -15,6 +15,22 @@
 namespace Tesk::minbox {
 namespace {
 
+/// The two searches of a call, and what they share.
+struct Searches {
+    Searches(const SearchHull& searched, std::uint32_t threadCount)
+        : hull(searched), bound(searched), faces(searched, bound, limit, threadCount) {}
+
+    std::optional<VolumeCandidate> searchAlongEdges() const {
+        return searchEdges(hull, bound, isAborted, limit);
+    }
+
+    const SearchHull& hull;
+    std::atomic<bool> isAborted = false;
+    VolumeLimit limit;
+    BoxBound bound;
+    FaceSearch faces;
+};
+
 /// The best boxes of the two searches.
 struct Found {
     std::optional<VolumeCandidate> onFace;
@@ -24,11 +40,10 @@ struct Found {
 /// The edge search on a thread of its own, which is joined however the scope ends.
 class EdgeThread {
  public:
-    EdgeThread(const SearchHull& hull, const BoxBound& bound, std::atomic<bool>& isAborted,
-               const VolumeLimit& limit)
-        : m_isAborted(isAborted), m_thread([this, &hull, &bound, &limit] {
+    explicit EdgeThread(Searches& searches)
+        : m_isAborted(searches.isAborted), m_thread([this, &searches] {
               try {
-                  m_best = searchEdges(hull, bound, m_isAborted, limit);
+                  m_best = searches.searchAlongEdges();
               } catch (...) {
                   m_failure = std::current_exception();
                   m_isAborted = true;
@@ -58,41 +73,31 @@ class EdgeThread {
     std::thread m_thread;  // last: it uses the others
 };
 
-Found searchConcurrently(MinBoundingBoxImpl& impl, const SearchHull& hull) {
-    std::atomic<bool> isAborted = false;
-    VolumeLimit limit;
-    const BoxBound bound(hull);
-    // Bounding the faces waits for nothing, and the edge search has less to do once the face
-    // search has found a box: so this comes before the thread.
-    FaceSearch faces(hull, bound, limit, impl.threadCount);
-    EdgeThread edges(hull, bound, isAborted, limit);
+Found searchConcurrently(MinBoundingBoxImpl& impl, Searches& searches) {
+    EdgeThread edges(searches);
     Found found;
     try {
-        found.onFace = searchFaces(impl, faces, isAborted);
+        found.onFace = searchFaces(impl, searches.faces, searches.isAborted);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::system_error&) {
         throw;
     } catch (...) {
         // Any other exception of the callback is an abort, too.
-        isAborted = true;
+        searches.isAborted = true;
         edges.join();
         throwAborted();
     }
     found.alongEdges = edges.join();
-    throwIfAborted(isAborted);
+    throwIfAborted(searches.isAborted);
     return found;
 }
 
-Found searchSequentially(MinBoundingBoxImpl& impl, const SearchHull& hull) {
-    // Faces first: once their box is known, the edge search passes over almost everything.
-    std::atomic<bool> isAborted = false;
-    VolumeLimit limit;
-    const BoxBound bound(hull);
-    FaceSearch faces(hull, bound, limit, impl.threadCount);
+/// Faces first: once their box is known, the edge search skips almost everything.
+Found searchSequentially(MinBoundingBoxImpl& impl, Searches& searches) {
     Found found;
-    found.onFace = searchFaces(impl, faces, isAborted);
-    found.alongEdges = searchEdges(hull, bound, isAborted, limit);
+    found.onFace = searchFaces(impl, searches.faces, searches.isAborted);
+    found.alongEdges = searches.searchAlongEdges();
     return found;
 }
 
@@ -128,9 +133,9 @@ OrientedBox3 searchLeastVolume(MinBoundingBoxImpl& impl, int n, const UPoint3<fl
     const SearchHull& hull = call.hull();
     call.startProgress(hull.faceCount() + static_cast<int>(impl.hullEdges->size()));
     if (!hull.hasFaces()) return call.lowDimensionBoxOrNone();
-    const Found found =
-        impl.concurrentEdges ? searchConcurrently(impl, hull) : searchSequentially(impl, hull);
-    const auto& [onFace, alongEdges] = found;
+    Searches searches(hull, impl.threadCount);
+    const auto [onFace, alongEdges] = impl.concurrentEdges ? searchConcurrently(impl, searches)
+                                                           : searchSequentially(impl, searches);
     const bool areEdgesBetter = alongEdges && isBetter(*alongEdges, onFace, volumeKey);
     const auto& best = areEdgesBetter ? alongEdges : onFace;
     return best ? call.boxOf(*best) : noBox();
