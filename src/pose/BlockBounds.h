@@ -9,7 +9,10 @@
 namespace Tesk::pose {
 
 /// How many facets or vertices, next to one another in the mesh's order, share a bound.
-constexpr std::size_t kBlockSize = 256;
+constexpr std::size_t kBlockSize = 64;
+
+/// How many blocks of vertices share a bound once more.
+constexpr std::size_t kGroupOfBlocks = 64;
 
 /// Bounds of some vectors, component by component; NaN is ignored. If the bounds rule out a whole
 /// block of a mesh, its facets need not be tested one by one.
@@ -24,6 +27,11 @@ struct BlockBounds {
             low[i] = v[i] < low[i] ? v[i] : low[i];
             high[i] = v[i] > high[i] ? v[i] : high[i];
         }
+    }
+
+    void extend(const BlockBounds& other) {
+        extend(other.low);
+        extend(other.high);
     }
 
     /// Not above any product with d, rounded as it may be.

@@ -61,36 +61,48 @@ std::int32_t joinsByPlace(const orient::FlatMesh& mesh, std::vector<std::int32_t
     return joins;
 }
 
+/// More than a coordinate's shift is rounded by.
+constexpr float kRounding = 1e-5f;
+
 /// The upward part of a facet's unit normal.
 float normalUp(const PoseMesh& mesh, std::size_t i, const UVector3<float>& up) {
     return mesh.normalX[i] * up.x + mesh.normalY[i] * up.y + mesh.normalZ[i] * up.z;
 }
 
-/// The facets that overhang and lie above the gap, in mesh order.
+/// Of a block, the facets that overhang and lie above the gap, in mesh order.
 template <class Take>
 void forOverhanging(const PoseMesh& mesh, const orient::TurnedPart& part, const UVector3<float>& up,
-                    float overhangCosine, Take take) {
+                    float overhangCosine, std::size_t block, bool isAbove, Take take) {
     const auto height = [&](std::int32_t v) { return part.point(mesh.flat, v).z; };
     std::array<float, kBlockSize> normals;
     std::array<std::size_t, kBlockSize> found;
-    const std::size_t count = mesh.areas.size();
-    for (std::size_t first = 0; first < count; first += kBlockSize) {
-        if (!(mesh.normalBounds[first / kBlockSize].leastAlong(up) < -overhangCosine)) continue;
-        const std::size_t length = std::min(kBlockSize, count - first);
-        for (std::size_t k = 0; k < length; ++k) normals[k] = normalUp(mesh, first + k, up);
-        // Which facets overhang cannot be foretold: no branch depends on it.
-        std::size_t overhanging = 0;
-        for (std::size_t k = 0; k < length; ++k) {
-            found[overhanging] = first + k;
-            overhanging += normals[k] < -overhangCosine ? 1 : 0;
-        }
-        const bool isAbove = leastHeight(mesh, part, first / kBlockSize) > kPlateGap;
-        for (std::size_t k = 0; k < overhanging; ++k) {
-            const auto& [a, b, c] = mesh.flat.corners[found[k]];
-            if (isAbove || (height(a) + height(b) + height(c)) / 3.0f > kPlateGap) take(found[k]);
-        }
+    const std::size_t first = block * kBlockSize;
+    const std::size_t length = std::min(kBlockSize, mesh.areas.size() - first);
+    for (std::size_t k = 0; k < length; ++k) normals[k] = normalUp(mesh, first + k, up);
+    // Which facets overhang cannot be foretold: no branch depends on it.
+    std::size_t overhanging = 0;
+    for (std::size_t k = 0; k < length; ++k) {
+        found[overhanging] = first + k;
+        overhanging += normals[k] < -overhangCosine ? 1 : 0;
+    }
+    for (std::size_t k = 0; k < overhanging; ++k) {
+        const auto& [a, b, c] = mesh.flat.corners[found[k]];
+        if (isAbove || (height(a) + height(b) + height(c)) / 3.0f > kPlateGap) take(found[k]);
     }
 }
+
+/// What can be told of a block without a look at its facets.
+struct OverhangingBlock {
+    bool isPossible;  ///< some facet may overhang
+    bool isCertain;   ///< all do
+    bool isAbove;     ///< all lie above the gap
+
+    OverhangingBlock(const PoseMesh& mesh, const orient::TurnedPart& part,
+                     const UVector3<float>& up, float overhangCosine, std::size_t block)
+        : isPossible(mesh.normalBounds[block].leastAlong(up) < -overhangCosine),
+          isCertain(isPossible && mesh.normalBounds[block].mostAlong(up) < -overhangCosine),
+          isAbove(isPossible && leastHeight(mesh, part, block) > kPlateGap) {}
+};
 
 }  // namespace
 
@@ -102,7 +114,13 @@ float overhangCosineOf(float angleDeg) {
 float leastHeight(const PoseMesh& mesh, const orient::TurnedPart& part, std::size_t block) {
     const orient::TurnedCoordinate& z = part.coordinates[2];
     const float least = mesh.facetBounds[block].leastAlong({z.fromX, z.fromY, z.fromZ}) + z.shift;
-    return least - std::fabs(z.shift) * 1e-5f;
+    return least - std::fabs(z.shift) * kRounding;
+}
+
+float mostHeight(const PoseMesh& mesh, const orient::TurnedPart& part, std::size_t block) {
+    const orient::TurnedCoordinate& z = part.coordinates[2];
+    const float most = mesh.facetBounds[block].mostAlong({z.fromX, z.fromY, z.fromZ}) + z.shift;
+    return most + std::fabs(z.shift) * kRounding;
 }
 
 Contact contactOf(const PoseMesh& mesh, const orient::TurnedPart& part, const UVector3<float>& up) {
@@ -130,12 +148,31 @@ Overhangs overhangsOf(const PoseMesh& mesh, const orient::TurnedPart& part,
                       const UVector3<float>& up, float overhangCosine) {
     Overhangs overhangs;
     double area = 0.0;
-    forOverhanging(mesh, part, up, overhangCosine, [&](std::size_t i) {
-        area += static_cast<double>(mesh.areas[i]);
-        overhangs.facets.push_back(static_cast<std::int32_t>(i));
-    });
+    for (std::size_t block = 0; block < mesh.facetBounds.size(); ++block) {
+        const OverhangingBlock its(mesh, part, up, overhangCosine, block);
+        if (!its.isPossible) continue;
+        forOverhanging(mesh, part, up, overhangCosine, block, its.isAbove, [&](std::size_t i) {
+            area += static_cast<double>(mesh.areas[i]);
+            overhangs.facets.push_back(static_cast<std::int32_t>(i));
+        });
+    }
     overhangs.area = static_cast<float>(area);
     return overhangs;
+}
+
+float overhangAreaOf(const PoseMesh& mesh, const orient::TurnedPart& part,
+                     const UVector3<float>& up, float overhangCosine) {
+    double area = 0.0;
+    for (std::size_t block = 0; block < mesh.facetBounds.size(); ++block) {
+        const OverhangingBlock its(mesh, part, up, overhangCosine, block);
+        if (its.isCertain && its.isAbove) {
+            area += mesh.blockAreas[block];
+        } else if (its.isPossible) {
+            forOverhanging(mesh, part, up, overhangCosine, block, its.isAbove,
+                           [&](std::size_t i) { area += static_cast<double>(mesh.areas[i]); });
+        }
+    }
+    return static_cast<float>(area);
 }
 
 std::int32_t countIslands(const orient::FlatMesh& mesh, const std::vector<std::int32_t>& facets) {

@@ -14,8 +14,9 @@ constexpr float kPlateGap = 0.2f;
 /// cos of an overhang angle in degrees, as the sampling takes it.
 float overhangCosineOf(float angleDeg);
 
-/// Not above the z of any corner of a block of facets, as the part turns them.
+/// Not above the z of any corner of a block of facets, as the part turns them; not below any.
 float leastHeight(const PoseMesh& mesh, const orient::TurnedPart& part, std::size_t block);
+float mostHeight(const PoseMesh& mesh, const orient::TurnedPart& part, std::size_t block);
 
 /// The downward facets of a part on z = 0 that lie within the gap.
 struct Contact {
@@ -36,6 +37,10 @@ struct Overhangs {
 /// The parameters as contactOf() has them.
 Overhangs overhangsOf(const PoseMesh& mesh, const orient::TurnedPart& part,
                       const UVector3<float>& up, float overhangCosine);
+
+/// The area of overhangsOf(), but for rounding: whole blocks are added at once.
+float overhangAreaOf(const PoseMesh& mesh, const orient::TurnedPart& part,
+                     const UVector3<float>& up, float overhangCosine);
 
 /// The number of patches that facets form, joined where they have a corner at the same place.
 std::int32_t countIslands(const orient::FlatMesh& mesh, const std::vector<std::int32_t>& facets);

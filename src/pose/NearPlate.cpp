@@ -33,7 +33,13 @@ Vector highOf(const UBox3<float>& box) {
 template <class Limit, class Take>
 void forVerticesBelow(const PoseMesh& mesh, const UVector3<float>& up, Limit limit, Take take) {
     const std::size_t count = mesh.flat.keptVertices;
+    constexpr std::size_t kGroup = kBlockSize * kGroupOfBlocks;
     for (std::size_t first = 0; first < count; first += kBlockSize) {
+        if (first % kGroup == 0 &&
+            !(mesh.vertexGroupBounds[first / kGroup].leastAlong(up) <= limit())) {
+            first += kGroup - kBlockSize;
+            continue;
+        }
         if (!(mesh.vertexBounds[first / kBlockSize].leastAlong(up) <= limit())) continue;
         const std::size_t end = std::min(first + kBlockSize, count);
         for (std::size_t v = first; v < end; ++v) {
@@ -167,37 +173,81 @@ void thinFlat(const Vector& up, double bottom, double rounding,
     for (const std::size_t i : corners) points.push_back(inPlane[i]);
 }
 
+/// What one look at a direction needs to know of each vertex.
+class Look {
+ public:
+    Look(const PoseMesh& mesh, const Vector& up, double withinDeg)
+        : m_mesh(mesh),
+          m_up(up),
+          m_along(up.As<float>()),
+          m_lowest(mesh, m_along),
+          m_slope(withinDeg) {
+        if (!isFound()) return;
+        m_q = wide(mesh.placed(m_lowest.vertex));
+        const Vector low = lowOf(mesh.flat.placedBox);
+        const Vector high = highOf(mesh.flat.placedBox);
+        m_rounding = 1e-6 * std::max(low.GetLength(), high.GetLength());
+        m_deepest = m_slope.tangent * 1.001 * (high - low).GetLength();
+    }
+
+    bool isFound() const { return m_lowest.vertex >= 0; }
+    double rounding() const { return m_rounding; }
+    double bottom() const { return static_cast<double>(m_lowest.height); }
+
+    /// Calls take(placed vertex, its offset from the lowest) for what a plate can reach, or comes
+    /// within a gap of.
+    template <class Take>
+    void forReached(double gap, Take take) const {
+        const auto limit = static_cast<float>(bottom() + gap + m_rounding + m_deepest);
+        forVerticesBelow(
+            m_mesh, m_along, [&] { return limit; },
+            [&](std::int32_t v, float height) {
+                if (!(height <= limit)) return;
+                const UPoint3<float> p = m_mesh.placed(v);
+                const Vector offset = wide(p) - m_q;
+                const double depth = static_cast<double>(height) - bottom() - m_rounding - gap;
+                if (depth <= 0.0 || depth <= m_slope.at(offset, m_up)) take(p, offset);
+            });
+    }
+
+    double gap() const { return m_slope.gap; }
+
+ private:
+    const PoseMesh& m_mesh;
+    Vector m_up;
+    UVector3<float> m_along;
+    Lowest m_lowest;
+    Slope m_slope;
+    Vector m_q;
+    double m_rounding = 0.0;
+    double m_deepest = 0.0;
+};
+
+/// A quick bound of the room: the square around what is within reach of any plate.
+double squareAround(const std::vector<UPoint3<float>>& points) {
+    UBox3<float> box;
+    for (const UPoint3<float>& p : points) box.Extend(p);
+    const double diagonal = (highOf(box) - lowOf(box)).GetLength();
+    return diagonal * diagonal;
+}
+
 }  // namespace
 
 NearPlate nearPlate(const PoseMesh& mesh, const Vector& up, double withinDeg, double roomWanted) {
-    const UVector3<float> along = up.As<float>();
-    const Lowest lowest(mesh, along);
     NearPlate near;
-    if (lowest.vertex < 0) return near;
-    const Vector q = wide(mesh.placed(lowest.vertex));
-    const Slope slope(withinDeg);
-    const Vector low = lowOf(mesh.flat.placedBox);
-    const Vector high = highOf(mesh.flat.placedBox);
-    const double rounding = 1e-6 * std::max(low.GetLength(), high.GetLength());
-    const double deepest = slope.gap + rounding + slope.tangent * 1.001 * (high - low).GetLength();
-    const auto bottom = static_cast<double>(lowest.height);
-    const auto limit = static_cast<float>(bottom + deepest);
+    const Look look(mesh, up, withinDeg);
+    if (!look.isFound()) return near;
+    look.forReached(0.0, [&](const UPoint3<float>& p, const Vector&) { near.points.push_back(p); });
+    thinFlat(up, look.bottom(), look.rounding(), near.points);
+    if (!(roomWanted > 0.0)) return near;
+    // Room enough by far is not looked at closer.
+    constexpr double kByFar = 16.0;
+    near.room = squareAround(near.points);
+    if (near.room >= kByFar * roomWanted) return near;
     std::vector<Vector> touchable;
-    forVerticesBelow(
-        mesh, along, [&] { return limit; },
-        [&](std::int32_t v, float height) {
-            if (!(height <= limit)) return;
-            const UPoint3<float> p = mesh.placed(v);
-            const Vector offset = wide(p) - q;
-            const double reach = slope.at(offset, up);
-            const double depth = static_cast<double>(height) - bottom - rounding;
-            if (depth <= reach) near.points.push_back(p);
-            if (roomWanted > 0.0 && depth <= reach + slope.gap) touchable.push_back(offset);
-        });
-    thinFlat(up, bottom, rounding, near.points);
-    if (roomWanted > 0.0) {
-        near.room = roomFor(touchable, up, withinDeg, 2.0 * rounding, roomWanted);
-    }
+    look.forReached(look.gap(),
+                    [&](const UPoint3<float>&, const Vector& p) { touchable.push_back(p); });
+    near.room = roomFor(touchable, up, withinDeg, 2.0 * look.rounding(), roomWanted);
     return near;
 }
 

@@ -9,6 +9,7 @@
 #include "pose/FacetMeasures.h"
 #include "pose/PoseMeasuring.h"
 #include "pose/PoseWork.h"
+#include "pose/StableFaces.h"
 
 namespace Tesk::pose {
 
@@ -42,6 +43,19 @@ void sortByCost(Candidates& candidates) {
         [](const PoseCandidate& a, const PoseCandidate& b) { return a.cost < b.cost; });
 }
 
+/// The part with a direction up on z = 0, of which only the heights are set.
+orient::TurnedPart onlyHeights(const PoseMesh& mesh, const UVector3<float>& up) {
+    const UMatrix4<float>& m = mesh.flat.placement;
+    const auto along = [&](int row) {
+        return m.at(row, 0) * up.x + m.at(row, 1) * up.y + m.at(row, 2) * up.z;
+    };
+    orient::TurnedPart part;
+    part.coordinates[2] = {along(0), along(1), along(2), along(3)};
+    const std::int32_t lowest = farthestAlong(mesh, up * -1.0f, -1);
+    if (lowest >= 0) part.coordinates[2].shift -= part.point(mesh.flat, lowest).z;
+    return part;
+}
+
 /// Adds the overhangs' cost to candidates from first up to, and not with, end.
 void addOverhangs(const PoseMesh& mesh, const PoseGoal& goal, std::size_t first, std::size_t end,
                   Candidates& candidates) {
@@ -49,9 +63,8 @@ void addOverhangs(const PoseMesh& mesh, const PoseGoal& goal, std::size_t first,
     const std::function<void(int)> none;
     PoseWork(none, 0, 0).run(end - first, [&](std::size_t i) {
         PoseCandidate& candidate = candidates[first + i];
-        orient::TurnedPart part;
-        orient::turnParts(mesh.flat, {&candidate.up, 1}, /*baseHeight=*/0.0f, {&part, 1});
-        const float area = overhangsOf(mesh, part, candidate.up.GetNormal(), cosine).area;
+        const UVector3<float> up = candidate.up.GetNormal();
+        const float area = overhangAreaOf(mesh, onlyHeights(mesh, up), up, cosine);
         candidate.cost = costOf(goal, candidate.supportVolume, area, candidate.height).total();
     });
 }
@@ -60,8 +73,7 @@ void addOverhangs(const PoseMesh& mesh, const PoseGoal& goal, std::size_t first,
 
 Directions poseDirections(const MeshKernel& kernel, const PoseMesh& mesh) {
     constexpr std::uint32_t kSeed = 1;
-    return orient::initOrients(
-        kernel, [&](std::int32_t triangle) { return mesh.normal(triangle); }, kSeed);
+    return orient::initOrients(kernel, {mesh.normalX, mesh.normalY, mesh.normalZ}, kSeed);
 }
 
 Directions fixedDirectionsIn(const UMatrix4<float>& rotation) {

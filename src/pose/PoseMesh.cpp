@@ -62,9 +62,10 @@ void setFacet(PoseMesh& mesh, std::size_t i) {
     mesh.normalZ[i] = normal.z;
     mesh.areas[i] = TeskMath<float>::CalculateTriangleArea(a, b, c);
     mesh.normalBounds[i / kBlockSize].extend(normal);
+    mesh.blockAreas[i / kBlockSize] += static_cast<double>(mesh.areas[i]);
     for (const std::int32_t v : corners) {
         const UPoint3<float> p = mesh.flat.point(v);
-        mesh.facetBounds[i / kBlockSize].extend({p.x, p.y, p.z});
+        mesh.facetBounds[i / kBlockSize].extend(UVector3<float>(p.x, p.y, p.z));
     }
 }
 
@@ -77,8 +78,13 @@ void setVertexBounds(PoseMesh& mesh) {
         BlockBounds& bounds = mesh.vertexBounds[static_cast<std::size_t>(first / kSize)];
         for (std::int64_t v = first; v < std::min(first + kSize, count); ++v) {
             const UPoint3<float> p = mesh.placed(static_cast<std::int32_t>(v));
-            bounds.extend({p.x, p.y, p.z});
+            bounds.extend(UVector3<float>(p.x, p.y, p.z));
         }
+    }
+    const std::size_t blocks = mesh.vertexBounds.size();
+    mesh.vertexGroupBounds.resize((blocks + kGroupOfBlocks - 1) / kGroupOfBlocks);
+    for (std::size_t block = 0; block < blocks; ++block) {
+        mesh.vertexGroupBounds[block / kGroupOfBlocks].extend(mesh.vertexBounds[block]);
     }
 }
 
@@ -108,6 +114,7 @@ PoseMesh::PoseMesh(const MeshKernel& mesh)
     for (std::vector<float>* list : {&normalX, &normalY, &normalZ, &areas}) list->resize(count);
     facetBounds.resize((count + kBlockSize - 1) / kBlockSize);
     normalBounds.resize(facetBounds.size());
+    blockAreas.resize(facetBounds.size());
     setVertexBounds(*this);
     const UBox3<float> ownBox = boxThrough(flat, UMatrix4<float>());
     const Vector origin = wide(ownBox.Center());

@@ -33,8 +33,9 @@ struct PoseMesh {
     std::vector<float> areas;  ///< of the placed facets
     /// Per block of facets, bounds of their corners in the mesh's own frame, and of their normals.
     std::vector<BlockBounds> facetBounds, normalBounds;
-    /// Per block of kept vertices, bounds of where they are placed.
-    std::vector<BlockBounds> vertexBounds;
+    std::vector<double> blockAreas;  ///< of a block's facets together
+    /// Per block of kept vertices, bounds of where they are placed; and per group of blocks.
+    std::vector<BlockBounds> vertexBounds, vertexGroupBounds;
     double surface = 0.0;  ///< sum of the areas
     /// Volume of the placed solid, by signed tetrahedra; never negative. Of an open mesh what comes
     /// of the sum.

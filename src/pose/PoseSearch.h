@@ -32,6 +32,7 @@ class PoseSearch {
     using Directions = std::vector<UVector3<float>>;
 
     void tryCandidates(const std::vector<PoseCandidate>& candidates);
+    void tryStableFaces();
     void tryFramesOfWinners();
     std::vector<PoseOnFace> setDownAll(const Directions& ups);
     std::vector<PoseOnFace> takeNew(const std::vector<PoseOnFace>& poses);

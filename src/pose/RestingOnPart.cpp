@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 #include "orient/sampling/PoseSampling.h"
 #include "orient/sampling/TriangleRectTree.h"
@@ -95,27 +96,67 @@ class DropCells {
     std::vector<float> m_lowest;
 };
 
-/// The facets that face up and may lie below a drop.
-std::vector<orient::TriangleRect> facetsBelow(const PoseMesh& mesh, const orient::TurnedPart& part,
-                                              const UVector3<float>& up, DropCells& cells) {
-    std::vector<orient::TriangleRect> below;
+/// The highest corner of some facets.
+float topOf(const PoseMesh& mesh, const orient::TurnedPart& part,
+            const std::vector<std::int32_t>& facets) {
+    float top = -std::numeric_limits<float>::infinity();
+    std::size_t block = mesh.facetBounds.size();
+    bool canBeHigher = false;
+    for (const std::int32_t facet : facets) {
+        const std::size_t itsBlock = static_cast<std::size_t>(facet) / kBlockSize;
+        if (itsBlock != block) canBeHigher = mostHeight(mesh, part, itsBlock) > top;
+        block = itsBlock;
+        if (!canBeHigher) continue;
+        for (const std::int32_t v : mesh.flat.corners[static_cast<std::size_t>(facet)]) {
+            top = std::max(top, part.point(mesh.flat, v).z);
+        }
+    }
+    return top;
+}
+
+/// The facets that face up and have a corner below a height.
+std::vector<std::int32_t> upwardBelow(const PoseMesh& mesh, const orient::TurnedPart& part,
+                                      const UVector3<float>& up, float top) {
+    std::vector<std::int32_t> facets;
     const std::size_t count = mesh.areas.size();
     for (std::size_t first = 0; first < count; first += kBlockSize) {
         const std::size_t block = first / kBlockSize;
         if (!(mesh.normalBounds[block].mostAlong(up) > 0.0f)) continue;
-        if (!(leastHeight(mesh, part, block) < cells.top())) continue;
+        if (!(leastHeight(mesh, part, block) < top)) continue;
         for (std::size_t i = first; i < std::min(first + kBlockSize, count); ++i) {
-            const float normalZ =
-                mesh.normalX[i] * up.x + mesh.normalY[i] * up.y + mesh.normalZ[i] * up.z;
-            if (!(normalZ > 0.0f)) continue;
-            const orient::TurnedTriangle t(mesh.flat, part, static_cast<std::int32_t>(i));
-            const float lowest = std::min({t.a.z, t.b.z, t.c.z});
-            if (!(lowest < cells.top())) continue;
-            const orient::Rect rect = orient::rectOf(t);
-            if (cells.mayBeBelow(rect, lowest)) {
-                below.push_back({rect, dropFrom(t).foot, static_cast<std::int32_t>(i)});
-            }
+            const auto facet = static_cast<std::int32_t>(i);
+            if (!((mesh.normal(facet) | up) > 0.0f)) continue;
+            const auto& corners = mesh.flat.corners[i];
+            const bool isBelow = std::any_of(corners.begin(), corners.end(), [&](std::int32_t v) {
+                return part.point(mesh.flat, v).z < top;
+            });
+            if (isBelow) facets.push_back(facet);
         }
+    }
+    return facets;
+}
+
+/// A facet that may lie below a drop.
+struct FacetBelow {
+    orient::Rect rect;
+    float lowest;
+    std::int32_t facet;
+};
+
+/// Of upward facets, those that may lie below a drop; and their entries for the tree, which name
+/// places in this list.
+std::vector<FacetBelow> facetsBelow(const PoseMesh& mesh, const orient::TurnedPart& part,
+                                    const std::vector<std::int32_t>& upward, DropCells& cells,
+                                    std::vector<orient::TriangleRect>& entries) {
+    std::vector<FacetBelow> below;
+    for (const std::int32_t facet : upward) {
+        const orient::TurnedTriangle t(mesh.flat, part, facet);
+        const float lowest = std::min({t.a.z, t.b.z, t.c.z});
+        if (!(lowest < cells.top())) continue;
+        const orient::Rect rect = orient::rectOf(t);
+        if (!cells.mayBeBelow(rect, lowest)) continue;
+        entries.push_back({rect, dropFrom(t).foot, static_cast<std::int32_t>(below.size())});
+        below.push_back({rect, lowest, facet});
     }
     return below;
 }
@@ -124,23 +165,27 @@ std::vector<orient::TriangleRect> facetsBelow(const PoseMesh& mesh, const orient
 
 float areaRestingOnPart(const PoseMesh& mesh, const orient::TurnedPart& part,
                         const UVector3<float>& up, const std::vector<std::int32_t>& overhanging) {
-    if (overhanging.empty()) return 0.0f;
+    const std::vector<std::int32_t> upward =
+        upwardBelow(mesh, part, up, topOf(mesh, part, overhanging));
+    if (upward.empty()) return 0.0f;
     std::vector<Drop> drops;
     drops.reserve(overhanging.size());
     for (const std::int32_t facet : overhanging) {
         drops.push_back(dropFrom(orient::TurnedTriangle(mesh.flat, part, facet)));
     }
     DropCells cells(drops);
-    const orient::TriangleRectTree tree(facetsBelow(mesh, part, up, cells));
+    std::vector<orient::TriangleRect> entries;
+    const std::vector<FacetBelow> below = facetsBelow(mesh, part, upward, cells, entries);
+    const orient::TriangleRectTree tree(std::move(entries));
     double area = 0.0;
     Drop drop{};
     bool isMet = false;
-    const orient::TriangleRectTree::Visitor meet = [&](int triangle) {
-        if (isMet) return;
-        const orient::TurnedTriangle t(mesh.flat, part, triangle);
-        if (!(std::min({t.a.z, t.b.z, t.c.z}) < drop.top)) return;
-        if (!orient::rectOf(t).contains(drop.foot) || !orient::isUnder(t, drop.foot)) return;
-        isMet = orient::heightOver(t, drop.foot) < drop.top - toleranceAt(drop.top);
+    const orient::TriangleRectTree::Visitor meet = [&](int place) {
+        const FacetBelow& under = below[static_cast<std::size_t>(place)];
+        if (isMet || !(under.lowest < drop.top) || !under.rect.contains(drop.foot)) return;
+        const orient::TurnedTriangle t(mesh.flat, part, under.facet);
+        isMet = orient::isUnder(t, drop.foot) &&
+                orient::heightOver(t, drop.foot) < drop.top - toleranceAt(drop.top);
     };
     for (std::size_t i = 0; i < drops.size(); ++i) {
         if (!cells.mayMeet(drops[i])) continue;

@@ -40,6 +40,9 @@ double leastContactFor(double volume) {
 /// Where a direction is set down to.
 std::optional<RestingFace> faceFor(const PoseMesh& mesh, const UVector3<double>& up,
                                    const NearPlate& near, SetDownTo where) {
+    // A dome of so many points has only tiny faces there, and their hull takes long.
+    constexpr std::size_t kDome = 4096;
+    if (near.room < leastContactFor(mesh.volume) && near.points.size() > kDome) return std::nullopt;
     if (where != SetDownTo::kPresentFace) return largestFaceNear(near, up, kSnapDeg);
     return restingFaceNear(mesh, up, kFlatDeg);
 }

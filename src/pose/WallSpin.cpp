@@ -11,6 +11,7 @@
 #include "TeskDataBasic/Transcendental.h"
 #include "orient/turn/TurnedPart.h"
 #include "pose/OuterPoints.h"
+#include "pose/StableFaces.h"
 
 namespace Tesk::pose {
 
@@ -112,41 +113,32 @@ std::optional<double> wallAngle(const PoseMesh& mesh, const PoseTurn& turn) {
     return angleOfVector(chosen.cosine4, chosen.sine4) / 4.0;
 }
 
-std::vector<PlanePoint> shadowOf(const PoseMesh& mesh, const PoseTurn& turn) {
+/// The outline of the footprint through its farthest points in 128 directions: of a round one, the
+/// rest lies within 0.03 % of its size beside it.
+std::vector<PlanePoint> outlineOf(const PoseMesh& mesh, const PoseTurn& turn) {
+    constexpr int kDirections = 128;
     const UMatrix4<float> m = turn.matrix();
-    return hullOf(mesh.flat.keptVertices, [&](std::size_t v) -> PlanePoint {
-        const UPoint3<float> p = mesh.placed(static_cast<std::int32_t>(v)) * m;
-        return {static_cast<double>(p.x), static_cast<double>(p.y)};
-    });
-}
-
-/// Leaves out corners of a convex polygon next to the line between those around them: a circle of
-/// thousands of corners becomes one of hundreds.
-std::vector<PlanePoint> thinned(const std::vector<PlanePoint>& polygon) {
-    constexpr double kMostTurn = 0.02;  // radians, about, between the sides that stay
-    std::vector<PlanePoint> corners;
-    PlanePoint side{};
-    for (std::size_t i = 0; i < polygon.size(); ++i) {
-        const PlanePoint& p = polygon[i];
-        const PlanePoint& next = polygon[(i + 1) % polygon.size()];
-        const PlanePoint ahead = {next[0] - p[0], next[1] - p[1]};
-        const double cross = side[0] * ahead[1] - side[1] * ahead[0];
-        const double dot = side[0] * ahead[0] + side[1] * ahead[1];
-        if (i > 0 && dot > 0.0 && cross < kMostTurn * dot) continue;
-        corners.push_back(p);
-        side = ahead;
+    std::vector<PlanePoint> points;
+    std::int32_t farthest = -1;
+    for (int k = 0; k < kDirections; ++k) {
+        const double angle = 2.0 * std::numbers::pi * k / kDirections;
+        const UVector3<double> along(Tesk::cosine(angle), Tesk::sine(angle), 0.0);
+        farthest = farthestAlong(mesh, turn.turnedBack(along).As<float>(), farthest);
+        if (farthest < 0) break;
+        const UPoint3<float> p = mesh.placed(farthest) * m;
+        points.push_back({static_cast<double>(p.x), static_cast<double>(p.y)});
     }
-    return corners;
+    return hullOf(points.size(), [&](std::size_t i) { return points[i]; });
 }
 
 /// The angle of the footprint's least rectangle; 0 where the footprint as it is does as well.
 double rectangleAngle(const PoseMesh& mesh, const PoseTurn& turn) {
-    const std::vector<PlanePoint> shadow = thinned(shadowOf(mesh, turn));
-    if (shadow.size() < 3) return 0.0;
+    const std::vector<PlanePoint> outline = outlineOf(mesh, turn);
+    if (outline.size() < 3) return 0.0;
     const PoseSize present = sizeOf(mesh, turn);
     const auto height = static_cast<float>(std::max(present.alongX, present.alongY));
     std::vector<UPoint3<float>> prism;
-    for (const PlanePoint& p : shadow) {
+    for (const PlanePoint& p : outline) {
         for (const float z : {0.0f, height}) {
             prism.emplace_back(static_cast<float>(p[0]), static_cast<float>(p[1]), z);
         }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "BoxShapes.h"
@@ -11,6 +12,7 @@
 #include "TestRandom.h"
 #include "pose/NearPlate.h"
 #include "pose/PoseTurn.h"
+#include "pose/StableFaces.h"
 
 using namespace Tesk::pose;
 
@@ -88,6 +90,40 @@ TEST(HullFaceSnap, AFineMeshOfAFlatFaceIsOneFace) {
     ASSERT_TRUE(face);
     EXPECT_NEAR(face->area, 2500.0, 0.5);
     EXPECT_GT(face->up | up, 1.0 - 1e-9);
+}
+
+TEST(StableFaces, AreThoseOfABoxTheLargestFirst) {
+    const PoseMesh mesh(makeBox({0, 0, 0}, {30, 20, 10}).kernel());
+    const std::vector<UVector3<float>> ups = upOnStableFaces(mesh, 12);
+    ASSERT_EQ(ups.size(), 6u);
+    EXPECT_NEAR(std::fabs(ups[0].z), 1.0f, 1e-6f);
+    EXPECT_NEAR(std::fabs(ups[2].y), 1.0f, 1e-6f);
+    EXPECT_NEAR(std::fabs(ups[5].x), 1.0f, 1e-6f);
+    EXPECT_EQ(upOnStableFaces(mesh, 2).size(), 2u);
+}
+
+TEST(StableFaces, LeaveOutThoseBesideTheCentroid) {
+    // A tower that leans over its base by far: it falls from there, and lies on its sides.
+    Part tower = makeBox({0, 0, 0}, {10, 10, 60});
+    for (UPoint3<float>& p : tower.positions) p.x += p.z;
+    const std::vector<UVector3<float>> ups = upOnStableFaces(PoseMesh(tower.kernel()), 12);
+    EXPECT_EQ(ups.size(), 4u);
+    for (const UVector3<float>& up : ups) EXPECT_LT(std::fabs(up.z), 0.9f);
+}
+
+TEST(StableFaces, TheFarthestVertexIsTheOneOfAPlainSearch) {
+    TestRandom random(8);
+    const Part part = makeSphere(20.0f, 3000).placed(someTurn());
+    const PoseMesh mesh(part.kernel());
+    for (int round = 0; round < 100; ++round) {
+        const float x = random.in(-1.0f, 1.0f);
+        const float y = random.in(-1.0f, 1.0f);
+        const UVector3<float> d(x, y, random.in(-1.0f, 1.0f));
+        float most = -1e30f;
+        for (const UPoint3<float>& p : part.positions) most = std::max(most, p.Dot(d));
+        const int guess = round % 2 == 0 ? -1 : random.below(1000);
+        EXPECT_EQ(mesh.placed(farthestAlong(mesh, d, guess)).Dot(d), most);
+    }
 }
 
 TEST(NearPlate, TheRoomIsAtLeastTheContactOfEveryPlateWithinReach) {
