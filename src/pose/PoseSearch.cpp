@@ -4,11 +4,11 @@
 #include <cmath>
 #include <span>
 
-#include "pose/HullFaceSnap.h"
-#include "pose/PoseLimits.h"
-#include "pose/PoseMeasuring.h"
-#include "pose/StableFaces.h"
-#include "pose/WallSpin.h"
+#include "pose/measures/PoseMeasuring.h"
+#include "pose/resting/HullFaceSnap.h"
+#include "pose/resting/StableFaces.h"
+#include "pose/spin/PoseLimits.h"
+#include "pose/spin/WallSpin.h"
 
 namespace Tesk::pose {
 
