@@ -6,6 +6,7 @@
 
 #include "TeskCommon/Assert.h"
 #include "orient/kernels/TurnKernels.h"
+#include "orient/sampling/Overhang.h"
 #include "orient/sampling/TriangleRectTree.h"
 
 namespace Tesk::orient {
@@ -59,7 +60,7 @@ SupportMeasures sampleWithTree(const FlatMesh& mesh, const std::vector<float>& a
         const TurnedTriangle t(mesh, part, triangle);
         // The leaf's rectangle contains the point; the triangle's own may not.
         if (!rectOf(t).contains(p) || !isUnder(t, p)) return;
-        const unsigned overhangs = t.normalZ() < -overhangCosine ? 1 : 0;
+        const unsigned overhangs = isOverhang(t.normalZ(), overhangCosine) ? 1 : 0;
         hits.push_back({0, static_cast<std::uint32_t>(triangle) * 2 + overhangs, heightOver(t, p)});
     };
     for (std::size_t i = 0; i < grid.columns.size(); ++i) {
