@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <stdexcept>
 #include <unordered_map>
 
 namespace {
@@ -144,5 +145,5 @@ Tesk::PartMesh plainlyRead(const std::string& bytes, Tesk::PartFormat format) {
         case Tesk::PartFormat::kThreeMf:
             break;
     }
-    return {};
+    throw std::invalid_argument("no plain reader of 3MF");
 }
