@@ -18,8 +18,6 @@ struct BoxCandidate : BoxFrame {
     float height = -1.0f;  ///< along the direction
     float faceFlag = -1.0f;  ///< 0 if the smallest side lies across the direction, 1 if not
     Vector direction{};
-
-    bool operator==(const BoxCandidate&) const = default;
 };
 
 /// The quantity that the least-volume search minimises.

@@ -17,8 +17,6 @@ struct CaliperRect {
     std::array<double, 2> squaredLengths{};  ///< of the axes
     double area = 0.0;                       ///< times the direction's length
     float score = -1.0f;                     ///< free for the caller
-
-    bool operator==(const CaliperRect&) const = default;
 };
 
 /// The squared sine of the angle between a side and the outline edge that leaves its support.

@@ -14,8 +14,6 @@ struct TurnedCoordinate {
     float fromY = 0.0f;
     float fromZ = 0.0f;
     float shift = 0.0f;
-
-    bool operator==(const TurnedCoordinate&) const = default;
 };
 
 struct CoordinateRange {
