@@ -32,12 +32,16 @@ CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
     return {std::move(part), std::move(kernel)};
 }
 
-void printWarnings(const CommonOptions& options, const LoadedPart& part) {
-    if (options.isQuiet) return;
-    for (const Warning& warning : part.warnings) {
-        fmt::print(stderr, "tesk-orient: warning: {}: {}\n", displayName(options.part),
-                   warning.text);
-    }
+void tell(const WarningSink& warn, const Warnings& warnings) {
+    if (!warn) return;
+    for (const Warning& warning : warnings) warn(warning);
+}
+
+WarningSink warningPrinter(const CommonOptions& options) {
+    if (options.isQuiet) return {};
+    return [name = displayName(options.part)](const Warning& warning) {
+        fmt::print(stderr, "tesk-orient: warning: {}: {}\n", name, warning.text);
+    };
 }
 
 std::function<void(int)> progressOn(ProgressBar& bar, int end) {
@@ -52,8 +56,9 @@ unsigned int threadCountOf(const CommonOptions& options) {
     return std::max(1u, std::thread::hardware_concurrency());
 }
 
-void printReport(const CommonOptions& options, const std::string& report) {
-    if (std::fputs(report.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
+void printReport(const CommonOptions& options, const Report& report) {
+    const std::string text = options.isJson ? textOf(report.json) : report.table;
+    if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
         throw Failure(ExitCode::kOutput, "cannot write to standard output");
     }
     if (!options.output.empty() && !options.isJson) {
