@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <future>
 #include <thread>
 
 #include "Failure.h"
 #include "TeskDebug/Exception.h"
+#include "TeskDebug/StopWatchLog.h"
 #include "TeskMeshData/MeshKernel.h"
 #include "commands/Interrupt.h"
 #include "part/FileBytes.h"
@@ -19,12 +21,20 @@ void stopIfInterrupted() {
 }
 
 CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
+    StopWatchLog log;
     LoadedPart part = readMeshFile(options.part, options.unit);
+    log.logElapse("Part-Read");
     stopIfInterrupted();
+    // Beside making the kernel, as each needs one thread only.
+    const auto beside =
+        std::launch::deferred | (options.threads == 1 ? std::launch::deferred : std::launch::async);
+    std::future<SurfaceMeasures> measures =
+        std::async(beside, [&mesh = part.mesh] { return measure(mesh); });
     MeshKernel kernel(part.mesh.positions, part.mesh.triangles);
     kernel.UpdateTopo(/*rebuild=*/true, MeshKernel::kEdgeCounts);
     part.topology = kernel.topology();
-    part.measures = measure(part.mesh);
+    part.measures = measures.get();
+    log.logElapse("Part-Check");
     for (Warning& warning :
          checkMesh(part.mesh, part.topology, part.measures, part.unit, purpose)) {
         part.warnings.push_back(std::move(warning));
