@@ -11,8 +11,6 @@ namespace {
 
 using Matrix = UMatrix4<double>;
 
-constexpr double kSameRad = 0.01 * std::numbers::pi / 180.0;
-
 template <class To, class From>
 UMatrix4<To> converted(const UMatrix4<From>& matrix) {
     UMatrix4<To> result;
@@ -99,8 +97,9 @@ Matrix nearestTo(const Matrix& present, const PoseRotations& rotations) {
     return *nearest;
 }
 
-bool isSameRotation(const Matrix& a, const Matrix& b) {
-    return squaredDistance(a, b) < 2.0 * kSameRad * kSameRad;
+bool isSameRotation(const Matrix& a, const Matrix& b, double withinDeg) {
+    const double within = withinDeg * std::numbers::pi / 180.0;
+    return squaredDistance(a, b) < 2.0 * within * within;
 }
 
 Matrix turnBetween(const Matrix& present, const Matrix& target) {

@@ -27,8 +27,8 @@ UMatrix4<double> exactRotation(const UMatrix4<float>& rotation);
 /// @param rotations  not empty
 UMatrix4<double> nearestTo(const UMatrix4<double>& present, const PoseRotations& rotations);
 
-/// Whether two rotations differ by less than a hundredth of a degree.
-bool isSameRotation(const UMatrix4<double>& a, const UMatrix4<double>& b);
+/// Whether two rotations differ by less than a small angle, a hundredth of a degree.
+bool isSameRotation(const UMatrix4<double>& a, const UMatrix4<double>& b, double withinDeg = 0.01);
 
 /// The turn that follows the present rotation to make it another one; exactly the identity where
 /// they are the same.

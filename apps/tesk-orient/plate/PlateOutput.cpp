@@ -47,7 +47,10 @@ TriangleMesh mergedMesh(const LoadedPlate& plate, const NewPlaces& places) {
 UMatrix4<double> motionOf(const TriangleMesh& mesh, const UMatrix4<float>& pose,
                           std::optional<double> height) {
     constexpr double kOnPlate = 0.001;
+    // Walls are found again only to within a few hundredths of a degree, as positions are rounded.
+    constexpr double kSameDeg = 0.1;
     UMatrix4<double> motion = linearOf(exactRotation(pose));
+    if (isSameRotation(motion, UMatrix4<double>(), kSameDeg)) motion = {};
     UBox3<double> before;
     UBox3<double> after;
     for (const UPoint3<float>& p : mesh.positions) {
