@@ -42,7 +42,8 @@ double largestDifference(const Matrix& a, const Matrix& b) {
 Matrix randomMap(TestRandom& random) {
     Matrix m;
     for (int row = 0; row < 3; ++row) {
-        for (int col = 0; col < 3; ++col) m.at(row, col) = random.inRange(-2.0, 2.0);
+        for (int col = 0; col < 3; ++col)
+            m.at(row, col) = static_cast<double>(random.in(-2.0f, 2.0f));
     }
     return m;
 }
@@ -124,9 +125,9 @@ TEST(NearestTo, IsTheRotationOfTheLeastTurn) {
     for (int degrees = 0; degrees < 360; degrees += 7) {
         const Matrix present = turnAbout({0, 0, 1}, degrees);
         const int quarters = static_cast<int>(std::lround(degrees / 90.0)) % 4;
-        EXPECT_LT(largestDifference(App::nearestTo(present, all),
-                                    turnAbout({0, 0, 1}, 90.0 * quarters)),
-                  1e-12)
+        EXPECT_LT(
+            largestDifference(App::nearestTo(present, all), turnAbout({0, 0, 1}, 90.0 * quarters)),
+            1e-12)
             << degrees;
     }
 }
