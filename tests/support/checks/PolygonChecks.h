@@ -6,8 +6,8 @@
 
 using PlanePoints = std::vector<std::array<double, 2>>;
 
-/// What is wrong with the convex hull of points in a plane, given as point indices, in words; empty
-/// where nothing is. Decided without rounding, for coordinates of 1e-90 to 1e90 and zero:
+/// Describes what is wrong with the convex hull of points in a plane, given as point indices; empty
+/// if it is correct. Decided without rounding, for coordinates of 1e-90 to 1e90 and zero:
 /// - it is strictly convex, counter-clockwise, from the point of lowest x, then lowest y, on;
 /// - no finite point lies outside it;
 /// - of equal points it names the first;

@@ -10,9 +10,9 @@ struct ShadowRectangle {
     long double depth = 0;   ///< of the hull, along the axis
 };
 
-/// Found in long double, and without an outline that rounding could break: of all hull edges that
-/// may lie on the shadow's outline, each as a side of the rectangle, with its size from all
-/// vertices. Takes time by the product of the two.
+/// Computed in long double, and without an outline that rounding could break: tries each hull edge
+/// that may lie on the shadow's outline as a side of the rectangle, and measures the rectangle over
+/// all vertices. Takes time proportional to edges times vertices.
 ///
 /// @param hull  of at least one vertex
 /// @param axis  finite, not zero; any length

@@ -37,17 +37,17 @@ double plainVolume(const PlainBoxRecord& record);
 
 enum class PlainSecured { kSound, kRetaken, kDropped };
 
-/// Checks that a record is a box around the whole hull. Where a vertex lies outside by more than
-/// rounding, all ranges are taken from all vertices; what follows from them is left to the caller.
+/// Checks that a record is a box around the whole hull. If a vertex lies outside by more than
+/// rounding, measures all ranges again from all vertices; the caller recomputes what depends on
+/// them.
 PlainSecured plainSecure(const PlainHull& hull, PlainBoxRecord& record);
 
 /// The box with unit axes and half-lengths.
 OrientedBox3 plainOrientedBox(const PlainBoxRecord& record);
 
 /// Puts a candidate into a slot if it is better: if the slot is unset or its key strictly greater.
-/// The candidate is secured first; where that changed it, `remeasure` forms volume and key anew
-/// and the comparison is made again. Returns false for what is no candidate: a NaN key, or a frame
-/// that was dropped.
+/// The candidate is checked first. If the check changes it, `remeasure` recomputes volume and key,
+/// and they are compared again. Returns false if the key is NaN or the check drops the candidate.
 template <class Key, class Remeasure>
 bool plainOffer(const PlainHull& hull, PlainBoxRecord candidate, Key key, Remeasure remeasure,
                 PlainBoxRecord& best) {

@@ -39,8 +39,8 @@ void plainRemoveCollinear(const PlainPoints& points, const UVector3<double>& n,
 void plainRemoveSteep(const PlainPoints& points, const UVector3<double>& n,
                       std::vector<int>& outline);
 
-/// Drops vertices in line with their neighbours; where fewer than three are left, those that steep
-/// edges start at, and then again.
+/// Drops vertices in line with their neighbours. If fewer than three are left, drops those at which
+/// steep edges start instead, and then again those in line with their neighbours.
 void plainTidyOutline(const PlainPoints& points, const UVector3<double>& n,
                       std::vector<int>& outline);
 
@@ -51,10 +51,10 @@ PlainRect plainEdgeRect(const PlainPoints& points, const UVector3<double>& n,
 PlainAngles plainAngles(const PlainPoints& points, const UVector3<double>& n,
                         const std::vector<int>& outline, const PlainRect& rect);
 
-/// Places of the entries in ascending order; equal ones keep theirs.
+/// The indices of the entries in ascending order; equal ones keep their order.
 std::array<int, 4> plainSortAngles(const PlainAngles& angles);
 
-/// Turns the rectangle onto the next edge. False where its bottom vertex was visited already.
+/// Turns the rectangle onto the next edge. False if its bottom vertex was visited already.
 bool plainUpdateSupport(const PlainPoints& points, const UVector3<double>& n,
                         const std::vector<int>& outline, const PlainAngles& angles,
                         const std::array<int, 4>& order, std::vector<bool>& visited,

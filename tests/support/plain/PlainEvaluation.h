@@ -27,9 +27,9 @@ enum class PlainSearch {
 /// The area of every triangle as the kernel's matrix places it.
 std::vector<float> plainAreas(const MeshKernel& mesh);
 
-/// What evaluating a direction means, as plainly as it can be said: loops over everything, every
-/// corner taken through the whole transform again wherever it is needed, no tree, no copy of the
-/// mesh. Float and double, and the order of every sum, are part of the meaning.
+/// Evaluates a direction in the plainest way, which defines the result: loops over everything, each
+/// corner transformed again whenever it is needed, no tree, no copy of the mesh. Float and double,
+/// and the order of every sum, are part of the definition.
 PlainScores plainEvaluation(const std::vector<float>& areas, const MeshKernel& mesh,
                             const UVector3<float>& direction, float overhangAngle,
                             bool computeSupport, float baseHeight, PlainSearch search);

@@ -22,13 +22,13 @@ struct PlainHull {
 
 /// The silhouette of a hull seen along the normal of face `face`: every edge between a triangle
 /// that faces away and one that does not links its two ends, and a walk along the links from the
-/// last such edge gives the vertices. Empty where no edge qualifies.
+/// last such edge gives the vertices. Empty if no edge qualifies.
 ///
 /// @param next   the links, one per point, all zero at first; a range of faces shares them without
 ///               clearing
-/// @param limit  the walk ends after that many vertices where it does not come back to its start
+/// @param limit  the walk ends after that many vertices if it does not come back to its start
 std::vector<int> plainOutline(const PlainHull& hull, int face, std::vector<int>& next, int limit);
 
-/// The faces, split into ranges [first, last] as worker threads get them: one range where there are
-/// fewer than two threads or more threads than faces.
+/// The faces, split into ranges [first, last] as worker threads get them: a single range if there
+/// are fewer than two threads or more threads than faces.
 std::vector<std::pair<int, int>> plainFaceRanges(const PlainHull& hull, int threadCount);

@@ -21,8 +21,9 @@ PlainRanking plainRanking(const std::vector<UVector3<float>>& candidates,
                           const std::vector<PlainScores>& measured,
                           const OptimizeOrient::Configure& config);
 
-/// The whole job in the plainest way: candidates, areas, every candidate evaluated in turn, and
-/// the ranking. `seed` is what the library's random numbers were seeded with before its call.
+/// The whole call in the plainest way: candidates, areas, one candidate after another, ranking.
+///
+/// @param seed  the seed of the library's random numbers before its call
 PlainRanking plainCalculate(MeshKernel& mesh, const OptimizeOrient::Configure& config,
                             std::uint32_t seed, PlainSearch search);
 

@@ -5,7 +5,7 @@
 /// The box of least volume among those with a side flush with a face; unset where there is none.
 PlainBoxRecord plainFaceSearch(const PlainHull& hull, int threadCount);
 
-/// What later pairs of edges are tested against, once a first edge has had a triple.
+/// The edge that later pairs are tested against, once a first edge has been part of a triple.
 enum class PlainThirdAxis {
     kOfLastTriple,  ///< as the search is defined
     kFirstEdge,     ///< to see where that makes a difference
@@ -16,5 +16,5 @@ enum class PlainThirdAxis {
 PlainBoxRecord plainEdgeSearch(const PlainHull& hull,
                                PlainThirdAxis thirdAxis = PlainThirdAxis::kOfLastTriple);
 
-/// The better one of what both found; the face box where the volumes are equal.
+/// The smaller of the two boxes; the face box if the volumes are equal.
 PlainBoxRecord plainLeastVolume(const PlainBoxRecord& face, const PlainBoxRecord& edge);

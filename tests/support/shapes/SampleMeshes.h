@@ -15,6 +15,6 @@ std::vector<std::filesystem::path> sampleMeshes();
 /// Why there are none, for a skipped test to say.
 std::string whyNoSampleMeshes();
 
-/// Reads a mesh file as it stands (units ignored), equal positions welded; nothing where it cannot
+/// Reads a mesh file without regard to units, and merges equal positions; std::nullopt if it cannot
 /// be read.
 std::optional<Part> readSampleMesh(const std::filesystem::path& file);

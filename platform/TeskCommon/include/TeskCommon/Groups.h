@@ -27,7 +27,7 @@ class Groups {
     }
 
     std::span<const Item> operator[](std::size_t group) const {
-        TESK_ASSERT(group + 1 < m_first.size());
+        TESK_ASSERT(group + 2 < m_first.size());
         return {m_items.data() + m_first[group], m_first[group + 1] - m_first[group]};
     }
     std::span<Item> operator[](std::size_t group) {
