@@ -9,6 +9,7 @@
 #include <new>
 
 #include "TeskPartFiles/PartFiles.h"
+#include "bytes/HugePages.h"
 
 namespace Tesk::files {
 
@@ -26,6 +27,7 @@ class PositionTable {
           // Zeroed pages come from the system when they are touched, by whichever thread.
           m_slots(static_cast<Slot*>(std::calloc(capacity, sizeof(Slot)))) {
         if (m_slots == nullptr) throw std::bad_alloc();
+        preferHugePages(m_slots.get(), capacity * sizeof(Slot));
     }
 
     std::size_t capacity() const { return m_capacity; }

@@ -9,6 +9,7 @@
 #include <mutex>
 
 #include "TeskPartFiles/PartFiles.h"
+#include "bytes/HugePages.h"
 #include "mesh/PositionTable.h"
 #include "mesh/Progress.h"
 #include "mesh/Workers.h"
@@ -117,6 +118,7 @@ void numberCorners(PartMesh& mesh, TableFill& fill, const SlotOf& slotOf, Progre
     constexpr std::size_t kAhead = 8;
     mesh.positions.clear();
     mesh.positions.reserve(fill.distinct);
+    preferHugePages(mesh.positions.data(), fill.distinct * sizeof(PartPoint));
     const std::size_t count = mesh.triangles.size();
     for (std::size_t t = 0; t < count; ++t) {
         if (t + kAhead < count) {
@@ -143,6 +145,8 @@ template <class Load, class Describe>
 PartMesh soupOf(std::size_t triangles, const Load& load, const Describe& describe,
                 const ReadOptions& options, Progress& progress) {
     PartMesh mesh;
+    mesh.triangles.reserve(triangles);
+    preferHugePages(mesh.triangles.data(), triangles * sizeof(mesh.triangles[0]));
     mesh.triangles.resize(triangles);
     if (!options.weldsVertices) {
         mesh.positions.reserve(triangles * 3);

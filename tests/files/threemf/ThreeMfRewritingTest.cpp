@@ -84,8 +84,8 @@ INSTANTIATE_TEST_SUITE_P(
             R"(<build><a><![CDATA[<item objectid="1" transform="1"/>]]></a><?x <item/>?><item transform="@" objectid="1"/></build>)"},
         ItemForm{
             "WithMisleadingValues",
-            R"(<build><item partnumber=' transform="1" > ' objectid="1" name="'/>"/></build>)",
-            R"(<build><item transform="@" partnumber=' transform="1" > ' objectid="1" name="'/>"/></build>)"},
+            R"(<build><item partnumber='" transform="1" > ' objectid="1" name="'/>"/></build>)",
+            R"(<build><item transform="@" partnumber='" transform="1" > ' objectid="1" name="'/>"/></build>)"},
         ItemForm{
             "WithMisleadingNames",
             R"(<build xmlns:x="x"><item x:transform="7" objectid="1" transforms="7" atransform="8" transform=""/></build>)",
