@@ -13,6 +13,7 @@ enum class ExitCode : int {
     kInput = 3,
     kOutput = 4,
     kNoPose = 5,
+    kSomeFailed = 5,  ///< of the files of a batch
     kAborted = 130,
 };
 
@@ -33,6 +34,12 @@ class Failure : public std::runtime_error {
 class InputFailure : public Failure {
  public:
     explicit InputFailure(const std::string& text) : Failure(ExitCode::kInput, text) {}
+};
+
+/// The part is too large for the memory that there is.
+class OutOfMemory : public InputFailure {
+ public:
+    using InputFailure::InputFailure;
 };
 
 }  // namespace App

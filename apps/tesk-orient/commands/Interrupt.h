@@ -25,6 +25,9 @@ class Interrupt {
 
     /// A file to remove when the process has to end at once; an empty path for none.
     static void setTemporaryFile(const std::filesystem::path& file);
+
+    /// Ends the process with this code, from whatever thread, and removes the temporary file.
+    [[noreturn]] static void endAtOnce(int code);
 };
 
 }  // namespace App

@@ -64,9 +64,9 @@ LoadedPart readMeshFile(const std::filesystem::path& path, std::optional<LengthU
     } catch (const InputFailure& failure) {
         throw InputFailure(displayName(path) + ": " + failure.what());
     } catch (const std::bad_alloc&) {
-        throw InputFailure(displayName(path) + ": not enough memory to read it");
+        throw OutOfMemory(displayName(path) + ": not enough memory to read it");
     } catch (const std::length_error&) {
-        throw InputFailure(displayName(path) + ": not enough memory to read it");
+        throw OutOfMemory(displayName(path) + ": not enough memory to read it");
     }
 }
 

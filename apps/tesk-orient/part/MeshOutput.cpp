@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <memory>
@@ -46,7 +47,19 @@ fs::path temporaryBeside(const fs::path& path) {
     return temporary;
 }
 
+bool isHexDigit(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f');
+}
+
 }  // namespace
+
+fs::path outputOfTemporary(const fs::path& name) {
+    const fs::path output = name.stem().stem();
+    const std::string tag = displayName(name.stem().extension());
+    const bool isTemporary = name.extension() == ".tmp" && tag.size() == 9 &&
+                             std::all_of(tag.begin() + 1, tag.end(), isHexDigit);
+    return isTemporary ? output : fs::path();
+}
 
 MeshOutput::MeshOutput(const fs::path& path) : m_path(path), m_temporary(temporaryBeside(path)) {
     if (encoderFor(extensionOf(path)) == nullptr) {
