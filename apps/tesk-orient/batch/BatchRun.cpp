@@ -19,6 +19,7 @@
 #include "batch/Background.h"
 #include "batch/BatchSettings.h"
 #include "batch/ContentHash.h"
+#include "batch/IgnoredSignals.h"
 #include "batch/workers/WorkerPool.h"
 #include "commands/Interrupt.h"
 #include "part/FileBytes.h"
@@ -284,6 +285,7 @@ void Run::endTicks() {
 }  // namespace
 
 BatchCounts runBatch(const BatchOptions& options, const BatchWork& work, ResultsFile& results) {
+    const IgnoredSignals ignored;
     Run run(options, work, results);
     return run.toEnd();
 }

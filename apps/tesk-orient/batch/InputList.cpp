@@ -72,7 +72,7 @@ class Lister {
     }
 
     void search(const fs::path& folder, const fs::path& below, const fs::path& prefix) {
-        if (!m_output.empty() && plain(folder) == m_output) return;
+        if (!below.empty() && !m_output.empty() && plain(folder) == m_output) return;
         std::vector<fs::directory_entry> entries;
         std::error_code error;
         for (fs::directory_iterator at(folder, error), end; !error && at != end;

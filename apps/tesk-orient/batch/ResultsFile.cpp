@@ -138,15 +138,20 @@ void ResultsFile::append(const std::string& line) {
     // The process does not end in the middle of a line after Ctrl-C.
     const auto hold = Interrupt::hold();
     refuseIfReplaced();
-    std::string copy = line;
-    const uv_buf_t buffer = uv_buf_init(copy.data(), static_cast<unsigned int>(copy.size()));
-    const FileCall write(uv_fs_write, m_file, &buffer, 1u, static_cast<std::int64_t>(m_size));
-    if (write.result() == static_cast<std::int64_t>(line.size())) {
-        m_size += line.size();
-        return;
+    std::string rest = line;
+    std::uint64_t at = m_size;
+    while (!rest.empty()) {
+        const uv_buf_t buffer = uv_buf_init(rest.data(), static_cast<unsigned int>(rest.size()));
+        const std::int64_t count =
+            FileCall(uv_fs_write, m_file, &buffer, 1u, static_cast<std::int64_t>(at)).result();
+        if (count <= 0) {
+            FileCall(uv_fs_ftruncate, m_file, static_cast<std::int64_t>(m_size));
+            fail(count < 0 ? static_cast<int>(count) : UV_ENOSPC);
+        }
+        rest.erase(0, static_cast<std::size_t>(count));
+        at += static_cast<std::uint64_t>(count);
     }
-    FileCall(uv_fs_ftruncate, m_file, static_cast<std::int64_t>(m_size));
-    fail(write.result() < 0 ? static_cast<int>(write.result()) : UV_ENOSPC);
+    m_size = at;
 }
 
 void ResultsFile::sync() const {

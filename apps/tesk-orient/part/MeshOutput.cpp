@@ -99,8 +99,8 @@ void MeshOutput::write(const TriangleMesh& mesh) {
         const auto hold = Interrupt::hold();
         file = openForWriting(m_temporary);
     }
-    const bool isWritten = file != nullptr &&
-                           std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() &&
+    if (file == nullptr) fail(m_path, "cannot be written: its folder takes no files any more");
+    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() &&
                            std::fflush(file.get()) == 0;
     file.reset();
     if (!isWritten) fail(m_path, "cannot be written: is the disk full?");

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <csignal>
 #include <utility>
 
 namespace App {
@@ -82,20 +81,5 @@ void WorkerPool::stop() {
     m_isFinishing = true;
     for (const auto& worker : m_workers) worker->end();
 }
-
-#if defined(_WIN32)
-
-WorkerPool::WithoutPipeSignal::WithoutPipeSignal() = default;
-WorkerPool::WithoutPipeSignal::~WithoutPipeSignal() = default;
-
-#else
-
-WorkerPool::WithoutPipeSignal::WithoutPipeSignal() : m_former(std::signal(SIGPIPE, SIG_IGN)) {}
-
-WorkerPool::WithoutPipeSignal::~WithoutPipeSignal() {
-    (void)std::signal(SIGPIPE, m_former);
-}
-
-#endif
 
 }  // namespace App

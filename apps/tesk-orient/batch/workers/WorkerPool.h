@@ -44,19 +44,6 @@ class WorkerPool {
     void remove(Worker& worker);
     void fail(const std::string& why);
 
-    /// A worker that ends while it is written to must not end this process.
-    class WithoutPipeSignal {
-     public:
-        WithoutPipeSignal();
-        ~WithoutPipeSignal();
-        WithoutPipeSignal(const WithoutPipeSignal&) = delete;
-        WithoutPipeSignal& operator=(const WithoutPipeSignal&) = delete;
-
-     private:
-        void (*m_former)(int) = nullptr;
-    };
-
-    WithoutPipeSignal m_guard;
     uv_loop_t* m_loop;
     WorkerSettings m_settings;
     Events m_events;

@@ -185,6 +185,9 @@ bool isWorkerProcess(int argc, char** argv) {
 
 int runWorkerProcess(int argc, char** argv) {
     for (const int signal : {SIGINT, SIGTERM}) (void)std::signal(signal, SIG_IGN);
+#if !defined(_WIN32)
+    (void)std::signal(SIGXFSZ, SIG_IGN);  // the write says that it failed
+#endif
     std::FILE* const answers = takeStandardOutput();
     try {
         const Command command = commandIn(argc, argv);
