@@ -7,12 +7,7 @@
 #include <string>
 #include <vector>
 
-/// A closed surface of about 2 * rings * rings * 2 triangles as a binary STL: a ball with bumps
-/// that the seed decides.
-std::string bumpyBall(int rings, unsigned seed);
-
-/// Small parts that differ, `count` of them, as part000.stl and on, in several folders.
-void makeParts(const std::filesystem::path& folder, int count);
+#include "BatchParts.h"
 
 /// The lines of a results file. Fails the test where one is no JSON or the last has no line feed.
 std::vector<nlohmann::json> linesOf(const std::filesystem::path& results);

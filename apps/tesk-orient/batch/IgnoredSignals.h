@@ -10,7 +10,8 @@ namespace App {
 class IgnoredSignals {
  public:
 #if defined(_WIN32)
-    IgnoredSignals() = default;
+    IgnoredSignals() {}   // there are none
+    ~IgnoredSignals() {}  // not "= default": the object has a purpose elsewhere
 #else
     IgnoredSignals()
         : m_pipe(std::signal(SIGPIPE, SIG_IGN)), m_fileSize(std::signal(SIGXFSZ, SIG_IGN)) {}
