@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
@@ -148,6 +149,18 @@ TEST_F(BatchBreakdown, WorkersEndWithTheBatch) {
     EXPECT_EQ(process.wait(), -SIGKILL);
     for (const pid_t worker : workers) EXPECT_TRUE(becomesTrue([&] { return !isAlive(worker); }));
     expectNothingHalfWritten();
+}
+
+TEST_F(BatchBreakdown, WorkersAreNotReachedByTheTerminal) {
+    makeBigPart();
+    BatchProcess process(command({"--jobs", "1"}));
+    const pid_t worker = process.workerWithMemory(kBusyBytes);
+    ASSERT_NE(worker, -1);
+    EXPECT_EQ(getsid(worker), worker);
+    // As a system that stops sends it to all processes.
+    kill(worker, SIGINT);
+    kill(worker, SIGTERM);
+    EXPECT_EQ(process.wait(), 0);
 }
 
 TEST_F(BatchBreakdown, ABatchThatIsKilledAgainAndAgainEndsAsOneThatIsNot) {

@@ -70,12 +70,14 @@ TEST(InputList, AFolderIsSearchedInTheOrderOfNames) {
         fs::create_directories((root / name).parent_path());
         std::ofstream(root / name) << "x";
     }
-    EXPECT_THAT(namesOf(App::listInputs({{root}, {}, {}, root / "out"}), root),
+    EXPECT_THAT(namesOf(App::listInputs({{root}, {}, {}, {}, root / "out"}), root),
                 ElementsAre("a/c/d.3MF", "a/z.obj", "b.stl", "c.ply"));
-    EXPECT_THAT(namesOf(App::listInputs({{root}, {}, {"*.txt", "a/*.obj"}, {}}), root),
+    EXPECT_THAT(namesOf(App::listInputs({{root}, {}, {"*.txt", "a/*.obj"}, {}, {}}), root),
                 ElementsAre("a/z.obj", "a.txt"));
+    EXPECT_THAT(namesOf(App::listInputs({{root}, {}, {"?.*"}, root / "b.stl", {}}), root),
+                ElementsAre("a.txt", "c.ply", "out/b.stl"));
     // Named again, in another way: still once.
-    EXPECT_EQ(App::listInputs({{root, root / "a" / ".." / "b.stl"}, {}, {}, {}}).size(), 5u);
+    EXPECT_EQ(App::listInputs({{root, root / "a" / ".." / "b.stl"}, {}, {}, {}, {}}).size(), 5u);
 }
 
 TEST(InputList, OutputsKeepTheirPlacesBelowTheFolder) {
@@ -84,15 +86,15 @@ TEST(InputList, OutputsKeepTheirPlacesBelowTheFolder) {
         fs::create_directories(fs::path(folder.file(name)).parent_path());
         folder.write(name, "x");
     }
-    const auto one = App::listInputs({{folder.file("p")}, {}, {}, {}});
+    const auto one = App::listInputs({{folder.file("p")}, {}, {}, {}, {}});
     ASSERT_EQ(one.size(), 1u);
     EXPECT_EQ(one[0].relative.generic_string(), "a/x.stl");
-    const auto two = App::listInputs({{folder.file("p"), folder.file("q")}, {}, {}, {}});
+    const auto two = App::listInputs({{folder.file("p"), folder.file("q")}, {}, {}, {}, {}});
     ASSERT_EQ(two.size(), 2u);
     EXPECT_EQ(two[0].relative.generic_string(), "p/a/x.stl");
     EXPECT_EQ(two[1].relative.generic_string(), "q/a/x.stl");
     const auto listed =
-        App::listInputs({{}, {"r/s.stl", "../t.stl", folder.file("p/a/x.stl")}, {}, {}});
+        App::listInputs({{}, {"r/s.stl", "../t.stl", folder.file("p/a/x.stl")}, {}, {}, {}});
     ASSERT_EQ(listed.size(), 3u);
     EXPECT_EQ(listed[0].relative.generic_string(), "r/s.stl");
     EXPECT_EQ(listed[1].relative.generic_string(), "t.stl");

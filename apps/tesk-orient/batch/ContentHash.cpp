@@ -6,6 +6,8 @@
 #include <fstream>
 #include <vector>
 
+#include "commands/Interrupt.h"
+
 #define XXH_INLINE_ALL
 #include <xxhash.h>
 
@@ -36,6 +38,7 @@ std::optional<FileIdentity> identify(const std::filesystem::path& file) {
     std::vector<char> piece(kPiece);
     std::uint64_t size = 0;
     while (in) {
+        if (Interrupt::isRequested()) return std::nullopt;
         in.read(piece.data(), static_cast<std::streamsize>(piece.size()));
         const auto count = static_cast<std::size_t>(in.gcount());
         XXH3_128bits_update(&state, piece.data(), count);

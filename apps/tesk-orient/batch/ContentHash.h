@@ -17,7 +17,7 @@ struct FileIdentity {
 /// XXH3's hash of 128 bits, in the form of FileIdentity::hash. Not meant against forgers.
 std::string contentHash(std::string_view bytes);
 
-/// Reads the file once, in pieces. Empty where that fails.
+/// Reads the file once, in pieces. Empty where that fails, and after Ctrl-C.
 std::optional<FileIdentity> identify(const std::filesystem::path& file);
 
 }  // namespace App

@@ -40,6 +40,7 @@ class Lister {
  public:
     explicit Lister(const InputRequest& request)
         : m_request(request), m_hasOneRoot(request.given.size() + request.listed.size() == 1) {
+        if (!request.results.empty()) m_seen.insert(plain(request.results).native());
         if (!request.outputFolder.empty()) m_output = plain(request.outputFolder);
     }
 

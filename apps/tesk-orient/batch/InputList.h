@@ -20,6 +20,7 @@ struct InputRequest {
     std::vector<std::filesystem::path> given;   ///< files and folders
     std::vector<std::filesystem::path> listed;  ///< the same, from a list
     std::vector<std::string> include;    ///< patterns of globMatchesFile(); empty: all formats
+    std::filesystem::path results;       ///< never a part; empty for none
     std::filesystem::path outputFolder;  ///< not looked into below a folder; empty for none
 };
 

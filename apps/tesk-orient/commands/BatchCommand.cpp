@@ -25,7 +25,8 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 std::vector<BatchInput> inputsOf(const BatchOptions& options) {
-    InputRequest request{options.inputs, {}, options.include, options.outputFolder};
+    InputRequest request{
+        options.inputs, {}, options.include, options.results, options.outputFolder};
     if (options.readsList) {
 #if defined(_WIN32)
         _setmode(_fileno(stdin), _O_BINARY);
