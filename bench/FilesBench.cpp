@@ -9,6 +9,7 @@
 #include "PairedTimer.h"
 #include "PlainReaders.h"
 #include "Shapes.h"
+#include "TeskPartFiles/Plates.h"
 
 namespace {
 
@@ -60,17 +61,37 @@ void run(const Tesk::PartMesh& mesh, Tesk::PartFormat format, int runs, unsigned
                plain == shipped ? "" : "  DIFFERS");
 }
 
-void runTextStl(const Tesk::PartMesh& mesh, int runs) {
-    const std::string bytes = textStl(mesh);
-    Tesk::PartMesh shipped;
+std::uint64_t hashOf(const std::string& bytes) {
+    BitHash hash;
+    for (const char c : bytes) hash.add(static_cast<std::uint32_t>(static_cast<unsigned char>(c)));
+    return hash.value();
+}
+
+/// Without a plain version to compare with.
+template <class Work>
+void runAlone(const char* what, std::size_t bytes, int runs, Work work) {
+    decltype(work()) result;
     std::vector<double> times;
-    for (int i = 0; i < runs; ++i) {
-        times.push_back(
-            secondsOf([&] { shipped = Tesk::readPart(bytes, Tesk::PartFormat::kStl).mesh; }));
-    }
-    fmt::print("{:<10} {:>9.1f} {:>10} {:>10.1f} {:>7}  {:016x}\n", "STL, text",
-               static_cast<double>(bytes.size()) / 1e6, "", medianOf(times) * 1e3, "",
-               hashOf(shipped));
+    for (int i = 0; i < runs; ++i) times.push_back(secondsOf([&] { result = work(); }));
+    fmt::print("{:<10} {:>9.1f} {:>10} {:>10.1f} {:>7}  {:016x}\n", what,
+               static_cast<double>(bytes) / 1e6, "", medianOf(times) * 1e3, "", hashOf(result));
+}
+
+void runTextStl(const Tesk::PartMesh& mesh, const Tesk::ReadOptions& options, int runs) {
+    const std::string bytes = textStl(mesh);
+    runAlone("STL, text", bytes.size(), runs,
+             [&] { return Tesk::readPart(bytes, Tesk::PartFormat::kStl, options).mesh; });
+}
+
+/// Reading, and the change of a transform.
+void runThreeMf(const Tesk::PartMesh& mesh, const Tesk::ReadOptions& options, int runs) {
+    const std::string bytes = Tesk::encodePart(mesh, Tesk::PartFormat::kThreeMf);
+    runAlone("3MF", bytes.size(), runs,
+             [&] { return Tesk::readPart(bytes, Tesk::PartFormat::kThreeMf, options).mesh; });
+    const std::optional<Tesk::PartTransform> moved({{1, 0, 0, 0, 1, 0, 0, 0, 1, 0.5, 0, 0}});
+    runAlone("3MF, moved", bytes.size(), runs, [&] {
+        return Tesk::withTransforms(bytes, {&moved, 1});
+    });
 }
 
 }  // namespace
@@ -91,6 +112,9 @@ int main(int argc, char** argv) {
                                           Tesk::PartFormat::kPly, Tesk::PartFormat::kOff}) {
         run(mesh, format, runs, threads);
     }
-    runTextStl(mesh, runs);
+    Tesk::ReadOptions options;
+    options.threads = threads;
+    runTextStl(mesh, options, runs);
+    runThreeMf(mesh, options, runs);
     return 0;
 }

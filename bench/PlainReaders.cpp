@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <stdexcept>
 #include <unordered_map>
 
 namespace {
@@ -140,7 +141,9 @@ Tesk::PartMesh plainlyRead(const std::string& bytes, Tesk::PartFormat format) {
         case Tesk::PartFormat::kPly:
             return plainlyWelded(readPly(bytes));
         case Tesk::PartFormat::kOff:
+            return plainlyWelded(readOff(bytes));
+        case Tesk::PartFormat::kThreeMf:
             break;
     }
-    return plainlyWelded(readOff(bytes));
+    throw std::invalid_argument("no plain reader of 3MF");
 }

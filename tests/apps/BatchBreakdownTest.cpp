@@ -26,6 +26,12 @@ using testing::HasSubstr;
 /// What a worker holds once it works on the big part.
 constexpr std::size_t kBusyBytes = 60u << 20;
 
+#if defined(__has_feature)
+constexpr bool kHasSanitizer = __has_feature(address_sanitizer) || __has_feature(thread_sanitizer);
+#else
+constexpr bool kHasSanitizer = false;
+#endif
+
 class BatchBreakdown : public testing::Test {
  protected:
     BatchBreakdown() { fs::create_directory(m_in); }
@@ -103,9 +109,7 @@ TEST_F(BatchBreakdown, AWorkerThatDoesNotListenIsKilledAfterItsTime) {
 }
 
 TEST_F(BatchBreakdown, APartThatNeedsMoreMemoryThanTheLimitFailsAlone) {
-#if defined(TESK_TEST_SLOW_BUILD) && !defined(__OPTIMIZE__)
-    GTEST_SKIP() << "sanitizers end the process where memory is exhausted";
-#endif
+    if (kHasSanitizer) GTEST_SKIP() << "sanitizers end the process where memory is exhausted";
     makeBigPart();
     makeParts(m_in, 3);
     EXPECT_EQ(batch({"--memory-limit", "20M", "--jobs", "1"}).code, 5);

@@ -75,7 +75,7 @@ TEST(InputList, AFolderIsSearchedInTheOrderOfNames) {
     EXPECT_THAT(namesOf(App::listInputs({{root}, {}, {"*.txt", "a/*.obj"}, {}, {}}), root),
                 ElementsAre("a/z.obj", "a.txt"));
     EXPECT_THAT(namesOf(App::listInputs({{root}, {}, {"?.*"}, root / "b.stl", {}}), root),
-                ElementsAre("a.txt", "c.ply", "out/b.stl"));
+                ElementsAre("a/c/d.3MF", "a/z.obj", "a.txt", "c.ply", "out/b.stl"));
     // Named again, in another way: still once.
     EXPECT_EQ(App::listInputs({{root, root / "a" / ".." / "b.stl"}, {}, {}, {}, {}}).size(), 5u);
 }

@@ -47,7 +47,8 @@ std::map<std::string, std::string> filesBelow(const fs::path& folder) {
     std::map<std::string, std::string> files;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
         if (!entry.is_regular_file()) continue;
-        files[entry.path().lexically_relative(folder).generic_string()] = readAll(entry.path());
+        const std::u8string name = entry.path().lexically_relative(folder).generic_u8string();
+        files[{name.begin(), name.end()}] = readAll(entry.path());
     }
     return files;
 }

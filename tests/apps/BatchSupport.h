@@ -19,5 +19,5 @@ std::map<std::string, nlohmann::json> linesByPath(const std::filesystem::path& r
 /// The lines as a sorted list, without what differs from run to run: seconds, peakMemoryBytes.
 std::vector<std::string> comparableLines(const std::filesystem::path& results);
 
-/// All files below a folder with their bytes, by relative path.
+/// All files below a folder with their bytes, by relative path in UTF-8.
 std::map<std::string, std::string> filesBelow(const std::filesystem::path& folder);

@@ -4,6 +4,7 @@
 #include <uv.h>
 
 #include <fstream>
+#include <system_error>
 #include <utility>
 
 #if defined(_WIN32)
@@ -48,6 +49,10 @@ class FileCall {
 }  // namespace
 
 ResultsFile::ResultsFile(std::filesystem::path path, int flags) : m_path(std::move(path)) {
+    std::error_code ignored;
+    if (std::filesystem::is_directory(m_path, ignored)) {
+        failWith(m_path, ExitCode::kOutput, "cannot be written: is a folder");
+    }
     const std::string name = displayName(m_path);
     const std::int64_t file =
         FileCall(uv_fs_open, name.c_str(), flags | UV_FS_O_RDWR | UV_FS_O_CREAT, 0666).result();
@@ -91,7 +96,8 @@ void ResultsFile::lock() const {
     beyond.OffsetHigh = 0x7fffffff;
     const bool isLocked =
         LockFileEx(uv_get_osfhandle(m_file), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0,
-                   1, 0, &beyond) != 0;
+                   1, 0, &beyond) != 0 ||
+        GetLastError() != ERROR_LOCK_VIOLATION;
 #else
     // Some network file systems have no locks.
     const bool isLocked = flock(m_file, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;

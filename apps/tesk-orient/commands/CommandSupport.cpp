@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <future>
 #include <thread>
 
 #include "Failure.h"
 #include "TeskDebug/Exception.h"
+#include "TeskDebug/StopWatchLog.h"
 #include "TeskMeshData/MeshKernel.h"
 #include "commands/Interrupt.h"
 #include "part/FileBytes.h"
@@ -18,18 +20,32 @@ void stopIfInterrupted() {
     if (Interrupt::isRequested()) throw Tesk::AbortException("Aborting...");
 }
 
-CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
-    LoadedPart part = readMeshFile(options.part, options.unit);
-    stopIfInterrupted();
+CheckedPart checkedPart(const CommonOptions& options, LoadedPart part, Purpose purpose) {
+    StopWatchLog log;
+    // Beside making the kernel, as each needs one thread only.
+    const auto beside =
+        std::launch::deferred | (options.threads == 1 ? std::launch::deferred : std::launch::async);
+    std::future<SurfaceMeasures> measures =
+        std::async(beside, [&mesh = part.mesh] { return measure(mesh); });
     MeshKernel kernel(part.mesh.positions, part.mesh.triangles);
     kernel.UpdateTopo(/*rebuild=*/true, MeshKernel::kEdgeCounts);
     part.topology = kernel.topology();
-    part.measures = measure(part.mesh);
+    part.measures = measures.get();
     for (Warning& warning :
          checkMesh(part.mesh, part.topology, part.measures, part.unit, purpose)) {
         part.warnings.push_back(std::move(warning));
     }
+    log.logElapse("Part-Check");
     return {std::move(part), std::move(kernel)};
+}
+
+CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
+    StopWatchLog log;
+    LoadedPart part =
+        readMeshFile(options.part, options.unit, static_cast<unsigned>(options.threads));
+    log.logElapse("Part-Read");
+    stopIfInterrupted();
+    return checkedPart(options, std::move(part), purpose);
 }
 
 void tell(const WarningSink& warn, const Warnings& warnings) {
@@ -44,10 +60,11 @@ WarningSink warningPrinter(const CommonOptions& options) {
     };
 }
 
-std::function<void(int)> progressOn(ProgressBar& bar, int end) {
-    return [&bar, end](int percent) {
+std::function<void(int)> progressOn(ProgressBar& bar, int end, WorkShare share) {
+    return [&bar, end, share](int percent) {
         stopIfInterrupted();
-        bar.show(std::min(percent * 100 / end, 100));
+        const int done = std::min(percent * 100 / end, 100);
+        bar.show((share.index * 100 + done) / share.count);
     };
 }
 

@@ -1,18 +1,17 @@
 #include "commands/OrientCommand.h"
 
 #include <fmt/format.h>
-#include <omp.h>
 
 #include <optional>
 #include <utility>
 
 #include "Failure.h"
 #include "TeskDebug/StopWatchLog.h"
-#include "commands/CommandSupport.h"
-#include "commands/ProgressBar.h"
+#include "commands/OrientPlate.h"
+#include "commands/OrientSearch.h"
 #include "part/FileBytes.h"
-#include "part/MeshChecks.h"
 #include "part/MeshOutput.h"
+#include "plate/PlateOutput.h"
 #include "poses/Pose.h"
 #include "reports/OrientReport.h"
 
@@ -20,73 +19,48 @@ namespace App {
 
 namespace {
 
-void refuseWithoutArea(const OrientOptions& options, const LoadedPart& part) {
-    const auto count = static_cast<std::int64_t>(part.mesh.triangles.size());
-    if (part.measures.degenerate < count) return;
-    throw InputFailure(
-        fmt::format("{}: has no surface: {}", displayName(options.part),
-                    count == 1 ? "its one triangle has no area"
-                               : fmt::format("none of its {} triangles has an area", count)));
-}
-
-std::vector<OptimizeOrient::OptOrientation> rank(MeshKernel& mesh, const OrientOptions& options) {
-    ProgressBar bar(!options.isQuiet);
-    if (options.threads > 0) omp_set_num_threads(options.threads);
-    OptimizeOrient::seedRandom(options.seed);
-    UVector3<float> axis;
-    float angle = 0.0f;
-    std::vector<OptimizeOrient::OptOrientation> orientations;
-    OrientOptimizer::calculateOrients(&mesh, options.config, axis, angle, &orientations,
-                                      progressOn(bar));
-    return orientations;
-}
-
-OptimizeOrient::BuildPoses findPoses(const MeshKernel& mesh, const OrientOptions& options) {
-    ProgressBar bar(!options.isQuiet);
-    if (options.threads > 0) omp_set_num_threads(options.threads);
-    return findBuildPoses(mesh, options.poseGoal, progressOn(bar));
-}
-
-void refuseWithoutPose(const OrientOptions& options, const OptimizeOrient::BuildPoses& poses) {
-    if (poses.poses.empty()) {
-        throw Failure(ExitCode::kNoPose,
-                      fmt::format("{}: {}", displayName(options.part), whyNoPose(options, poses)));
-    }
-    if (static_cast<std::size_t>(options.rank) > poses.poses.size()) {
-        throw Failure(
-            ExitCode::kUsage,
-            fmt::format("--rank {}: {} listed; see tesk-orient --help", options.rank,
-                        poses.poses.size() == 1 ? "one pose is"
-                                                : fmt::format("{} poses are", poses.poses.size())));
-    }
-}
-
 void logStages() {
     StopWatchLog::setSink([](const char* label, double seconds) {
         fmt::print(stderr, "{:<18} {:9.3f} ms\n", label, seconds * 1e3);
     });
 }
 
+/// Writes the part as a matrix turns it.
+void write(MeshOutput& output, const OrientOptions& options, const TriangleMesh& mesh,
+           const UMatrix4<float>& pose, std::optional<double> height) {
+    if (canKeepPackage(output, options)) {
+        writeTogether(output, options, mesh, pose, height);
+    } else {
+        output.write(moved(mesh, pose));
+    }
+}
+
 Report byWeights(const OrientOptions& options, CheckedPart checked, MeshOutput* output) {
-    OrientResult result{std::move(checked.part), rank(checked.kernel, options), {}};
+    OrientResult result{std::move(checked.part), rankedOrientations(checked.kernel, options), {}};
     checked.kernel = MeshKernel();
     if (output != nullptr) {
         const auto chosen = static_cast<std::size_t>(options.rank - 1);
         const TriangleMesh& mesh = result.part.mesh;
-        output->write(moved(mesh, poseOf(result.orientations[chosen], mesh, centerOf(mesh),
-                                         options.config.baseHeight)));
+        write(*output, options, mesh,
+              poseOf(result.orientations[chosen], mesh, centerOf(mesh), options.config.baseHeight),
+              heightOf(options));
     }
     if (options.isJson) return {{}, reportJson(options, result)};
     return {reportTable(options, result), {}};
 }
 
 Report byPoses(const OrientOptions& options, CheckedPart checked, MeshOutput* output) {
-    OrientResult result{std::move(checked.part), {}, findPoses(checked.kernel, options)};
-    refuseWithoutPose(options, result.poses);
+    OrientResult result{
+        std::move(checked.part), {}, foundPoses(checked.kernel, options, options.poseGoal)};
+    if (result.poses.poses.empty()) {
+        throw Failure(ExitCode::kNoPose,
+                      displayName(options.part) + ": " + whyNoPose(options, result.poses));
+    }
+    refuseMissingRank(options, result.poses.poses.size(), "");
     if (output != nullptr) {
         const auto chosen = static_cast<std::size_t>(options.rank - 1);
         const TriangleMesh& mesh = result.part.mesh;
-        output->write(moved(mesh, poseOf(result.poses.poses[chosen].rotation, mesh)));
+        write(*output, options, mesh, poseOf(result.poses.poses[chosen].rotation, mesh), 0.0);
     }
     if (options.isJson) return {{}, posesJson(options, result)};
     return {posesTable(options, result), {}};
@@ -97,8 +71,11 @@ Report byPoses(const OrientOptions& options, CheckedPart checked, MeshOutput* ou
 Report orientReport(const OrientOptions& options, const WarningSink& warn) {
     std::optional<MeshOutput> output;
     if (!options.output.empty()) output.emplace(options.output);
+    if (isByObject(options)) return orientPlate(options, warn, output ? &*output : nullptr);
     CheckedPart checked = loadPart(options, Purpose::kSupport);
-    refuseWithoutArea(options, checked.part);
+    if (const auto why = whyNoArea(checked.part)) {
+        throw InputFailure(displayName(options.part) + ": " + *why);
+    }
     tell(warn, checked.part.warnings);
     const auto make = options.goal == Goal::kWeights ? byWeights : byPoses;
     return make(options, std::move(checked), output ? &*output : nullptr);
@@ -106,7 +83,9 @@ Report orientReport(const OrientOptions& options, const WarningSink& warn) {
 
 void run(const OrientOptions& options) {
     if (options.isVerbose) logStages();
-    printReport(options, orientReport(options, warningPrinter(options)));
+    const Report report = orientReport(options, warningPrinter(options));
+    if (options.isVerbose) fmt::print(stderr, "{}", report.notes);
+    printReport(options, report);
 }
 
 }  // namespace App

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "TeskPartFiles/PartFiles.h"
+#include "TeskPartFiles/Plates.h"
 #include "mesh/Progress.h"
 
 namespace Tesk::files {
@@ -17,8 +17,10 @@ struct Format {
     bool (*fits)(std::string_view start);
     PartFile (*read)(std::string_view bytes, const ReadOptions& options, Progress& progress);
     std::string (*encode)(const PartMesh& mesh);
-    /// Whether read() has merged equal vertices where the options ask for it.
+    /// Whether read() itself merges equal vertices if the options ask for it.
     bool weldsItself;
+    /// Reads object by object, without welding; null if a file is always one object.
+    Plate (*readPlate)(std::string_view bytes, const ReadOptions& options, Progress& progress);
 };
 
 std::span<const Format> allFormats();

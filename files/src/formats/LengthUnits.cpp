@@ -1,8 +1,8 @@
-#include "options/LengthUnit.h"
+#include "TeskPartFiles/LengthUnits.h"
 
 #include <array>
 
-namespace App {
+namespace Tesk {
 
 namespace {
 
@@ -28,4 +28,9 @@ std::optional<LengthUnit> unitNamed(std::string_view name) {
     return std::nullopt;
 }
 
-}  // namespace App
+std::optional<double> millimetresPer(std::string_view unitName) {
+    const auto unit = unitNamed(unitName);
+    return unit ? std::optional(unit->millimetres) : std::nullopt;
+}
+
+}  // namespace Tesk
