@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "TeskPartFiles/Plates.h"
-#include "ZipMaker.h"
 #include "part/MeshChecks.h"
+#include "tools/ZipMaker.h"
 
 namespace {
 

@@ -29,8 +29,8 @@ class Failure : public std::runtime_error {
     ExitCode m_code;
 };
 
-/// The part's file cannot be read or holds nothing to orient. Below MeshFile the text leaves out
-/// the file's name.
+/// The part's file cannot be read or holds nothing to orient. Functions that do not know the file's
+/// name leave it out of the text; readNamingErrors() puts it in front.
 class InputFailure : public Failure {
  public:
     explicit InputFailure(const std::string& text) : Failure(ExitCode::kInput, text) {}

@@ -15,7 +15,7 @@
 #include "BatchProcess.h"
 #include "BatchSupport.h"
 #include "RunProgram.h"
-#include "TestSize.h"
+#include "tools/TestSize.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "BatchParts.h"
+#include "shapes/BatchParts.h"
 
 /// The lines of a results file. Fails the test where one is no JSON or the last has no line feed.
 std::vector<nlohmann::json> linesOf(const std::filesystem::path& results);

@@ -9,8 +9,8 @@
 
 #include "BatchSupport.h"
 #include "RunProgram.h"
-#include "TestSize.h"
 #include "part/FileBytes.h"
+#include "tools/TestSize.h"
 
 namespace {
 

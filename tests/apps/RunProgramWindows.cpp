@@ -44,6 +44,26 @@ class File {
     HANDLE m_handle;
 };
 
+/// Where memory is laid out at random, Wine fails to start one process of a thousand; what the
+/// tests are about is what the program does once it runs.
+PROCESS_INFORMATION startProcess(const std::string& program, std::wstring& line,
+                                 STARTUPINFOW& startup) {
+    constexpr int kAttempts = 5;
+    PROCESS_INFORMATION process{};
+    for (int attempt = 1;; ++attempt) {
+        if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                           &startup, &process) != FALSE) {
+            return process;
+        }
+        const DWORD error = GetLastError();
+        if (attempt == kAttempts) {
+            throw std::runtime_error("cannot start " + program + ": Windows error " +
+                                     std::to_string(error));
+        }
+        Sleep(500);
+    }
+}
+
 int runToItsEnd(const std::string& program, const std::vector<std::string>& arguments,
                 const std::string& out, const std::string& error) {
     std::wstring line = quoted(program);
@@ -57,11 +77,7 @@ int runToItsEnd(const std::string& program, const std::vector<std::string>& argu
     startup.hStdInput = input.handle();
     startup.hStdOutput = output.handle();
     startup.hStdError = errors.handle();
-    PROCESS_INFORMATION process{};
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                       &process) == FALSE) {
-        throw std::runtime_error("cannot start " + program);
-    }
+    const PROCESS_INFORMATION process = startProcess(program, line, startup);
     WaitForSingleObject(process.hProcess, INFINITE);
     DWORD code = 0;
     GetExitCodeProcess(process.hProcess, &code);

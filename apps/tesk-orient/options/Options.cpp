@@ -26,6 +26,7 @@ constexpr const char* kFooter = R"(
 Examples:
   tesk-orient orient bracket.stl
   tesk-orient orient bracket.stl --output turned.3mf
+  tesk-orient orient plate.3mf --output turned.3mf --fits 250x210x210
   tesk-orient orient bracket.obj --units inch --overhang-angle 50 --json
   tesk-orient orient bracket.stl --goal least-support --fits 250x210x210 --keep-off 0,0,1
   tesk-orient orient bracket.stl --support-volume-weight 0 --height-weight 1 --rank 2 -o low.stl

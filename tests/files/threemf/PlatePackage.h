@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "ZipMaker.h"
+#include "tools/ZipMaker.h"
 
 /// A package as slicers write them, with all that a change of transforms must leave alone: separate
 /// model files of the production extension, nested, mirrored, scaled and shared objects, materials,
