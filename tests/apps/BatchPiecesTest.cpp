@@ -127,7 +127,7 @@ TEST(OutputPlan, ANameIsGivenOnceAndNeverThatOfAnInput) {
 TEST(OutputPlan, LeftoversGoAndNothingElse) {
     const TemporaryFolder folder;
     for (const char* name : {"a.stl", "a.stl.0123abcd.tmp", "a.stl.0123abc.tmp",
-                             "b.stl.0123abcd.tmp", "a.stl.0123ABCD.tmp"}) {
+                             "b.stl.0123abcd.tmp", "a.stl.0123ABCE.tmp"}) {
         folder.write(name, "x");
     }
     App::removeLeftovers(fs::path(folder.file("a.stl")));
