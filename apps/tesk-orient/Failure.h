@@ -13,6 +13,7 @@ enum class ExitCode : int {
     kInput = 3,
     kOutput = 4,
     kNoPose = 5,
+    kSomeFailed = 5,  ///< of the files of a batch
     kAborted = 130,
 };
 
@@ -28,11 +29,17 @@ class Failure : public std::runtime_error {
     ExitCode m_code;
 };
 
-/// The part's file cannot be read or holds nothing to orient. Below MeshFile the text leaves out
-/// the file's name.
+/// The part's file cannot be read or holds nothing to orient. Functions that do not know the file's
+/// name leave it out of the text; readNamingErrors() puts it in front.
 class InputFailure : public Failure {
  public:
     explicit InputFailure(const std::string& text) : Failure(ExitCode::kInput, text) {}
+};
+
+/// The part is too large for the memory that there is.
+class OutOfMemory : public InputFailure {
+ public:
+    using InputFailure::InputFailure;
 };
 
 }  // namespace App

@@ -12,6 +12,8 @@
 
 #include "Failure.h"
 #include "TeskDebug/Exception.h"
+#include "batch/workers/WorkerProcess.h"
+#include "commands/BatchCommand.h"
 #include "commands/BoxCommand.h"
 #include "commands/Interrupt.h"
 #include "commands/LayFlatCommand.h"
@@ -30,6 +32,7 @@ int main(int argc, char** argv) {
 #if defined(_WIN32)
     SetConsoleOutputCP(CP_UTF8);
 #endif
+    if (App::isWorkerProcess(argc, argv)) return App::runWorkerProcess(argc, argv);
     const App::Interrupt interrupt;
     try {
         if (const std::optional<App::Command> command = App::readCommand(argc, argv)) {

@@ -62,6 +62,6 @@ build_bench() {
     [ $# -eq 0 ] || targets=(--target "$@")
     mkdir -p build
     quietly build/bench.log cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release \
-        -DTESK_BUILD_BENCH=ON -DTESK_BUILD_TESTS=OFF -DTESK_BUILD_APPS=OFF
+        -DTESK_BUILD_BENCH=ON -DTESK_BUILD_TESTS=OFF
     quietly build/bench.log cmake --build build/bench "${targets[@]}"
 }

@@ -14,6 +14,8 @@ libexpat1-dev|reads the XML in them
 libcli11-dev|tesk-orient's command line
 nlohmann-json3-dev|tesk-orient's JSON
 libfmt-dev|tesk-orient's tables
+libuv1-dev|tesk-orient's worker processes
+libxxhash-dev|tesk-orient's hash of a file's content
 LIST
             ;;
         test)

@@ -41,7 +41,8 @@ CheckedPart checkedPart(const CommonOptions& options, LoadedPart part, Purpose p
 
 CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
     StopWatchLog log;
-    LoadedPart part = readMeshFile(options.part, options.unit);
+    LoadedPart part =
+        readMeshFile(options.part, options.unit, static_cast<unsigned>(options.threads));
     log.logElapse("Part-Read");
     stopIfInterrupted();
     return checkedPart(options, std::move(part), purpose);

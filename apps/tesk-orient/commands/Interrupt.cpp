@@ -31,12 +31,8 @@ std::filesystem::path temporaryFile;
 void handleInterrupt() {
     isInterrupted = true;
     std::this_thread::sleep_for(kPatience);
-    // Held to the end, so that no temporary file appears any more.
-    const std::lock_guard lock(temporaryMutex);
-    std::error_code ignored;
-    if (!temporaryFile.empty()) std::filesystem::remove(temporaryFile, ignored);
     Interrupt::report();
-    std::_Exit(static_cast<int>(ExitCode::kAborted));
+    Interrupt::endAtOnce(static_cast<int>(ExitCode::kAborted));
 }
 
 }  // namespace
@@ -96,6 +92,14 @@ std::unique_lock<std::mutex> Interrupt::hold() {
 void Interrupt::setTemporaryFile(const std::filesystem::path& file) {
     const std::lock_guard lock(temporaryMutex);
     temporaryFile = file;
+}
+
+void Interrupt::endAtOnce(int code) {
+    // Held to the end, so that no temporary file appears any more.
+    const std::lock_guard lock(temporaryMutex);
+    std::error_code ignored;
+    if (!temporaryFile.empty()) std::filesystem::remove(temporaryFile, ignored);
+    std::_Exit(code);
 }
 
 }  // namespace App

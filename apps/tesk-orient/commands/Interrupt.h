@@ -19,12 +19,15 @@ class Interrupt {
     /// Says "aborted" on standard error, once per process.
     static void report();
 
-    /// While this is held, the process does not end at once: for making the temporary file, so that
-    /// it is either not there yet or known to be removed.
+    /// Keeps the process from ending at once while the result is held. Hold it while a temporary
+    /// file is made: the file then either does not exist yet, or will be removed.
     static std::unique_lock<std::mutex> hold();
 
     /// A file to remove when the process has to end at once; an empty path for none.
     static void setTemporaryFile(const std::filesystem::path& file);
+
+    /// Ends the process with this code, from whatever thread, and removes the temporary file.
+    [[noreturn]] static void endAtOnce(int code);
 };
 
 }  // namespace App

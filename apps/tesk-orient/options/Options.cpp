@@ -11,6 +11,7 @@
 
 #include "Failure.h"
 #include "Version.h"
+#include "options/BatchParser.h"
 #include "options/CommonParser.h"
 
 namespace App {
@@ -25,17 +26,21 @@ constexpr const char* kFooter = R"(
 Examples:
   tesk-orient orient bracket.stl
   tesk-orient orient bracket.stl --output turned.3mf
+  tesk-orient orient plate.3mf --output turned.3mf --fits 250x210x210
   tesk-orient orient bracket.obj --units inch --overhang-angle 50 --json
   tesk-orient orient bracket.stl --goal least-support --fits 250x210x210 --keep-off 0,0,1
   tesk-orient orient bracket.stl --support-volume-weight 0 --height-weight 1 --rank 2 -o low.stl
   tesk-orient box bracket.stl
   tesk-orient box bracket.stl --criterion around-axis --axis 0,0,1 --json
   tesk-orient lay-flat bracket.stl --output flat.stl
+  tesk-orient batch parts --results results.jsonl --output-dir turned
+  tesk-orient batch parts --results boxes.jsonl --command box --include '*.stl' --jobs 4
 
 Exit codes:
   0  done                              3  the part cannot be read
   1  internal error                    4  the output cannot be written
-  2  invalid command line              5  no pose is allowed, or none fits
+  2  invalid command line              5  no pose is allowed, or none fits;
+                                          of a batch: some files failed
                                      130  aborted
 )";
 
@@ -290,7 +295,9 @@ std::optional<Command> readCommand(int argc, char** argv) {
     CLI::App* layFlat = app.add_subcommand(
         "lay-flat", "Lay a part flat in its smallest box: longest side along X, shortest upright");
     addCommon(*layFlat, layFlatOptions, texts, "the part laid flat");
-    for (CLI::App* command : {orient, box, layFlat}) command->footer(kFooter);
+    BatchTexts batchTexts;
+    CLI::App* batch = addBatch(app, {orient, box, layFlat}, batchTexts);
+    for (CLI::App* command : {orient, box, layFlat, batch}) command->footer(kFooter);
     if (!parse(app, argc, argv)) return std::nullopt;
     if (orient->parsed()) {
         take(texts, orientOptions);
@@ -302,6 +309,7 @@ std::optional<Command> readCommand(int argc, char** argv) {
         take(boxTexts, boxOptions);
         return boxOptions;
     }
+    if (batch->parsed()) return batchOptionsOf(*batch, batchTexts);
     take(texts, layFlatOptions);
     return layFlatOptions;
 }

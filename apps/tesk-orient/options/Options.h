@@ -10,6 +10,7 @@
 #include "BuildPose.h"
 #include "OrientOptimizer.h"
 #include "TeskDataBasic/UVector3.h"
+#include "options/BatchOptions.h"
 #include "options/LengthUnit.h"
 
 namespace App {
@@ -65,7 +66,7 @@ struct BoxOptions : CommonOptions {
 
 struct LayFlatOptions : CommonOptions {};
 
-using Command = std::variant<OrientOptions, BoxOptions, LayFlatOptions>;
+using Command = std::variant<OrientOptions, BoxOptions, LayFlatOptions, BatchOptions>;
 
 /// Reads the command line. Empty after --help or --version, which it prints. Throws Failure with
 /// ExitCode::kUsage.

@@ -40,8 +40,11 @@ LengthUnit unitInFile(const std::string& name, Warnings& warnings) {
     return lengthUnits().front();
 }
 
-LoadedPart readPart(const std::filesystem::path& path, std::optional<LengthUnit> unit) {
-    Tesk::PartFile file = Tesk::readPart(path);
+LoadedPart readPart(const std::filesystem::path& path, std::optional<LengthUnit> unit,
+                    unsigned threads) {
+    Tesk::ReadOptions read;
+    read.threads = threads;
+    Tesk::PartFile file = Tesk::readPart(path, read);
     LoadedPart part;
     part.format = Tesk::nameOf(file.format);
     part.form = std::move(file.form);
@@ -68,16 +71,17 @@ void readNamingErrors(const std::filesystem::path& path, const std::function<voi
     } catch (const InputFailure& failure) {
         throw InputFailure(displayName(path) + ": " + failure.what());
     } catch (const std::bad_alloc&) {
-        throw InputFailure(displayName(path) + ": not enough memory to read it");
+        throw OutOfMemory(displayName(path) + ": not enough memory to read it");
     } catch (const std::length_error&) {
-        throw InputFailure(displayName(path) + ": not enough memory to read it");
+        throw OutOfMemory(displayName(path) + ": not enough memory to read it");
     }
 }
 
-LoadedPart readMeshFile(const std::filesystem::path& path, std::optional<LengthUnit> unit) {
+LoadedPart readMeshFile(const std::filesystem::path& path, std::optional<LengthUnit> unit,
+                        unsigned threads) {
     LoadedPart part;
     readNamingErrors(path, [&] {
-        part = readPart(path, unit);
+        part = readPart(path, unit, threads);
         scale(part.mesh, part.unit.millimetres);
     });
     return part;

@@ -29,10 +29,12 @@ struct LoadedPart {
 /// Reads STL, OBJ, PLY, OFF or 3MF, told apart by the name's extension.
 ///
 /// @param unit  what the numbers are; empty for what the file says (3MF only), else millimetres.
+/// @param threads  how many may work; 0 for as many as the machine has
 ///
 /// Equal positions become one vertex. Throws InputFailure that names the file and the trouble,
 /// such as the first vertex that is not finite.
-LoadedPart readMeshFile(const std::filesystem::path& path, std::optional<LengthUnit> unit);
+LoadedPart readMeshFile(const std::filesystem::path& path, std::optional<LengthUnit> unit,
+                        unsigned threads = 0);
 
 /// Runs what reads a file. Errors of the file and a lack of memory leave it as an InputFailure that
 /// names the file.

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <memory>
@@ -46,7 +47,19 @@ fs::path temporaryBeside(const fs::path& path) {
     return temporary;
 }
 
+bool isHexDigit(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f');
+}
+
 }  // namespace
+
+fs::path outputOfTemporary(const fs::path& name) {
+    const fs::path output = name.stem().stem();
+    const std::string tag = displayName(name.stem().extension());
+    const bool isTemporary = name.extension() == ".tmp" && tag.size() == 9 &&
+                             std::all_of(tag.begin() + 1, tag.end(), isHexDigit);
+    return isTemporary ? output : fs::path();
+}
 
 MeshOutput::MeshOutput(const fs::path& path) : m_path(path), m_temporary(temporaryBeside(path)) {
     if (encoderFor(extensionOf(path)) == nullptr) {
@@ -94,8 +107,8 @@ void MeshOutput::writeBytes(const std::function<std::string()>& make) {
         const auto hold = Interrupt::hold();
         file = openForWriting(m_temporary);
     }
-    const bool isWritten = file != nullptr &&
-                           std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() &&
+    if (file == nullptr) fail(m_path, "cannot be written: its folder takes no files any more");
+    const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file.get()) == bytes.size() &&
                            std::fflush(file.get()) == 0;
     file.reset();
     if (!isWritten) fail(m_path, "cannot be written: is the disk full?");

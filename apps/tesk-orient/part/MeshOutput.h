@@ -34,4 +34,8 @@ class MeshOutput {
     std::filesystem::path m_temporary;
 };
 
+/// Of a file name that a half-written output has (for the time until it is complete, or for good
+/// where the process was killed) the output's own name; empty for any other.
+std::filesystem::path outputOfTemporary(const std::filesystem::path& name);
+
 }  // namespace App

@@ -9,8 +9,8 @@
 
 namespace App {
 
-/// A box around a part, in one reading whatever operation it came from: extents are half-lengths
-/// and the axes are right-handed.
+/// A box around a part. Whichever operation found it, its extents are half-lengths and its axes are
+/// right-handed.
 struct PartBox {
     UVector3<float> center;
     std::array<UVector3<float>, 3> axes;

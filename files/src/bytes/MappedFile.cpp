@@ -1,6 +1,8 @@
 #include "bytes/MappedFile.h"
 
+#include <cerrno>
 #include <limits>
+#include <new>
 #include <system_error>
 
 #if defined(_WIN32)
@@ -88,6 +90,7 @@ const char* mapped(const fs::path& path, std::size_t size) {
     const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (file.get() < 0) throw PartFileError("cannot be opened for reading");
     void* const data = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.get(), 0);
+    if (data == MAP_FAILED && errno == ENOMEM) throw std::bad_alloc();
     if (data == MAP_FAILED) throw PartFileError("could not be read to its end");
     madvise(data, size, MADV_WILLNEED);
     return static_cast<const char*>(data);
