@@ -6,15 +6,15 @@
 #include <regex>
 
 #include "RunProgram.h"
-#include "SampleMeshes.h"
-#include "Shapes.h"
 #include "TeskPartFiles/Plates.h"
-#include "TestRandom.h"
-#include "ZipMaker.h"
 #include "part/MeshEncoding.h"
 #include "part/MeshFile.h"
+#include "shapes/SampleMeshes.h"
+#include "shapes/Shapes.h"
 #include "threemf/PlatePackage.h"
 #include "threemf/RawPackage.h"
+#include "tools/TestRandom.h"
+#include "tools/ZipMaker.h"
 
 namespace {
 
