@@ -58,17 +58,21 @@ PartBox boxOf(BoxOptions options, const TriangleMesh& mesh) {
 
 }  // namespace
 
-void run(const BoxOptions& options) {
+Report boxReport(const BoxOptions& options, const WarningSink& warn) {
     std::optional<MeshOutput> output;
     if (!options.output.empty()) output.emplace(options.output);
     BoxResult result{loadPart(options, Purpose::kBox).part, {}, {}};
-    printWarnings(options, result.part);
+    tell(warn, result.part.warnings);
     result.box = boxOf(options, result.part.mesh);
     result.partVolume = enclosedVolume(result.part.measures, result.part.topology);
     stopIfInterrupted();
     if (output) output->write(meshOf(result.box));
-    printReport(options,
-                options.isJson ? boxReportJson(options, result) : boxReportTable(options, result));
+    if (options.isJson) return {{}, boxReportJson(options, result)};
+    return {boxReportTable(options, result), {}};
+}
+
+void run(const BoxOptions& options) {
+    printReport(options, boxReport(options, warningPrinter(options)));
 }
 
 }  // namespace App

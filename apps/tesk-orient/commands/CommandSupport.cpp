@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <future>
 #include <thread>
 
 #include "Failure.h"
 #include "TeskDebug/Exception.h"
+#include "TeskDebug/StopWatchLog.h"
 #include "TeskMeshData/MeshKernel.h"
 #include "commands/Interrupt.h"
 #include "part/FileBytes.h"
@@ -19,12 +21,20 @@ void stopIfInterrupted() {
 }
 
 CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
+    StopWatchLog log;
     LoadedPart part = readMeshFile(options.part, options.unit);
+    log.logElapse("Part-Read");
     stopIfInterrupted();
+    // Beside making the kernel, as each needs one thread only.
+    const auto beside =
+        std::launch::deferred | (options.threads == 1 ? std::launch::deferred : std::launch::async);
+    std::future<SurfaceMeasures> measures =
+        std::async(beside, [&mesh = part.mesh] { return measure(mesh); });
     MeshKernel kernel(part.mesh.positions, part.mesh.triangles);
     kernel.UpdateTopo(/*rebuild=*/true, MeshKernel::kEdgeCounts);
     part.topology = kernel.topology();
-    part.measures = measure(part.mesh);
+    part.measures = measures.get();
+    log.logElapse("Part-Check");
     for (Warning& warning :
          checkMesh(part.mesh, part.topology, part.measures, part.unit, purpose)) {
         part.warnings.push_back(std::move(warning));
@@ -32,12 +42,16 @@ CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
     return {std::move(part), std::move(kernel)};
 }
 
-void printWarnings(const CommonOptions& options, const LoadedPart& part) {
-    if (options.isQuiet) return;
-    for (const Warning& warning : part.warnings) {
-        fmt::print(stderr, "tesk-orient: warning: {}: {}\n", displayName(options.part),
-                   warning.text);
-    }
+void tell(const WarningSink& warn, const Warnings& warnings) {
+    if (!warn) return;
+    for (const Warning& warning : warnings) warn(warning);
+}
+
+WarningSink warningPrinter(const CommonOptions& options) {
+    if (options.isQuiet) return {};
+    return [name = displayName(options.part)](const Warning& warning) {
+        fmt::print(stderr, "tesk-orient: warning: {}: {}\n", name, warning.text);
+    };
 }
 
 std::function<void(int)> progressOn(ProgressBar& bar, int end) {
@@ -52,8 +66,9 @@ unsigned int threadCountOf(const CommonOptions& options) {
     return std::max(1u, std::thread::hardware_concurrency());
 }
 
-void printReport(const CommonOptions& options, const std::string& report) {
-    if (std::fputs(report.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
+void printReport(const CommonOptions& options, const Report& report) {
+    const std::string text = options.isJson ? textOf(report.json) : report.table;
+    if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0) {
         throw Failure(ExitCode::kOutput, "cannot write to standard output");
     }
     if (!options.output.empty() && !options.isJson) {

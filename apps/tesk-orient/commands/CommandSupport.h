@@ -1,10 +1,9 @@
 #pragma once
 
-#include <filesystem>
 #include <functional>
-#include <string>
 
 #include "commands/ProgressBar.h"
+#include "commands/Report.h"
 #include "options/Options.h"
 #include "part/MeshChecks.h"
 #include "part/MeshFile.h"
@@ -26,8 +25,11 @@ struct CheckedPart {
 /// @param purpose  what the mesh is for
 CheckedPart loadPart(const CommonOptions& options, Purpose purpose);
 
-/// Prints a part's warnings on standard error, unless they are not wanted.
-void printWarnings(const CommonOptions& options, const LoadedPart& part);
+/// Tells all warnings to who wants to hear them.
+void tell(const WarningSink& warn, const Warnings& warnings);
+
+/// Prints warnings about the part on standard error; empty if they are not wanted.
+WarningSink warningPrinter(const CommonOptions& options);
 
 /// A progress callback for the library: shows the bar, and ends the work after Ctrl-C.
 ///
@@ -37,7 +39,8 @@ std::function<void(int)> progressOn(ProgressBar& bar, int end = 100);
 /// The number of threads to use.
 unsigned int threadCountOf(const CommonOptions& options);
 
-/// Prints the report on standard output, and for people what was written where.
-void printReport(const CommonOptions& options, const std::string& report);
+/// Prints the report on standard output, and for people what was written where. Throws Failure with
+/// ExitCode::kOutput.
+void printReport(const CommonOptions& options, const Report& report);
 
 }  // namespace App

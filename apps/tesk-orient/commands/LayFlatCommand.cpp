@@ -25,18 +25,22 @@ UMatrix4<float> layFlat(const LayFlatOptions& options, const TriangleMesh& mesh,
 
 }  // namespace
 
-void run(const LayFlatOptions& options) {
+Report layFlatReport(const LayFlatOptions& options, const WarningSink& warn) {
     std::optional<MeshOutput> output;
     if (!options.output.empty()) output.emplace(options.output);
     CheckedPart checked = loadPart(options, Purpose::kBox);
     LayFlatResult result{std::move(checked.part), {}, {}};
-    printWarnings(options, result.part);
+    tell(warn, result.part.warnings);
     result.matrix = layFlat(options, result.part.mesh, checked.kernel);
     result.placed = moved(result.part.mesh, result.matrix);
     stopIfInterrupted();
     if (output) output->write(result.placed);
-    printReport(options, options.isJson ? layFlatReportJson(options, result)
-                                        : layFlatReportTable(options, result));
+    if (options.isJson) return {{}, layFlatReportJson(options, result)};
+    return {layFlatReportTable(options, result), {}};
+}
+
+void run(const LayFlatOptions& options) {
+    printReport(options, layFlatReport(options, warningPrinter(options)));
 }
 
 }  // namespace App

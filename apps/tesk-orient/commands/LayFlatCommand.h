@@ -1,11 +1,16 @@
 #pragma once
 
+#include "commands/Report.h"
 #include "options/Options.h"
 
 namespace App {
 
-/// Reads the part, lays it flat in its box of least volume, writes it where that is asked for, and
-/// prints the report on standard output. Throws Failure, and Tesk::AbortException after Ctrl-C.
+/// Reads the part, lays it flat in its box of least volume, and writes it where the options ask for
+/// that. Prints nothing but the progress bar. Throws Failure, and Tesk::AbortException after
+/// Ctrl-C.
+Report layFlatReport(const LayFlatOptions& options, const WarningSink& warn = {});
+
+/// The same, with warnings on standard error and the report on standard output.
 void run(const LayFlatOptions& options);
 
 }  // namespace App

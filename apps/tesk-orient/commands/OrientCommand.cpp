@@ -4,6 +4,7 @@
 #include <omp.h>
 
 #include <optional>
+#include <utility>
 
 #include "Failure.h"
 #include "TeskDebug/StopWatchLog.h"
@@ -66,34 +67,46 @@ void logStages() {
     });
 }
 
+Report byWeights(const OrientOptions& options, CheckedPart checked, MeshOutput* output) {
+    OrientResult result{std::move(checked.part), rank(checked.kernel, options), {}};
+    checked.kernel = MeshKernel();
+    if (output != nullptr) {
+        const auto chosen = static_cast<std::size_t>(options.rank - 1);
+        const TriangleMesh& mesh = result.part.mesh;
+        output->write(moved(mesh, poseOf(result.orientations[chosen], mesh, centerOf(mesh),
+                                         options.config.baseHeight)));
+    }
+    if (options.isJson) return {{}, reportJson(options, result)};
+    return {reportTable(options, result), {}};
+}
+
+Report byPoses(const OrientOptions& options, CheckedPart checked, MeshOutput* output) {
+    OrientResult result{std::move(checked.part), {}, findPoses(checked.kernel, options)};
+    refuseWithoutPose(options, result.poses);
+    if (output != nullptr) {
+        const auto chosen = static_cast<std::size_t>(options.rank - 1);
+        const TriangleMesh& mesh = result.part.mesh;
+        output->write(moved(mesh, poseOf(result.poses.poses[chosen].rotation, mesh)));
+    }
+    if (options.isJson) return {{}, posesJson(options, result)};
+    return {posesTable(options, result), {}};
+}
+
 }  // namespace
 
-void run(const OrientOptions& options) {
+Report orientReport(const OrientOptions& options, const WarningSink& warn) {
     std::optional<MeshOutput> output;
     if (!options.output.empty()) output.emplace(options.output);
-    if (options.isVerbose) logStages();
-
     CheckedPart checked = loadPart(options, Purpose::kSupport);
-    OrientResult result{std::move(checked.part), {}, {}};
-    const TriangleMesh& mesh = result.part.mesh;
-    refuseWithoutArea(options, result.part);
-    printWarnings(options, result.part);
-    const auto chosen = static_cast<std::size_t>(options.rank - 1);
-    if (options.goal == Goal::kWeights) {
-        result.orientations = rank(checked.kernel, options);
-        checked.kernel = MeshKernel();
-        if (output) {
-            output->write(moved(mesh, poseOf(result.orientations[chosen], mesh, centerOf(mesh),
-                                             options.config.baseHeight)));
-        }
-        printReport(options,
-                    options.isJson ? reportJson(options, result) : reportTable(options, result));
-        return;
-    }
-    result.poses = findPoses(checked.kernel, options);
-    refuseWithoutPose(options, result.poses);
-    if (output) output->write(moved(mesh, poseOf(result.poses.poses[chosen].rotation, mesh)));
-    printReport(options, options.isJson ? posesJson(options, result) : posesTable(options, result));
+    refuseWithoutArea(options, checked.part);
+    tell(warn, checked.part.warnings);
+    const auto make = options.goal == Goal::kWeights ? byWeights : byPoses;
+    return make(options, std::move(checked), output ? &*output : nullptr);
+}
+
+void run(const OrientOptions& options) {
+    if (options.isVerbose) logStages();
+    printReport(options, orientReport(options, warningPrinter(options)));
 }
 
 }  // namespace App

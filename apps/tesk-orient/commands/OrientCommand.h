@@ -1,11 +1,15 @@
 #pragma once
 
+#include "commands/Report.h"
 #include "options/Options.h"
 
 namespace App {
 
-/// Reads the part, ranks its orientations, writes the turned part where one is asked for, and
-/// prints the report on standard output. Throws Failure, and Tesk::AbortException after Ctrl-C.
+/// Reads the part, ranks its orientations, and writes the turned part where the options ask for it.
+/// Prints nothing but the progress bar. Throws Failure, and Tesk::AbortException after Ctrl-C.
+Report orientReport(const OrientOptions& options, const WarningSink& warn = {});
+
+/// The same, with warnings on standard error and the report on standard output.
 void run(const OrientOptions& options);
 
 }  // namespace App

@@ -111,26 +111,15 @@ std::array<double, 3> sizeOf(const TriangleMesh& mesh) {
             static_cast<double>(box.MaxZ()) - static_cast<double>(box.MinZ())};
 }
 
-std::int64_t countDegenerate(const TriangleMesh& mesh) {
-    std::int64_t count = 0;
-    forEachTriangle(mesh, [&](const auto& a, const auto& b, const auto& c) {
-        count += (b - a) * (c - a) == UVector3<double>() ? 1 : 0;
-    });
-    return count;
-}
-
-double signedVolumeSixfold(const TriangleMesh& mesh) {
-    if (mesh.positions.empty()) return 0.0;
-    const UPoint3<double> origin = widened(mesh.positions.front());
-    double sum = 0.0;
-    forEachTriangle(mesh, [&](const auto& a, const auto& b, const auto& c) {
-        sum += (a - origin) | ((b - origin) * (c - origin));
-    });
-    return sum;
-}
-
 SurfaceMeasures measure(const TriangleMesh& mesh) {
-    return {countDegenerate(mesh), signedVolumeSixfold(mesh)};
+    SurfaceMeasures measures;
+    if (mesh.positions.empty()) return measures;
+    const UPoint3<double> origin = widened(mesh.positions.front());
+    forEachTriangle(mesh, [&](const auto& a, const auto& b, const auto& c) {
+        measures.degenerate += (b - a) * (c - a) == UVector3<double>() ? 1 : 0;
+        measures.volumeSixfold += (a - origin) | ((b - origin) * (c - origin));
+    });
+    return measures;
 }
 
 std::optional<double> enclosedVolume(const SurfaceMeasures& measures,

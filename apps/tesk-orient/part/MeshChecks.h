@@ -13,17 +13,13 @@ namespace App {
 /// x, y and z extent of a mesh.
 std::array<double, 3> sizeOf(const TriangleMesh& mesh);
 
-/// How many triangles have no area: corners that coincide or lie on a line, exactly.
-std::int64_t countDegenerate(const TriangleMesh& mesh);
-
-/// Six times the volume that a closed mesh encloses, negative where its triangles face inward;
-/// measured from the first vertex, in double.
-double signedVolumeSixfold(const TriangleMesh& mesh);
-
 /// Sums over all triangles of a mesh.
 struct SurfaceMeasures {
-    std::int64_t degenerate = 0;  ///< countDegenerate()
-    double volumeSixfold = 0.0;   ///< signedVolumeSixfold()
+    /// How many triangles have no area: corners that coincide or lie on a line, exactly.
+    std::int64_t degenerate = 0;
+    /// Six times the volume that a closed mesh encloses, negative where its triangles face inward;
+    /// measured from the first vertex, in double.
+    double volumeSixfold = 0.0;
 };
 
 SurfaceMeasures measure(const TriangleMesh& mesh);

@@ -4,7 +4,6 @@
 
 #include "poses/Turn.h"
 #include "reports/ReportText.h"
-#include "reports/ReportValues.h"
 
 namespace App {
 
@@ -64,7 +63,7 @@ std::string boxReportTable(const BoxOptions& options, const BoxResult& result) {
            fmt::format("To bring axes 1, 2, 3 to X, Y, Z, {}.\n", textOf(turnIn(box.alignment())));
 }
 
-std::string boxReportJson(const BoxOptions& options, const BoxResult& result) {
+Json boxReportJson(const BoxOptions& options, const BoxResult& result) {
     const PartBox& box = result.box;
     Json axes = Json::array();
     Json sizes = Json::array();
@@ -83,20 +82,18 @@ std::string boxReportJson(const BoxOptions& options, const BoxResult& result) {
     found["fillRatio"] = orNull(result.fillRatio());
     found["turn"] = valueOf(turnIn(box.alignment()));
     found["matrix"] = valueOf(box.alignment());
-    const Json report = {
-        {"schema", "tesk-orient/box/1"},
-        {"input", inputValue(options, result.part)},
-        {"settings", settings},
-        {"conventions",
-         {{"axes", "three unit vectors, orthogonal, right-handed"},
-          {"sizeMm", "full lengths along the axes"},
-          {"halfExtentsMm", "half-lengths along the axes"},
-          {"partVolumeMm3", "null where the mesh is not closed and consistently wound"},
-          {"fillRatio", "partVolumeMm3 / volumeMm3, null where there is none"},
-          {"turn", "brings axes 1, 2, 3 to X, Y, Z; right-handed"},
-          {"matrix", std::string("the same about the box's centre: ") + kMatrixConvention}}},
-        {"box", found}};
-    return textOf(report);
+    return {{"schema", "tesk-orient/box/1"},
+            {"input", inputValue(options, result.part)},
+            {"settings", settings},
+            {"conventions",
+             {{"axes", "three unit vectors, orthogonal, right-handed"},
+              {"sizeMm", "full lengths along the axes"},
+              {"halfExtentsMm", "half-lengths along the axes"},
+              {"partVolumeMm3", "null where the mesh is not closed and consistently wound"},
+              {"fillRatio", "partVolumeMm3 / volumeMm3, null where there is none"},
+              {"turn", "brings axes 1, 2, 3 to X, Y, Z; right-handed"},
+              {"matrix", std::string("the same about the box's centre: ") + kMatrixConvention}}},
+            {"box", found}};
 }
 
 }  // namespace App

@@ -6,6 +6,7 @@
 #include "options/Options.h"
 #include "part/MeshFile.h"
 #include "poses/PartBox.h"
+#include "reports/ReportValues.h"
 
 namespace App {
 
@@ -23,6 +24,6 @@ struct BoxResult {
 std::string boxReportTable(const BoxOptions& options, const BoxResult& result);
 
 /// The same for programs: one JSON object, whose "schema" names its version.
-std::string boxReportJson(const BoxOptions& options, const BoxResult& result);
+Json boxReportJson(const BoxOptions& options, const BoxResult& result);
 
 }  // namespace App

@@ -5,7 +5,6 @@
 #include "part/MeshChecks.h"
 #include "poses/Turn.h"
 #include "reports/ReportText.h"
-#include "reports/ReportValues.h"
 
 namespace App {
 
@@ -32,22 +31,21 @@ std::string layFlatReportTable(const LayFlatOptions& options, const LayFlatResul
     return text + "\n";
 }
 
-std::string layFlatReportJson(const LayFlatOptions& options, const LayFlatResult& result) {
+Json layFlatReportJson(const LayFlatOptions& options, const LayFlatResult& result) {
     const auto before = sizeOf(result.part.mesh);
     const auto after = sizeOf(result.placed);
-    const Json report = {{"schema", "tesk-orient/lay-flat/1"},
-                         {"input", inputValue(options, result.part)},
-                         {"conventions",
-                          {{"matrix", kMatrixConvention},
-                           {"placement",
-                            "longest side of the smallest box along X, shortest along Z, lowest "
-                            "point at z = 0"},
-                           {"turn", "right-handed; the matrix also moves the part"}}},
-                         {"sizeBeforeMm", before},
-                         {"sizeAfterMm", after},
-                         {"turn", valueOf(turnIn(result.matrix))},
-                         {"matrix", valueOf(result.matrix)}};
-    return textOf(report);
+    return {{"schema", "tesk-orient/lay-flat/1"},
+            {"input", inputValue(options, result.part)},
+            {"conventions",
+             {{"matrix", kMatrixConvention},
+              {"placement",
+               "longest side of the smallest box along X, shortest along Z, lowest "
+               "point at z = 0"},
+              {"turn", "right-handed; the matrix also moves the part"}}},
+            {"sizeBeforeMm", before},
+            {"sizeAfterMm", after},
+            {"turn", valueOf(turnIn(result.matrix))},
+            {"matrix", valueOf(result.matrix)}};
 }
 
 }  // namespace App

@@ -5,6 +5,7 @@
 #include "TeskDataBasic/UMatrix4.h"
 #include "options/Options.h"
 #include "part/MeshFile.h"
+#include "reports/ReportValues.h"
 
 namespace App {
 
@@ -19,6 +20,6 @@ struct LayFlatResult {
 std::string layFlatReportTable(const LayFlatOptions& options, const LayFlatResult& result);
 
 /// The same for programs: one JSON object, whose "schema" names its version.
-std::string layFlatReportJson(const LayFlatOptions& options, const LayFlatResult& result);
+Json layFlatReportJson(const LayFlatOptions& options, const LayFlatResult& result);
 
 }  // namespace App

@@ -6,6 +6,7 @@
 #include "OrientOptimizer.h"
 #include "options/Options.h"
 #include "part/MeshFile.h"
+#include "reports/ReportValues.h"
 
 namespace App {
 
@@ -20,11 +21,11 @@ struct OrientResult {
 std::string reportTable(const OrientOptions& options, const OrientResult& result);
 
 /// The same for programs: one JSON object, whose "schema" names its version.
-std::string reportJson(const OrientOptions& options, const OrientResult& result);
+Json reportJson(const OrientOptions& options, const OrientResult& result);
 
 /// The same two of poses, of which there is at least one.
 std::string posesTable(const OrientOptions& options, const OrientResult& result);
-std::string posesJson(const OrientOptions& options, const OrientResult& result);
+Json posesJson(const OrientOptions& options, const OrientResult& result);
 
 /// Why there is no pose, in one line.
 std::string whyNoPose(const OrientOptions& options, const OptimizeOrient::BuildPoses& poses);

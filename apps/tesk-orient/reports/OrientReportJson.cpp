@@ -1,7 +1,6 @@
 #include "poses/Pose.h"
 #include "reports/OrientReport.h"
 #include "reports/ReportText.h"
-#include "reports/ReportValues.h"
 
 namespace App {
 
@@ -39,24 +38,23 @@ Json recordOf(const OrientOptions& options, const TriangleMesh& mesh, const UPoi
 
 }  // namespace
 
-std::string reportJson(const OrientOptions& options, const OrientResult& result) {
+Json reportJson(const OrientOptions& options, const OrientResult& result) {
     Json records = Json::array();
     const UPoint3<float> center = centerOf(result.part.mesh);
     int rank = 0;
     for (const OptOrientation& o : result.orientations) {
         records.push_back(recordOf(options, result.part.mesh, center, o, ++rank));
     }
-    const Json report = {{"schema", "tesk-orient/orient/1"},
-                         {"input", inputValue(options, result.part)},
-                         {"settings", settingsOf(options)},
-                         {"conventions",
-                          {{"matrix", kMatrixConvention},
-                           {"axis", "unit vector, right-handed; zero if no turn is needed"},
-                           {"up", "the direction of the part that the orientation turns to +Z"},
-                           {"score", "lower is better"}}},
-                         {"chosenRank", options.rank},
-                         {"orientations", records}};
-    return textOf(report);
+    return {{"schema", "tesk-orient/orient/1"},
+            {"input", inputValue(options, result.part)},
+            {"settings", settingsOf(options)},
+            {"conventions",
+             {{"matrix", kMatrixConvention},
+              {"axis", "unit vector, right-handed; zero if no turn is needed"},
+              {"up", "the direction of the part that the orientation turns to +Z"},
+              {"score", "lower is better"}}},
+            {"chosenRank", options.rank},
+            {"orientations", records}};
 }
 
 }  // namespace App

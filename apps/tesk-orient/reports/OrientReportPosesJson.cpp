@@ -2,7 +2,6 @@
 #include "poses/Turn.h"
 #include "reports/OrientReport.h"
 #include "reports/ReportText.h"
-#include "reports/ReportValues.h"
 
 namespace App {
 
@@ -58,7 +57,7 @@ Json poseValue(const TriangleMesh& mesh, const BuildPose& pose) {
 
 }  // namespace
 
-std::string posesJson(const OrientOptions& options, const OrientResult& result) {
+Json posesJson(const OrientOptions& options, const OrientResult& result) {
     const BuildPoses& found = result.poses;
     Json poses = Json::array();
     int rank = 0;
@@ -67,25 +66,23 @@ std::string posesJson(const OrientOptions& options, const OrientResult& result) 
         value.update(poseValue(result.part.mesh, pose));
         poses.push_back(value);
     }
-    const Json report = {
-        {"schema", "tesk-orient/orient/2"},
-        {"input", inputValue(options, result.part)},
-        {"settings", settingsOf(options)},
-        {"conventions",
-         {{"matrix", kMatrixConvention},
-          {"up", "the direction of the part that the pose turns to +Z"},
-          {"cost", "mm of filament; lower is better"},
-          {"supportFilamentMm", "what the support is predicted to take, filament of 1.75 mm"}}},
-        {"chosenRank", options.rank},
-        {"noneStands", found.noneStands},
-        {"passedOver",
-         {{"keptOff", found.passedOver.keptOff},
-          {"tooLarge", found.passedOver.tooLarge},
-          {"littleContact", found.passedOver.littleContact},
-          {"cannotStand", found.passedOver.cannotStand}}},
-        {"asItLies", poseValue(result.part.mesh, found.asItLies)},
-        {"poses", poses}};
-    return textOf(report);
+    return {{"schema", "tesk-orient/orient/2"},
+            {"input", inputValue(options, result.part)},
+            {"settings", settingsOf(options)},
+            {"conventions",
+             {{"matrix", kMatrixConvention},
+              {"up", "the direction of the part that the pose turns to +Z"},
+              {"cost", "mm of filament; lower is better"},
+              {"supportFilamentMm", "what the support is predicted to take, filament of 1.75 mm"}}},
+            {"chosenRank", options.rank},
+            {"noneStands", found.noneStands},
+            {"passedOver",
+             {{"keptOff", found.passedOver.keptOff},
+              {"tooLarge", found.passedOver.tooLarge},
+              {"littleContact", found.passedOver.littleContact},
+              {"cannotStand", found.passedOver.cannotStand}}},
+            {"asItLies", poseValue(result.part.mesh, found.asItLies)},
+            {"poses", poses}};
 }
 
 }  // namespace App

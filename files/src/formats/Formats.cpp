@@ -46,12 +46,12 @@ bool fitsObj(std::string_view start) {
 }
 
 constexpr std::array<Format, 5> kFormats = {{
-    {PartFormat::kStl, "STL", ".stl", fitsStl, readStl, encodeStl, /*weldsItself=*/true},
-    {PartFormat::kObj, "OBJ", ".obj", fitsObj, readObj, encodeObj, /*weldsItself=*/false},
-    {PartFormat::kPly, "PLY", ".ply", fitsPly, readPly, encodePly, /*weldsItself=*/false},
-    {PartFormat::kOff, "OFF", ".off", fitsOff, readOff, encodeOff, /*weldsItself=*/false},
+    {PartFormat::kStl, "STL", ".stl", fitsStl, readStl, encodeStl, /*weldsItself=*/true, nullptr},
+    {PartFormat::kObj, "OBJ", ".obj", fitsObj, readObj, encodeObj, /*weldsItself=*/false, nullptr},
+    {PartFormat::kPly, "PLY", ".ply", fitsPly, readPly, encodePly, /*weldsItself=*/false, nullptr},
+    {PartFormat::kOff, "OFF", ".off", fitsOff, readOff, encodeOff, /*weldsItself=*/false, nullptr},
     {PartFormat::kThreeMf, "3MF", ".3mf", fitsThreeMf, readThreeMf, encodeThreeMf,
-     /*weldsItself=*/false},
+     /*weldsItself=*/false, readThreeMfPlate},
 }};
 
 }  // namespace

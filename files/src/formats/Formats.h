@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "TeskPartFiles/PartFiles.h"
+#include "TeskPartFiles/Plates.h"
 #include "mesh/Progress.h"
 
 namespace Tesk::files {
@@ -19,6 +19,8 @@ struct Format {
     std::string (*encode)(const PartMesh& mesh);
     /// Whether read() has merged equal vertices where the options ask for it.
     bool weldsItself;
+    /// Null where a file is always one object. Does not weld.
+    Plate (*readPlate)(std::string_view bytes, const ReadOptions& options, Progress& progress);
 };
 
 std::span<const Format> allFormats();

@@ -1,17 +1,14 @@
 #include "TeskPartFiles/PartFiles.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <random>
 #include <system_error>
 #include <utility>
 
-#include "bytes/MappedFile.h"
 #include "formats/Formats.h"
-#include "mesh/FaceCollector.h"
+#include "formats/NamedFile.h"
 #include "mesh/Welding.h"
-#include "text/Keyword.h"
 #include "text/Message.h"
 
 namespace Tesk {
@@ -27,24 +24,6 @@ std::string whole(const std::string& file, const std::string& trouble, std::size
     text += trouble;
     if (offset) text += files::message(" (at byte ", *offset, ")");
     return text;
-}
-
-std::string extensionOf(const fs::path& path) {
-    std::string extension = files::displayName(path.extension());
-    std::transform(extension.begin(), extension.end(), extension.begin(), files::lowered);
-    return extension;
-}
-
-PartFormat expectFormat(const fs::path& path) {
-    if (const auto format = formatOf(path)) return *format;
-    std::string supported;
-    for (const files::Format& row : files::allFormats()) {
-        supported += files::message(supported.empty() ? "" : ", ", row.extension);
-    }
-    const std::string extension = extensionOf(path);
-    throw PartFileError(files::message("unknown file type ",
-                                       extension.empty() ? "(no extension)" : extension,
-                                       "; supported: ", supported));
 }
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
@@ -89,11 +68,6 @@ class TemporaryFile {
     bool m_isMoved = false;
 };
 
-/// The error again, with the file's name.
-[[noreturn]] void rethrow(const PartFileError& error, const fs::path& path) {
-    throw PartFileError(error.trouble(), error.line(), error.offset(), files::displayName(path));
-}
-
 }  // namespace
 
 PartFileError::PartFileError(std::string trouble, std::size_t line,
@@ -113,7 +87,7 @@ const char* nameOf(PartFormat format) {
 }
 
 std::optional<PartFormat> formatOf(const fs::path& path) {
-    const std::string extension = extensionOf(path);
+    const std::string extension = files::extensionOf(path);
     for (const files::Format& row : files::allFormats()) {
         if (row.extension == extension) return row.format;
     }
@@ -128,7 +102,7 @@ std::optional<PartFormat> formatOf(std::string_view bytes) {
 }
 
 PartFile readPart(std::string_view bytes, PartFormat format, const ReadOptions& options) {
-    if (bytes.empty()) throw PartFileError("the file is empty (0 bytes)");
+    files::refuseEmpty(bytes);
     const files::Format& row = files::rowOf(format);
     files::Progress progress(options.progress);
     PartFile part = row.read(bytes, options, progress);
@@ -141,12 +115,9 @@ PartFile readPart(std::string_view bytes, PartFormat format, const ReadOptions& 
 }
 
 PartFile readPart(const fs::path& path, const ReadOptions& options) {
-    try {
-        const files::MappedFile file(path);
-        return readPart(file.bytes(), expectFormat(path), options);
-    } catch (const PartFileError& error) {
-        rethrow(error, path);
-    }
+    return files::withFile(path, [&](std::string_view bytes, PartFormat format) {
+        return readPart(bytes, format, options);
+    });
 }
 
 PartMesh weld(PartMesh mesh, unsigned threads) {
@@ -162,7 +133,7 @@ std::string encodePart(const PartMesh& mesh, PartFormat format) {
 
 void writePart(const fs::path& path, const PartMesh& mesh) {
     try {
-        const std::string bytes = encodePart(mesh, expectFormat(path));
+        const std::string bytes = encodePart(mesh, files::expectFormat(path));
         TemporaryFile temporary(path);
         if (!temporary.write(bytes)) {
             throw PartFileError("cannot be written: no permission, or the disk is full");
@@ -171,7 +142,7 @@ void writePart(const fs::path& path, const PartMesh& mesh) {
             throw PartFileError("cannot be written: " + error.message());
         }
     } catch (const PartFileError& error) {
-        rethrow(error, path);
+        files::rethrow(error, path);
     }
 }
 

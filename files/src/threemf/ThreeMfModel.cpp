@@ -60,7 +60,7 @@ class ModelReader {
         } else if (name == "component") {
             object().components.push_back(placement(element));
         } else if (name == "item") {
-            m_model.items.push_back(placement(element));
+            addItem(element);
         }
     }
 
@@ -76,6 +76,8 @@ class ModelReader {
         m_object = &m_model.objects[id];
         m_objectId = id;
         const auto type = element.attribute("type");
+        m_object->name = std::string(element.attribute("name").value_or(""));
+        m_object->partNumber = std::string(element.attribute("partnumber").value_or(""));
         m_object->isAuxiliary = type == "support" || type == "other";
     }
 
@@ -111,6 +113,19 @@ class ModelReader {
         }
         if (++m_triangles > m_maxTriangles) throw tooManyTriangles(m_maxTriangles);
         object().triangles.push_back(corners);
+    }
+
+    void addItem(const XmlElement& element) {
+        m_model.items.push_back(
+            {.placement = placement(element),
+             .partNumber = std::string(element.attribute("partnumber").value_or("")),
+             .isPrintable = isPrintable(element),
+             .place = m_model.items.size()});
+    }
+
+    static bool isPrintable(const XmlElement& element) {
+        const auto mark = element.attribute("printable");
+        return mark != "0" && mark != "false";
     }
 
     ThreeMfPlacement placement(const XmlElement& element) const {
@@ -183,35 +198,6 @@ class ModelReader {
 };
 
 }  // namespace
-
-ThreeMfPoint ThreeMfTransform::apply(const ThreeMfPoint& p) const {
-    return {p.x * m[0] + p.y * m[3] + p.z * m[6] + m[9],
-            p.x * m[1] + p.y * m[4] + p.z * m[7] + m[10],
-            p.x * m[2] + p.y * m[5] + p.z * m[8] + m[11]};
-}
-
-ThreeMfTransform ThreeMfTransform::then(const ThreeMfTransform& next) const {
-    ThreeMfTransform both;
-    for (std::size_t row = 0; row < 4; ++row) {
-        for (std::size_t col = 0; col < 3; ++col) {
-            double sum = row == 3 ? next.m[9 + col] : 0.0;
-            for (std::size_t k = 0; k < 3; ++k) sum += m[row * 3 + k] * next.m[k * 3 + col];
-            both.m[row * 3 + col] = sum;
-        }
-    }
-    return both;
-}
-
-ThreeMfTransform ThreeMfTransform::ofScaled(double factor) const {
-    ThreeMfTransform scaled = *this;
-    for (std::size_t k = 0; k < 9; ++k) scaled.m[k] *= factor;
-    return scaled;
-}
-
-double ThreeMfTransform::determinant() const {
-    return m[0] * (m[4] * m[8] - m[5] * m[7]) - m[1] * (m[3] * m[8] - m[5] * m[6]) +
-           m[2] * (m[3] * m[7] - m[4] * m[6]);
-}
 
 ThreeMfModel readThreeMfModel(ZipReader& zip, const std::string& path, std::size_t maxTriangles,
                               Progress& progress) {

@@ -6,12 +6,25 @@
 
 namespace Tesk::files {
 
-PartFile readThreeMf(std::string_view bytes, const ReadOptions& options, Progress& progress) {
+namespace {
+
+template <class Result>
+Result readAs(std::string_view bytes, const ReadOptions& options, Progress& progress) {
     ZipReader zip(bytes);
-    PartFile file;
-    const std::string root = rootModelPart(zip, file.warnings);
-    ThreeMfAssembly(zip, options, progress).build(root, file);
-    return file;
+    Result result;
+    const std::string root = rootModelPart(zip, result.warnings);
+    ThreeMfAssembly(zip, options, progress).build(root, result);
+    return result;
+}
+
+}  // namespace
+
+PartFile readThreeMf(std::string_view bytes, const ReadOptions& options, Progress& progress) {
+    return readAs<PartFile>(bytes, options, progress);
+}
+
+Plate readThreeMfPlate(std::string_view bytes, const ReadOptions& options, Progress& progress) {
+    return readAs<Plate>(bytes, options, progress);
 }
 
 }  // namespace Tesk::files

@@ -3,6 +3,7 @@
 #include <expat.h>
 
 #include <exception>
+#include <limits>
 
 #include "TeskPartFiles/PartFiles.h"
 #include "text/Message.h"
@@ -53,6 +54,7 @@ struct XmlReader::Parser {
     // Not expat's own namespaces: it refuses prefixes that are not declared.
     XML_Parser expat = XML_ParserCreate(nullptr);
     XmlNamespaces spaces;
+    std::size_t fed = 0;        ///< bytes, as far as they were passed to the parser
     std::exception_ptr thrown;  ///< by a handler; carried around the parser's own frames
 
     ~Parser() { XML_ParserFree(expat); }
@@ -75,6 +77,7 @@ struct XmlReader::Parser {
     }
 
     void parse(std::string_view piece, bool isLast) {
+        fed += piece.size();
         const XML_Status status =
             XML_Parse(expat, piece.data(), static_cast<int>(piece.size()), isLast);
         if (thrown != nullptr) std::rethrow_exception(thrown);
@@ -125,6 +128,13 @@ void XmlReader::feed(std::string_view piece) {
 
 void XmlReader::finish() {
     m_parser->parse({}, true);
+}
+
+XmlTag XmlReader::tag() const {
+    constexpr auto kMost = static_cast<std::size_t>(std::numeric_limits<XML_Index>::max());
+    if (m_parser->fed > kMost) throw PartFileError("is too big to be changed");
+    const auto offset = static_cast<std::size_t>(XML_GetCurrentByteIndex(m_parser->expat));
+    return {offset, static_cast<std::size_t>(XML_GetCurrentByteCount(m_parser->expat))};
 }
 
 }  // namespace Tesk::files

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -46,6 +47,12 @@ class XmlElement {
     const XmlNamespaces& m_spaces;
 };
 
+/// The place of a tag in a document, from its '<' to after its '>'.
+struct XmlTag {
+    std::size_t offset = 0;
+    std::size_t size = 0;
+};
+
 /// Reads an XML document piece by piece and calls back for each element.
 class XmlReader {
  public:
@@ -64,6 +71,10 @@ class XmlReader {
     /// declaration, and for what a handler throws.
     void feed(std::string_view piece);
     void finish();
+
+    /// Inside a start handler: where the element's tag is, in bytes of the document as it was fed.
+    /// Throws PartFileError for documents so large that the parser cannot tell: 2 GiB on Windows.
+    XmlTag tag() const;
 
  private:
     struct Parser;

@@ -207,6 +207,12 @@ std::optional<std::string> ZipReader::find(std::string_view name) const {
     return found->second.name;
 }
 
+std::optional<std::size_t> ZipReader::indexOf(std::string_view name) const {
+    const auto found = m_archive->entries.find(folded(name));
+    if (found == m_archive->entries.end()) return std::nullopt;
+    return static_cast<std::size_t>(found->second.index);
+}
+
 void ZipReader::read(std::string_view name, const std::function<void(std::string_view)>& sink) {
     const Archive::Entry& entry = m_archive->entry(name);
     const OpenFile file = m_archive->openFile(entry);
