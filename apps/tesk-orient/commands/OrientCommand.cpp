@@ -10,7 +10,9 @@
 #include "TeskDebug/StopWatchLog.h"
 #include "commands/CommandSupport.h"
 #include "commands/ProgressBar.h"
+#include "page/OrientPage.h"
 #include "part/FileBytes.h"
+#include "part/FileOutput.h"
 #include "part/MeshChecks.h"
 #include "part/MeshOutput.h"
 #include "poses/Pose.h"
@@ -67,27 +69,39 @@ void logStages() {
     });
 }
 
-Report byWeights(const OrientOptions& options, CheckedPart checked, MeshOutput* output) {
+/// The files that a run is to write, each checked before the work.
+struct Outputs {
+    explicit Outputs(const OrientOptions& options) {
+        if (!options.page.empty()) page.emplace(options.page);
+        if (!options.output.empty()) mesh.emplace(options.output);
+    }
+
+    std::optional<FileOutput> page;
+    std::optional<MeshOutput> mesh;  ///< last: its temporary file is the one that Ctrl-C removes
+};
+
+Report byWeights(const OrientOptions& options, CheckedPart checked, Outputs& outputs) {
     OrientResult result{std::move(checked.part), rank(checked.kernel, options), {}};
     checked.kernel = MeshKernel();
-    if (output != nullptr) {
+    if (outputs.mesh) {
         const auto chosen = static_cast<std::size_t>(options.rank - 1);
         const TriangleMesh& mesh = result.part.mesh;
-        output->write(moved(mesh, poseOf(result.orientations[chosen], mesh, centerOf(mesh),
+        outputs.mesh->write(moved(mesh, poseOf(result.orientations[chosen], mesh, centerOf(mesh),
                                          options.config.baseHeight)));
     }
     if (options.isJson) return {{}, reportJson(options, result)};
     return {reportTable(options, result), {}};
 }
 
-Report byPoses(const OrientOptions& options, CheckedPart checked, MeshOutput* output) {
+Report byPoses(const OrientOptions& options, CheckedPart checked, Outputs& outputs) {
     OrientResult result{std::move(checked.part), {}, findPoses(checked.kernel, options)};
     refuseWithoutPose(options, result.poses);
-    if (output != nullptr) {
+    if (outputs.mesh) {
         const auto chosen = static_cast<std::size_t>(options.rank - 1);
         const TriangleMesh& mesh = result.part.mesh;
-        output->write(moved(mesh, poseOf(result.poses.poses[chosen].rotation, mesh)));
+        outputs.mesh->write(moved(mesh, poseOf(result.poses.poses[chosen].rotation, mesh)));
     }
+    if (outputs.page) outputs.page->write(posesPage(options, result));
     if (options.isJson) return {{}, posesJson(options, result)};
     return {posesTable(options, result), {}};
 }
@@ -95,13 +109,12 @@ Report byPoses(const OrientOptions& options, CheckedPart checked, MeshOutput* ou
 }  // namespace
 
 Report orientReport(const OrientOptions& options, const WarningSink& warn) {
-    std::optional<MeshOutput> output;
-    if (!options.output.empty()) output.emplace(options.output);
+    Outputs outputs(options);
     CheckedPart checked = loadPart(options, Purpose::kSupport);
     refuseWithoutArea(options, checked.part);
     tell(warn, checked.part.warnings);
     const auto make = options.goal == Goal::kWeights ? byWeights : byPoses;
-    return make(options, std::move(checked), output ? &*output : nullptr);
+    return make(options, std::move(checked), outputs);
 }
 
 void run(const OrientOptions& options) {

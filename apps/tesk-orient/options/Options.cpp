@@ -106,6 +106,7 @@ struct PoseTexts {
     std::optional<float> overhangAngle;
     std::string fits;
     std::vector<std::string> keepOff;
+    std::string page;
 };
 
 constexpr Goal kGoals[] = {Goal::kBalanced, Goal::kLeastSupport, Goal::kWeights};
@@ -134,6 +135,8 @@ void addPoses(CLI::App& orient, PoseTexts& texts) {
     orient.add_option("--keep-off", texts.keepOff,
                       "Never set the face that looks along x,y,z down on the plate or on support, "
                       "nor what lies within :angle degrees of it [the overhang angle]");
+    orient.add_option("--report", texts.page,
+                      "Write a page that shows the poses in 3D, for any browser: .html");
 }
 
 void addOrient(CLI::App& orient, OrientOptions& options) {
@@ -208,6 +211,10 @@ void take(const CLI::App& orient, const PoseTexts& texts, OrientOptions& options
     if (options.goal == Goal::kWeights && (!texts.fits.empty() || !texts.keepOff.empty())) {
         refuse("--fits and --keep-off do not go with --goal weights");
     }
+    if (options.goal == Goal::kWeights && !texts.page.empty()) {
+        refuse("--report does not go with --goal weights");
+    }
+    options.page = pathOf(texts.page);
     OptimizeOrient::PoseGoal& goal = options.poseGoal;
     if (options.goal == Goal::kLeastSupport) goal = OptimizeOrient::PoseGoal::leastSupport();
     if (texts.overhangAngle) {

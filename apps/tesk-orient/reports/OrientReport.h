@@ -27,6 +27,9 @@ Json reportJson(const OrientOptions& options, const OrientResult& result);
 std::string posesTable(const OrientOptions& options, const OrientResult& result);
 Json posesJson(const OrientOptions& options, const OrientResult& result);
 
+/// Why the chosen pose, in one sentence.
+std::string reasonFor(const OrientOptions& options, const OptimizeOrient::BuildPoses& poses);
+
 /// Why there is no pose, in one line.
 std::string whyNoPose(const OrientOptions& options, const OptimizeOrient::BuildPoses& poses);
 
