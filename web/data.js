@@ -106,7 +106,8 @@ function gramsOf(lengthMm, filament) {
  */
 function numberText(value, places = 0) {
   const rounded = Number(value.toFixed(places)) + 0;
-  return rounded.toLocaleString("en-GB", { minimumFractionDigits: places, maximumFractionDigits: places });
+  const text = rounded.toLocaleString("en-GB", { minimumFractionDigits: places, maximumFractionDigits: places });
+  return text.replace("-", "−");
 }
 
 /**

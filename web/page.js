@@ -11,7 +11,7 @@ function sizeText(pose) {
  */
 function supportText(pose, filament) {
   const length = pose.supportFilamentMm;
-  return length < 0.5 ? "no support" : "about " + gramsText(gramsOf(length, filament)) + " of support";
+  return length < 0.5 ? "no support" : gramsText(gramsOf(length, filament)) + " support";
 }
 
 /**
@@ -23,10 +23,9 @@ function supportText(pose, filament) {
  * @param {PageData["filament"]} filament
  */
 function fillFigures(list, pose, lies, filament) {
-  const support = (/** @type {Pose} */ p) =>
-    `${numberText(p.supportFilamentMm)} mm · ${gramsText(gramsOf(p.supportFilamentMm, filament))}`;
   const figures = [
-    ["Support filament, about", support],
+    ["Support filament, about", (/** @type {Pose} */ p) => numberText(p.supportFilamentMm) + " mm"],
+    ["Support mass, about", (/** @type {Pose} */ p) => gramsText(gramsOf(p.supportFilamentMm, filament))],
     ["Height", (/** @type {Pose} */ p) => numberText(p.heightMm, 1) + " mm"],
     ["Contact with the plate", (/** @type {Pose} */ p) => numberText(p.contactAreaMm2) + " mm²"],
     ["Stands by itself", (/** @type {Pose} */ p) => (p.stands ? "yes" : "no")],
@@ -86,9 +85,11 @@ function fillFooter(page) {
   add("Cost of overhang", `${numberText(settings.overhangAreaCost, 3)} mm per mm²`);
   add("Cost of height", `${numberText(settings.heightCost, 2)} mm per mm`);
   const room = settings.buildVolumeMm || [0, 0, 0];
-  if (Math.max(...room) > 0) add("Build volume", room.map((/** @type {number} */ v) => numberText(v)).join(" × ") + " mm");
+  const texts = (/** @type {number[]} */ values, /** @type {number} */ places) =>
+    values.map((value) => numberText(value, places));
+  if (Math.max(...room) > 0) add("Build volume", texts(room, 0).join(" × ") + " mm");
   for (const rule of settings.keepOff || []) {
-    add("Kept off the plate", `(${rule.direction.map((/** @type {number} */ v) => numberText(v, 2)).join(", ")}) within ${numberText(rule.angleDeg)}°`);
+    add("Kept off the plate", `(${texts(rule.direction, 2).join(", ")}) within ${numberText(rule.angleDeg)}°`);
   }
   const triangles = page.objects.reduce((sum, part) => sum + part.mesh.sourceTriangles, 0);
   add("Mesh", `${numberText(triangles)} triangles`);
@@ -96,7 +97,8 @@ function fillFooter(page) {
   const { material, diameterMm, densityGPerCm3 } = page.filament;
   /** @type {HTMLElement} */ (document.getElementById("method")).textContent =
     `Lengths are in mm. Support filament is a prediction, for filament of ${diameterMm} mm; its mass is that of ` +
-    `${material} at ${densityGPerCm3} g/cm³. A pose's cost is in mm of filament: support, overhanging surface and height together. ` +
+    `${material} at ${densityGPerCm3} g/cm³. A pose's cost is in mm of filament: support, overhanging surface and ` +
+    "height together. " +
     "Strength across layers and the look of surfaces are not judged.";
 }
 
@@ -125,7 +127,7 @@ function fillSections(page) {
     main.append(root);
     const item = element("li", {});
     item.append(element("a", { href: "#" + root.id }, data.name || "Part " + (i + 1)));
-    find(contents, "ul").append(item);
+    inside(contents, "ul").append(item);
     return new Section(data, page, root, drawing);
   });
 }

@@ -86,7 +86,8 @@ class View {
     const shared = {
       below: { value: this.target.texture }, belowView: { value: new THREE.Matrix4() }, belowRange: { value: 1 },
     };
-    this.partUniforms = { ...shared, texel: { value: 1 }, cosine: { value: 0.5 }, light: { value: new THREE.Vector3() } };
+    const light = { value: new THREE.Vector3() };
+    this.partUniforms = { ...shared, texel: { value: 1 }, cosine: { value: 0.5 }, light };
     this.plateUniforms = { ...shared, mmPerPixel: { value: 1 } };
     this.scene = new THREE.Scene();
     this.depthScene = new THREE.Scene();
@@ -110,7 +111,9 @@ class View {
     }));
     this.plate = new THREE.Mesh(new THREE.PlaneBufferGeometry(1, 1), new THREE.ShaderMaterial({
       vertexShader: PLATE_VERTEX, fragmentShader: PLATE_FRAGMENT, uniforms: this.plateUniforms,
-      side: THREE.DoubleSide, transparent: true, depthWrite: false, extensions: { derivatives: true }, ...cover,
+      side: THREE.DoubleSide, transparent: true, depthWrite: false, extensions: { derivatives: true },
+      // Behind what stands on it, also seen from below.
+      polygonOffset: true, polygonOffsetFactor: 4, polygonOffsetUnits: 16,
     }));
     this.columns.renderOrder = 1;
     this.columns.visible = false;

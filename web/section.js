@@ -18,8 +18,13 @@ function element(tag, attributes, text) {
  * @param {string} selector
  * @returns {any}
  */
-function find(root, selector) {
+function inside(root, selector) {
   return root.querySelector(selector);
+}
+
+/** @param {string} text @returns {string} */
+function capitalized(text) {
+  return text.charAt(0).toUpperCase() + text.slice(1) + (text.endsWith(".") ? "" : ".");
 }
 
 /** Work for when the browser has time, one piece at a time, so that the page opens at once. */
@@ -64,7 +69,7 @@ class Section {
     /** @type {Map<Pose, Map<any, any>>} */
     this.hits = new Map();
     this.fillText();
-    this.rows = fillTable(find(root, "table"), [...data.poses, data.asItLies], columnsOf(page.filament),
+    this.rows = fillTable(inside(root, "table"), [...data.poses, data.asItLies], columnsOf(page.filament),
       (pose) => this.pick(pose));
     this.fillCards();
     this.setControls();
@@ -75,27 +80,27 @@ class Section {
   fillText() {
     const { data, root } = this;
     const name = [data.name, data.partNumber, data.copies > 1 ? data.copies + " pieces" : ""].filter(Boolean);
-    find(root, ".name").textContent = name.join(" · ");
-    find(root, ".name").hidden = this.page.objects.length === 1;
-    find(root, ".reason").textContent = data.reason;
-    const list = find(root, ".warnings");
-    for (const warning of data.input.warnings) list.append(element("li", {}, warning.text));
+    inside(root, ".name").textContent = name.join(" · ");
+    inside(root, ".name").hidden = this.page.objects.length === 1;
+    inside(root, ".reason").textContent = data.reason;
+    const list = inside(root, ".warnings");
+    for (const warning of data.input.warnings) list.append(element("li", {}, capitalized(warning.text)));
     list.hidden = data.input.warnings.length === 0;
-    find(root, "caption").textContent =
+    inside(root, "caption span").textContent =
       "Measured at an overhang angle of " + numberText(this.page.settings.overhangAngleDeg) +
       "°. A column's heading sorts by it; a pose's name shows it above.";
-    find(root, ".table").setAttribute("aria-label", "Table of poses" + (data.name ? ", " + data.name : ""));
+    inside(root, ".table").setAttribute("aria-label", "Table of poses" + (data.name ? ", " + data.name : ""));
     const { triangles, sourceTriangles, deviationMm } = data.mesh;
-    find(root, ".simplified").hidden = triangles === sourceTriangles;
-    find(root, ".simplified").textContent =
+    inside(root, ".simplified").hidden = triangles === sourceTriangles;
+    inside(root, ".simplified").textContent =
       `The pictures show ${numberText(triangles)} of the part's ${numberText(sourceTriangles)} triangles, ` +
       `its surface moved by about ${numberText(deviationMm, 3)} mm. The figures are those of the full part.`;
-    find(root, ".passed").textContent = passedText(data.passedOver);
-    find(root, ".passed").hidden = !find(root, ".passed").textContent;
+    inside(root, ".passed").textContent = passedText(data.passedOver);
+    inside(root, ".passed").hidden = !inside(root, ".passed").textContent;
   }
 
   fillCards() {
-    const list = find(this.root, ".cards");
+    const list = inside(this.root, ".cards");
     for (const pose of [...this.data.poses, this.data.asItLies]) {
       const button = element("button", { type: "button", "aria-pressed": "false" });
       const canvas = element("canvas", { "aria-hidden": "true" });
@@ -116,15 +121,15 @@ class Section {
   }
 
   setControls() {
-    const slider = find(this.root, "input[type=range]");
+    const slider = inside(this.root, "input[type=range]");
     slider.id = "angle-" + this.page.objects.indexOf(this.data);
-    find(this.root, ".angle label").htmlFor = slider.id;
+    inside(this.root, ".angle label").htmlFor = slider.id;
     slider.value = String(this.angleDeg);
     slider.addEventListener("input", () => {
       this.angleDeg = Number(slider.value);
       this.showAngle();
     });
-    find(this.root, ".columns").addEventListener("change", () => this.showAngle());
+    inside(this.root, ".columns").addEventListener("change", () => this.showAngle());
     for (const button of this.root.querySelectorAll("[data-view]")) {
       button.addEventListener("click", () => {
         const view = /** @type {keyof typeof VIEWS} */ (button.getAttribute("data-view"));
@@ -138,13 +143,13 @@ class Section {
   setPictures() {
     this.fitPitch = this.orbit.pitch;
     this.isWaiting = false;
-    find(this.root, ".stage").hidden = !this.drawing;
-    find(this.root, ".controls").hidden = !this.drawing;
+    inside(this.root, ".stage").hidden = !this.drawing;
+    inside(this.root, ".controls").hidden = !this.drawing;
     if (!this.drawing) return;
     const { painter } = this.drawing;
     this.part = partOf(this.data.mesh);
     this.plateSize = plateSizeOf([...this.data.poses, this.data.asItLies], this.page.settings);
-    this.canvases = [find(this.root, ".chosen canvas"), find(this.root, ".lies canvas")];
+    this.canvases = [inside(this.root, ".chosen canvas"), inside(this.root, ".lies canvas")];
     this.views = this.canvases.map(() => new View(painter));
     this.views[1].show(this.part, this.data.asItLies, this.plateSize);
     const observer = new ResizeObserver(() => this.redraw());
@@ -156,19 +161,25 @@ class Section {
   }
 
   drawCards() {
-    if (!this.drawing) return;
-    const { thumb, queue } = this.drawing;
-    const part = /** @type {Part} */ (this.part), plate = /** @type {number[]} */ (this.plateSize);
     for (const [pose, button] of this.cards) {
-      queue.add(() => {
-        const canvas = /** @type {HTMLCanvasElement} */ (button.querySelector("canvas"));
-        canvas.width = 320;
-        canvas.height = 240;
-        thumb.show(part, pose, plate);
-        const orbit = newOrbit();
-        thumb.draw(canvas, orbit, thumb.fit(canvas.width, canvas.height, orbit.pitch), this.page.settings.overhangAngleDeg);
-      });
+      if (this.drawing) this.drawing.queue.add(() => this.drawCard(pose, button));
     }
+  }
+
+  /**
+   * @param {Pose} pose
+   * @param {HTMLElement} button
+   */
+  drawCard(pose, button) {
+    if (!this.drawing) return;
+    const { thumb } = this.drawing;
+    const canvas = /** @type {HTMLCanvasElement} */ (button.querySelector("canvas"));
+    canvas.width = 320;
+    canvas.height = 240;
+    thumb.show(/** @type {Part} */ (this.part), pose, /** @type {number[]} */ (this.plateSize));
+    const orbit = newOrbit();
+    const scale = thumb.fit(canvas.width, canvas.height, orbit.pitch);
+    thumb.draw(canvas, orbit, scale, this.page.settings.overhangAngleDeg);
   }
 
   /** @param {Pose} pose */
@@ -188,12 +199,12 @@ class Section {
       else row.removeAttribute("aria-current");
     }
     const chosen = pose.rank !== undefined && pose.rank === data.chosenRank;
-    find(root, ".chosen .label").textContent = poseName(pose) + (chosen ? ", chosen" : "");
-    find(root, ".chosen .sub").textContent = sizeText(pose);
-    find(root, ".lies .sub").textContent = sizeText(data.asItLies);
-    fillFigures(find(root, ".figures"), pose, data.asItLies, this.page.filament);
+    inside(root, ".chosen .label").textContent = poseName(pose) + (chosen ? ", chosen" : "");
+    inside(root, ".chosen .sub").textContent = sizeText(pose);
+    inside(root, ".lies .sub").textContent = sizeText(data.asItLies);
+    fillFigures(inside(root, ".figures"), pose, data.asItLies, this.page.filament);
     if (!this.drawing || !this.views) return;
-    this.views[0].show(this.part, pose, this.plateSize);
+    this.views[0].show(/** @type {Part} */ (this.part), pose, /** @type {number[]} */ (this.plateSize));
     const names = [poseName(pose), "As it lies in its file"];
     names.forEach((name, i) => {
       const canvas = /** @type {HTMLCanvasElement[]} */ (this.canvases)[i];
@@ -205,16 +216,16 @@ class Section {
   /** Shows overhangs and support at the slider's angle. */
   showAngle() {
     const { root, angleDeg } = this;
-    find(root, "output").textContent = numberText(angleDeg) + "°";
+    inside(root, "output").textContent = numberText(angleDeg) + "°";
     if (!this.views) return;
-    const isOn = find(root, ".columns").checked;
+    const isOn = inside(root, ".columns").checked;
     const poses = [this.pose, this.data.asItLies];
     poses.forEach((pose, i) => {
       /** @type {View[]} */ (this.views)[i].setColumns(isOn ? this.prismsFor(pose) : null);
     });
     const area = numberText(overhangArea(this.pointsOf(this.pose), angleDeg));
     const measured = this.page.settings.overhangAngleDeg;
-    find(root, ".hint").textContent = `${area} mm² hang over at this angle.` +
+    inside(root, ".hint").textContent = `${area} mm² hang over at this angle.` +
       (angleDeg === measured ? "" : ` The figures are for ${numberText(measured)}°.`);
     this.redraw();
   }
@@ -273,6 +284,6 @@ class Section {
   recolor() {
     if (this.views) for (const view of this.views) view.recolor();
     this.draw();
-    this.drawCards();
+    for (const [pose, button] of this.cards) this.drawCard(pose, button);
   }
 }

@@ -14,17 +14,20 @@ function columnsOf(filament) {
     /** @type {(pose: Pose) => number} */ value, /** @type {number} */ places,
   ) => ({ name, unit, value, text: (/** @type {Pose} */ pose) => numberText(value(pose), places) });
   return [
-    column("Support filament", "mm, about", (p) => p.supportFilamentMm, 0),
+    column("Support", "mm, about", (p) => p.supportFilamentMm, 0),
     column("Support", "g, about", (p) => gramsOf(p.supportFilamentMm, filament), 1),
     column("Overhang", "mm²", (p) => p.overhangAreaMm2, 0),
-    column("of it on the part", "mm²", (p) => p.overhangAreaOnPartMm2, 0),
+    column("On the part", "mm² of it", (p) => p.overhangAreaOnPartMm2, 0),
     column("Contact", "mm²", (p) => p.contactAreaMm2, 0),
     column("Height", "mm", (p) => p.heightMm, 1),
     {
       name: "Footprint", unit: "mm", value: (p) => p.footprintMm[0] * p.footprintMm[1],
       text: (p) => numberText(p.footprintMm[0], 1) + " × " + numberText(p.footprintMm[1], 1),
     },
-    column("Falls at", "° of tilt", (p) => p.tiltMarginDeg, 0),
+    {
+      name: "Falls at", unit: "° of tilt", value: (p) => p.tiltMarginDeg,
+      text: (p) => (p.tiltMarginDeg < 0 ? "–" : numberText(p.tiltMarginDeg)),
+    },
     column("Cost", "low is better", (p) => p.cost.totalMm, 0),
     { name: "Stands", unit: "by itself", value: (p) => (p.stands ? 0 : 1), text: (p) => (p.stands ? "yes" : "no") },
   ];

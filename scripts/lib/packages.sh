@@ -14,6 +14,8 @@ libexpat1-dev|reads the XML in them
 libcli11-dev|tesk-orient's command line
 nlohmann-json3-dev|tesk-orient's JSON
 libfmt-dev|tesk-orient's tables
+libjs-three|draws in its report pages
+libmeshoptimizer-dev|makes large parts light enough for them
 LIST
             ;;
         test)
@@ -57,6 +59,23 @@ LIST
 libqhull-dev|a convex hull to compare with
 libcgal-dev|an oriented bounding box to compare with
 libeigen3-dev|which it needs
+LIST
+            ;;
+        web_checks)
+            cat <<'LIST'
+nodejs|runs the script of report pages without a browser
+node-typescript|checks its types
+eslint|finds doubtful code in it
+LIST
+            ;;
+        web_test)
+            packages_for build
+            cat <<'LIST'
+chromium|opens report pages
+chromium-driver|steers it
+python3-selenium|tells it how
+fonts-dejavu-core|letters for it
+npm|fetches axe-core, which finds what keeps people from reading a page
 LIST
             ;;
         docs) echo "doxygen|makes pages of the headers' comments" ;;
