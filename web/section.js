@@ -81,7 +81,8 @@ class Section {
     const { data, root } = this;
     const name = [data.name, data.partNumber, data.copies > 1 ? data.copies + " pieces" : ""].filter(Boolean);
     inside(root, ".name").textContent = name.join(" · ");
-    inside(root, ".name").hidden = this.page.objects.length === 1;
+    // The title says it already, but headings have to go level by level.
+    inside(root, ".name").classList.toggle("unseen", this.page.objects.length === 1);
     inside(root, ".reason").textContent = data.reason;
     const list = inside(root, ".warnings");
     for (const warning of data.input.warnings) list.append(element("li", {}, capitalized(warning.text)));

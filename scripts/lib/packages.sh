@@ -75,9 +75,9 @@ chromium|opens report pages
 chromium-driver|steers it
 python3-selenium|tells it how
 fonts-dejavu-core|letters for it
-npm|fetches axe-core, which finds what keeps people from reading a page
 LIST
             ;;
+        npm) echo "npm|fetches axe-core, which finds what keeps people from reading a page" ;;
         docs) echo "doxygen|makes pages of the headers' comments" ;;
         plot)
             packages_for build
