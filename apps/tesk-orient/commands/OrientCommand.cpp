@@ -15,6 +15,7 @@
 #include "part/FileOutput.h"
 #include "part/MeshChecks.h"
 #include "part/MeshOutput.h"
+#include "picture/Picture.h"
 #include "poses/Pose.h"
 #include "reports/OrientReport.h"
 
@@ -73,10 +74,12 @@ void logStages() {
 struct Outputs {
     explicit Outputs(const OrientOptions& options) {
         if (!options.page.empty()) page.emplace(options.page);
+        if (!options.picture.empty()) picture.emplace(options.picture);
         if (!options.output.empty()) mesh.emplace(options.output);
     }
 
     std::optional<FileOutput> page;
+    std::optional<FileOutput> picture;
     std::optional<MeshOutput> mesh;  ///< last: its temporary file is the one that Ctrl-C removes
 };
 
@@ -87,10 +90,19 @@ Report byWeights(const OrientOptions& options, CheckedPart checked, Outputs& out
         const auto chosen = static_cast<std::size_t>(options.rank - 1);
         const TriangleMesh& mesh = result.part.mesh;
         outputs.mesh->write(moved(mesh, poseOf(result.orientations[chosen], mesh, centerOf(mesh),
-                                         options.config.baseHeight)));
+                                               options.config.baseHeight)));
     }
     if (options.isJson) return {{}, reportJson(options, result)};
     return {reportTable(options, result), {}};
+}
+
+std::string posesPicture(const OrientOptions& options, const OrientResult& result) {
+    const OptimizeOrient::BuildPoses& found = result.poses;
+    const bool isSvg = displayName(options.picture.extension()) == ".svg";
+    return pictureOf(result.part.mesh, found.asItLies,
+                     found.poses[static_cast<std::size_t>(options.rank - 1)], options.rank,
+                     options.poseGoal.overhangAngleDeg,
+                     isSvg ? PictureFormat::kSvg : PictureFormat::kPng);
 }
 
 Report byPoses(const OrientOptions& options, CheckedPart checked, Outputs& outputs) {
@@ -102,6 +114,7 @@ Report byPoses(const OrientOptions& options, CheckedPart checked, Outputs& outpu
         outputs.mesh->write(moved(mesh, poseOf(result.poses.poses[chosen].rotation, mesh)));
     }
     if (outputs.page) outputs.page->write(posesPage(options, result));
+    if (outputs.picture) outputs.picture->write(posesPicture(options, result));
     if (options.isJson) return {{}, posesJson(options, result)};
     return {posesTable(options, result), {}};
 }

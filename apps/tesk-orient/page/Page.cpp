@@ -13,7 +13,7 @@ namespace App {
 
 namespace {
 
-constexpr std::size_t kTriangles = 200'000;  ///< of a page
+constexpr std::size_t kTriangles = 200'000;     ///< of a page
 constexpr std::size_t kLeastTriangles = 2'000;  ///< of a part, however many there are
 
 /// A part's share of the page's triangles, as large as its share of all.
@@ -71,11 +71,20 @@ std::string escaped(std::string_view plain) {
     std::string text;
     for (const char c : plain) {
         switch (c) {
-            case '&': text += "&amp;"; break;
-            case '<': text += "&lt;"; break;
-            case '>': text += "&gt;"; break;
-            case '"': text += "&quot;"; break;
-            default: text += c;
+            case '&':
+                text += "&amp;";
+                break;
+            case '<':
+                text += "&lt;";
+                break;
+            case '>':
+                text += "&gt;";
+                break;
+            case '"':
+                text += "&quot;";
+                break;
+            default:
+                text += c;
         }
     }
     return text;
@@ -102,7 +111,8 @@ std::string policy() {
 std::string replacementOf(std::string_view mark, const PageInput& input) {
     if (mark == "TITLE") {
         // Through JSON, which replaces bytes that are no UTF-8.
-        const std::string name = Json(input.title).dump(-1, ' ', false, Json::error_handler_t::replace);
+        const std::string name =
+            Json(input.title).dump(-1, ' ', false, Json::error_handler_t::replace);
         return escaped(Json::parse(name).get<std::string>());
     }
     if (mark == "POLICY") return policy();

@@ -14,8 +14,9 @@ struct PageObject {
     std::string partNumber;  ///< may be empty
     int copies = 1;          ///< how many stand on the plate
     std::string reason;      ///< one sentence: why the chosen pose
-    /// As `--json` prints it: input (triangles, vertices, sizeMm, warnings), chosenRank, noneStands,
-    /// passedOver, asItLies and poses, each with its measures, cost, up, turn and matrix.
+    /// As `--json` prints it: input (triangles, vertices, sizeMm, warnings), chosenRank,
+    /// noneStands, passedOver, asItLies and poses, each with its measures, cost, up, turn and
+    /// matrix.
     Json result;
     const TriangleMesh* mesh = nullptr;  ///< in millimetres, not empty; as the matrices take it
 };

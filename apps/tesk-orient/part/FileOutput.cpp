@@ -53,7 +53,8 @@ class TemporaryFile {
     bool isOpen() const { return m_file != nullptr; }
 
     bool write(std::string_view bytes) {
-        const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), m_file.get()) == bytes.size();
+        const bool isWritten =
+            std::fwrite(bytes.data(), 1, bytes.size(), m_file.get()) == bytes.size();
         return std::fclose(m_file.release()) == 0 && isWritten;
     }
 
