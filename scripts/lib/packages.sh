@@ -16,6 +16,8 @@ nlohmann-json3-dev|tesk-orient's JSON
 libfmt-dev|tesk-orient's tables
 libuv1-dev|tesk-orient's worker processes
 libxxhash-dev|tesk-orient's hash of a file's content
+libjs-three|draws in its report pages
+libmeshoptimizer-dev|makes large parts light enough for them
 LIST
             ;;
         test)
@@ -62,6 +64,23 @@ libcgal-dev|an oriented bounding box to compare with
 libeigen3-dev|which it needs
 LIST
             ;;
+        web_checks)
+            cat <<'LIST'
+nodejs|runs the script of report pages without a browser
+node-typescript|checks its types
+eslint|finds doubtful code in it
+LIST
+            ;;
+        web_test)
+            packages_for build
+            cat <<'LIST'
+chromium|opens report pages
+chromium-driver|steers it
+python3-selenium|tells it how
+fonts-dejavu-core|letters for it
+LIST
+            ;;
+        npm) echo "npm|fetches axe-core, which finds what keeps people from reading a page" ;;
         docs) echo "doxygen|makes pages of the headers' comments" ;;
         plot)
             packages_for build

@@ -16,8 +16,8 @@ namespace {
 constexpr const char* kCommandGroup = "Options of the command";
 
 /// What a batch decides itself, or asks for in its own way.
-const std::set<std::string> kOwnOptions = {"--help",  "--output",  "--json",
-                                           "--quiet", "--threads", "--verbose"};
+const std::set<std::string> kOwnOptions = {"--help", "--output", "--report",  "--picture",
+                                           "--json", "--quiet",  "--threads", "--verbose"};
 
 /// A copy that takes the same words on the command line, one value at a time where any number is
 /// allowed, as inputs may follow.

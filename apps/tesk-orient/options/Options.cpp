@@ -13,6 +13,7 @@
 #include "Version.h"
 #include "options/BatchParser.h"
 #include "options/CommonParser.h"
+#include "part/FileBytes.h"
 
 namespace App {
 
@@ -77,6 +78,8 @@ struct PoseTexts {
     std::optional<float> overhangAngle;
     std::string fits;
     std::vector<std::string> keepOff;
+    std::string page;
+    std::string picture;
 };
 
 constexpr Goal kGoals[] = {Goal::kBalanced, Goal::kLeastSupport, Goal::kWeights};
@@ -105,6 +108,16 @@ void addPoses(CLI::App& orient, PoseTexts& texts) {
     orient.add_option("--keep-off", texts.keepOff,
                       "Never set the face that looks along x,y,z down on the plate or on support, "
                       "nor what lies within :angle degrees of it [the overhang angle]");
+    orient.add_option("--report", texts.page,
+                      "Write a page that shows the poses in 3D, for any browser: .html");
+    orient
+        .add_option("--picture", texts.picture,
+                    "Draw the part as it lies and in the chosen pose: .png or .svg")
+        ->check([](const std::string& name) {
+            return name.ends_with(".png") || name.ends_with(".svg")
+                       ? std::string()
+                       : name + ": its name must end in .png or .svg";
+        });
 }
 
 void addOrient(CLI::App& orient, OrientOptions& options) {
@@ -175,6 +188,11 @@ void take(const CLI::App& orient, const PoseTexts& texts, OrientOptions& options
     if (options.goal == Goal::kWeights && (!texts.fits.empty() || !texts.keepOff.empty())) {
         refuse("--fits and --keep-off do not go with --goal weights");
     }
+    if (options.goal == Goal::kWeights && !(texts.page + texts.picture).empty()) {
+        refuse("--report and --picture do not go with --goal weights");
+    }
+    options.page = pathOf(texts.page);
+    options.picture = pathOf(texts.picture);
     OptimizeOrient::PoseGoal& goal = options.poseGoal;
     if (options.goal == Goal::kLeastSupport) goal = OptimizeOrient::PoseGoal::leastSupport();
     if (texts.overhangAngle) {

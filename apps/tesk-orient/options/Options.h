@@ -50,6 +50,8 @@ struct OrientOptions : CommonOptions {
     OptimizeOrient::Configure config;   ///< of kWeights
     std::uint32_t seed = 1;             ///< of kWeights
     int rank = 1;
+    std::filesystem::path page;     ///< of --report; empty: write none
+    std::filesystem::path picture;  ///< empty: draw none
     bool isVerbose = false;
 };
 

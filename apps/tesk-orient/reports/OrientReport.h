@@ -41,6 +41,9 @@ Json conventionsOf(const OrientOptions& options);
 Json rankingMembers(const OrientOptions& options, const OrientResult& result);
 Json posesMembers(const OrientOptions& options, const OrientResult& result);
 
+/// Why the chosen pose, in one sentence.
+std::string reasonFor(const OrientOptions& options, const OptimizeOrient::BuildPoses& poses);
+
 /// Why there is no pose, in one line.
 std::string whyNoPose(const OrientOptions& options, const OptimizeOrient::BuildPoses& poses);
 

@@ -76,17 +76,6 @@ std::string supportText(const BuildPose& pose, const BuildPose& asItLies) {
                        heightText(pose.measures.height - asItLies.measures.height));
 }
 
-/// Why this one: one sentence.
-std::string reasonFor(const OrientOptions& options, const BuildPoses& result,
-                      const BuildPose& pose) {
-    const std::string which = options.rank == 1 ? "Best" : fmt::format("Rank {}", options.rank);
-    const std::string stands =
-        pose.measures.stands ? fmt::format("stands on {} mm²", wholeText(pose.measures.contactArea))
-                             : "no pose stands by itself: it needs a brim or a raft";
-    return fmt::format("{}: {}: {}; {}.\n", which, sideOf(pose), supportText(pose, result.asItLies),
-                       stands);
-}
-
 std::string row(const std::string& mark, const BuildPose& pose) {
     const OptimizeOrient::PoseMeasures& m = pose.measures;
     return fmt::format("{:>5}  {:>8}  {:>10}  {:>9.2f}  {:>9.0f}   {}{}\n", mark,
@@ -111,6 +100,16 @@ std::string passedOverText(const OrientOptions& options, const BuildPoses& resul
 
 }  // namespace
 
+std::string reasonFor(const OrientOptions& options, const BuildPoses& result) {
+    const BuildPose& pose = result.poses[static_cast<std::size_t>(options.rank - 1)];
+    const std::string which = options.rank == 1 ? "Best" : fmt::format("Rank {}", options.rank);
+    const std::string stands =
+        pose.measures.stands ? fmt::format("stands on {} mm²", wholeText(pose.measures.contactArea))
+                             : "no pose stands by itself: it needs a brim or a raft";
+    return fmt::format("{}: {}: {}; {}.", which, sideOf(pose), supportText(pose, result.asItLies),
+                       stands);
+}
+
 std::string posesText(const OrientOptions& options, const OrientResult& result) {
     const BuildPoses& found = result.poses;
     std::string text =
@@ -123,7 +122,7 @@ std::string posesText(const OrientOptions& options, const OrientResult& result) 
     }
     text += row("as is", found.asItLies) + "\n" + passedOverText(options, found);
     const BuildPose& chosen = found.poses[static_cast<std::size_t>(options.rank - 1)];
-    text += reasonFor(options, found, chosen);
+    text += reasonFor(options, found) + "\n";
     const std::string turn = textOf(turnIn(chosen.rotation));
     return fmt::format("{}To get there, {}.\n", text, turn);
 }
