@@ -2,13 +2,13 @@
 
 #include <cmath>
 
-#include "Shapes.h"
-#include "TestRandom.h"
 #include "TriangleMesh.h"
 #include "plate/Bodies.h"
 #include "plate/Footprints.h"
 #include "plate/ItemTurn.h"
 #include "plate/Polar.h"
+#include "shapes/Shapes.h"
+#include "tools/TestRandom.h"
 
 namespace {
 

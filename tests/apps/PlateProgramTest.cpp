@@ -6,15 +6,15 @@
 #include <regex>
 
 #include "RunProgram.h"
-#include "SampleMeshes.h"
-#include "Shapes.h"
 #include "TeskPartFiles/Plates.h"
-#include "TestRandom.h"
-#include "ZipMaker.h"
 #include "part/MeshEncoding.h"
 #include "part/MeshFile.h"
+#include "shapes/SampleMeshes.h"
+#include "shapes/Shapes.h"
 #include "threemf/PlatePackage.h"
 #include "threemf/RawPackage.h"
+#include "tools/TestRandom.h"
+#include "tools/ZipMaker.h"
 
 namespace {
 
@@ -177,11 +177,11 @@ TEST_F(PlateProgram, TheSampleMeshesStayTheSecondTime) {
 
 TEST_F(PlateProgram, AnItemKeepsItsPlaceStandsAndTurnsByTheLeastRotation) {
     const std::string plate =
-        m_folder.write("plate.3mf", packageOf(itemXml(2, at(60, 20, 7, 20.0f, {1, 0, 0})) +
+        m_folder.write("plate.3mf", packageOf(itemXml(2, at(60, 20, 7, -20.0f, {1, 0, 0})) +
                                               itemXml(1, at(150, 80, 12, 100.0f, {0, 0, 1}))));
     const std::string turned = m_folder.file("turned.3mf");
     const json objects = jsonOf(plate, {"-o", turned})["objects"];
-    // Tilted by 20°, the tower lies down on its back by another 70°.
+    // Tilted by 20°, the tower lies down on its front by another 70°.
     EXPECT_NEAR(objects[0]["items"][0]["turn"]["angleDeg"].get<double>(), 70.0, 1e-3);
     // Lying flat, it only comes down.
     EXPECT_EQ(objects[1]["items"][0]["change"], "moved");
