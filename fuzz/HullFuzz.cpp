@@ -3,11 +3,11 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "HullChecks.h"
 #include "PointsInput.h"
-#include "PolygonChecks.h"
 #include "TeskSDKCommonTools/ConvexHull2.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
+#include "checks/HullChecks.h"
+#include "checks/PolygonChecks.h"
 
 namespace {
 

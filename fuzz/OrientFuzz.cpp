@@ -5,13 +5,13 @@
 #include <cstdlib>
 #include <vector>
 
-#include "FloatBits.h"
 #include "FuzzInput.h"
 #include "OrientOptimizer.h"
-#include "PlainEvaluation.h"
 #include "orient/evaluation/EvaluateOrient.h"
 #include "orient/grid/SampleGrid.h"
 #include "orient/turn/Flatten.h"
+#include "plain/PlainEvaluation.h"
+#include "tools/FloatBits.h"
 
 using namespace Tesk::orient;
 

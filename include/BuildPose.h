@@ -138,7 +138,9 @@ struct BuildPoses {
 /// those that end up alike become one. Each is turned about Z so that its walls lie along X and Y,
 /// or its footprint in its least rectangle where it has no walls, with the long side along X; it
 /// stays as it is where that will do. They are measured once more, as measurePose() does, and
-/// ranked by cost. Poses that do not stand are listed only where none does.
+/// ranked by cost; of those that cost up to 3 % more than the best, as much as the sampling is off,
+/// the one with the least support goes first. Poses that do not stand are listed only where none
+/// does, on the largest faces of the hull neither.
 ///
 /// A mesh that has been turned by the best pose and is given again stays as it is, unless another
 /// pose costs at least 1 % less.

@@ -10,19 +10,20 @@
 /// Smallest boxes around points, by several criteria. Every box holds all finite points to within
 /// the rounding of floats.
 ///
-/// Non-finite points are ignored. Points in a plane give a flat box, points on a line
-/// a segment box, one point (repeated or not) a point box with the axes X, Y, Z. Without a finite
-/// point (n below 1 and a null pointer included) there is no box: center (0, 0, 0), all axes and
-/// the extent (1, 1, 1).
+/// Non-finite points are ignored. Points in a plane give a flat box, points on a line a box without
+/// width and height, a single point (repeated or not) a box of size zero with the axes X, Y, Z.
+/// Without a finite point (also if n is below 1 or the pointer is null) there is no box: center is
+/// (0, 0, 0), and all axes and the extent are (1, 1, 1).
 ///
-/// The result depends neither on the order of the points nor on the thread count (but
-/// generateOBB() sums in the given order).
+/// The result depends neither on the order of the points nor on the thread count, except that
+/// generateOBB() sums in the given order.
 ///
-/// Very large and very small parts are searched at another scale, as products of their coordinates
-/// would leave a float's range; their result is defined as the box of the scaled points, scaled
-/// back. Where the hull's largest extent along x, y or z is below 2^-17 or at least 2^16, its
-/// points are divided by the power of two that brings this extent into [1/2, 1). generateOBB() does
-/// so where the largest coordinate is 2^29 or more in size, and brings that into [2^28, 2^29).
+/// Very large and very small parts are scaled before the search, because products of their
+/// coordinates would leave the range of a float. Their result is defined as the box of the scaled
+/// points, scaled back. If the hull's largest extent along x, y or z is below 2^-17 or at least
+/// 2^16, its points are divided by the power of two that brings this extent into [1/2, 1).
+/// generateOBB() scales if the largest magnitude of a coordinate is 2^29 or more, and brings that
+/// into [2^28, 2^29).
 ///
 /// Threads: a search runs on the calling thread if the thread count is 0 or 1, or exceeds the
 /// number of the hull's triangles; otherwise on that many worker threads. operator() uses one more
@@ -30,9 +31,9 @@
 /// included, must not run two operations at once. generateOBB() needs no object.
 ///
 /// Progress: operator(), minBaseAreaBox() and minBaseAreaAndHeightBox() report whole percentages
-/// that only grow; see there. The callback ends the computation by throwing Tesk::AbortException;
-/// what becomes of other exceptions is said at each function. Once it has thrown anything, it is
-/// not called again in that operation, on any thread, and the object can be used again.
+/// that only grow. The callback ends the computation by throwing Tesk::AbortException; each
+/// function says what happens to other exceptions. Once the callback has thrown, it is not called
+/// again in that operation, on any thread. The object can be used again afterwards.
 class TESK_ORIENT_API MinBoundingBox {
  public:
     /// @param threadCount  worker threads for the searches; 0 and 1 search on the calling thread
@@ -51,35 +52,35 @@ class TESK_ORIENT_API MinBoundingBox {
     ///
     /// Progress ends near 40. With worker threads the callback runs on them, never on two at once.
     ///
-    /// Throws Tesk::AbortException("Aborting...") after an abort, and std::bad_alloc and
-    /// std::system_error where memory or threads run out, on whichever thread. Of the callback's
-    /// exceptions of other types,
-    /// - std::bad_alloc, std::system_error and what derives from them leave the call as they are,
-    /// - any other leaves it as Tesk::AbortException("Aborting...") where the callback ran on the
-    ///   calling thread, and ends the process (std::terminate) where it ran on a worker thread.
+    /// Throws Tesk::AbortException("Aborting...") after an abort, and std::bad_alloc or
+    /// std::system_error if memory or threads run out, on whichever thread. If the callback throws
+    /// another exception:
+    /// - std::bad_alloc, std::system_error and types derived from them leave the call unchanged.
+    /// - Any other leaves it as Tesk::AbortException("Aborting...") if the callback ran on the
+    ///   calling thread; if it ran on a worker thread, the process ends (std::terminate).
     OrientedBox3 operator()(int n, const UPoint3<float>* points);
 
     /// The box of least height, measured along a face normal of the convex hull, and of least
     /// footprint along that normal, which is axis[2].
     ///
-    /// Reports progress to 100 where it runs on the calling thread. With worker threads it never
-    /// calls the callback, and so cannot be aborted.
+    /// Reports progress to 100 if it runs on the calling thread. With worker threads it never calls
+    /// the callback, and so cannot be aborted.
     ///
-    /// Throws a copy of the callback's Tesk::AbortException, with its text (of an exception derived
-    /// from it, the Tesk::AbortException in it), and std::bad_alloc and std::system_error where
-    /// memory or threads run out. The callback's exceptions of other types leave the call as they
-    /// are.
+    /// Throws a copy of the callback's Tesk::AbortException with the same text (of a derived
+    /// exception, a copy of its Tesk::AbortException part), and std::bad_alloc or std::system_error
+    /// if memory or threads run out. Exceptions of other types leave the call unchanged.
     OrientedBox3 minBaseAreaAndHeightBox(int n, const UPoint3<float>* points);
 
     /// The box whose smallest side is as small as possible, among those with axis[2] a face normal
     /// of the convex hull. Progress and exceptions as minBaseAreaAndHeightBox().
     OrientedBox3 minBaseAreaBox(int n, const UPoint3<float>* points);
 
-    /// The box of least cross-section with axis[2] along the given axis (any length), also where
-    /// the axis runs along edges or faces of the part: no more than a millionth above the least, or
-    /// 1e-8 of the square of the shadow's extent where the shadow is thin. Runs on the calling
-    /// thread, reports no progress and cannot be aborted. The axes (0, 0, z) other than (0, 0, 1)
-    /// exactly, the zero axis and axes that are not finite give no box.
+    /// The box of least cross-section with axis[2] along the given axis, which may have any length
+    /// and may run along edges or faces of the part. The cross-section exceeds the least one by at
+    /// most a millionth or, if the part seen along the axis is thin, by 1e-8 of the square of its
+    /// extent across the axis. Runs on the calling thread, reports no progress and cannot be
+    /// aborted. An axis (0, 0, z) other than exactly (0, 0, 1), a zero axis and an axis that is not
+    /// finite give no box.
     OrientedBox3 minBaseAreaBoxAroundAxis(int n, const UPoint3<float>* points,
                                           UVector3<float> axis);
 

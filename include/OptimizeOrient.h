@@ -6,8 +6,8 @@
 
 namespace OptimizeOrient {
 
-/// What counts in an orientation, and how much. Lengths are in the mesh's unit, taken as
-/// millimetres: the sampling keeps a margin of one unit around the part.
+/// The weights of the criteria for an orientation, and how support is measured. Lengths are in the
+/// mesh's unit, taken as millimetres: the sampling keeps a margin of one unit around the part.
 ///
 /// A default-constructed record holds this library's suggestion: 45°, weight 3 for the support
 /// volume, 1 each for height and box volume, none for the areas, and the part on the build plate.

@@ -42,12 +42,13 @@ class TESK_ORIENT_API OrientOptimizer {
     ///                     Tesk::AbortException, or anything else; it is not called again then.
     ///
     /// Throws what the callback threw, and std::bad_alloc. While candidates are measured (from the
-    /// second 10 to the report before the last 90), a Tesk::AbortException or what derives from it
-    /// leaves the call as a new Tesk::AbortException("Aborting..."), and any other exception as it
-    /// is: both once every thread has finished its current candidate. At the other reports (3, 10,
-    /// 90, 95, 100) every exception leaves the call as it is, at once. After an exception up to 90
-    /// the outputs are untouched; at 95 `orientations` holds every candidate unsorted, with score 0
-    /// or its score, and `axis` and `angle` are untouched; at 100 everything is complete.
+    /// second 10 to the report before the last 90), a Tesk::AbortException or an exception derived
+    /// from it leaves the call as a new Tesk::AbortException("Aborting..."), and any other
+    /// exception unchanged: both once every thread has finished its current candidate. At the other
+    /// reports (3, 10, 90, 95, 100) every exception leaves the call unchanged and at once. After an
+    /// exception at 90 or before, the outputs are untouched; at 95, `orientations` holds every
+    /// candidate, unsorted and with a score of 0 or its own, and `axis` and `angle` are untouched;
+    /// at 100 everything is complete.
     ///
     /// Runs on as many OpenMP threads as the caller's setting allows (omp_set_num_threads); the
     /// result does not depend on how many. Different meshes may be ranked at once by different
@@ -70,10 +71,11 @@ class TESK_ORIENT_API OrientOptimizer {
     ///                  grow, up to about 40. It ends the computation by throwing
     ///                  Tesk::AbortException; it is not called again then.
     ///
-    /// Throws Tesk::AbortException("Aborting...") after an abort, and std::bad_alloc and
-    /// std::system_error where memory or threads run out. Of the callback's exceptions of other
-    /// types, these two and what derives from them leave the call as they are, and any other as
-    /// Tesk::AbortException("Aborting..."). `matrix` is untouched by all of them.
+    /// Throws Tesk::AbortException("Aborting...") after an abort, and std::bad_alloc or
+    /// std::system_error if memory or threads run out. If the callback throws another exception,
+    /// std::bad_alloc, std::system_error and types derived from them leave the call unchanged, and
+    /// any other type as Tesk::AbortException("Aborting..."). In all of these cases `matrix` is
+    /// untouched.
     static void calculateOrients_minBoundingBox(MeshKernel* mesh, UMatrix4<float>& matrix,
                                                 std::function<void(int)> progress);
 };

@@ -23,6 +23,7 @@ LIST
             cat <<'LIST'
 libgtest-dev|the test framework
 libgmock-dev|its matchers
+lib3mf-dev|reads the 3MF files that tests write
 LIST
             ;;
         win64)

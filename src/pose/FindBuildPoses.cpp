@@ -1,6 +1,6 @@
 #include "BuildPose.h"
-#include "pose/PoseMeasuring.h"
 #include "pose/PoseSearch.h"
+#include "pose/measures/PoseMeasuring.h"
 
 OptimizeOrient::BuildPoses OptimizeOrient::findBuildPoses(
     const MeshKernel& mesh, const PoseGoal& goal, const std::function<void(int)>& progress) {

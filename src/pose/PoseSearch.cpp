@@ -4,22 +4,26 @@
 #include <cmath>
 #include <span>
 
-#include "pose/HullFaceSnap.h"
-#include "pose/PoseLimits.h"
-#include "pose/PoseMeasuring.h"
-#include "pose/WallSpin.h"
+#include "pose/measures/PoseMeasuring.h"
+#include "pose/resting/HullFaceSnap.h"
+#include "pose/resting/StableFaces.h"
+#include "pose/spin/PoseLimits.h"
+#include "pose/spin/WallSpin.h"
 
 namespace Tesk::pose {
 
 namespace {
 
 /// Candidates that are set down together, at least.
-constexpr std::size_t kBatch = 16;
+constexpr std::size_t kBatch = 12;
 
 constexpr std::size_t kMostPoses = 12;
 
+/// Where no candidate stands, so many faces of the hull are tried.
+constexpr std::size_t kMostFaces = 32;
+
 /// Where no pose stands, fewer are listed.
-constexpr std::size_t kMostFallen = 4;
+constexpr std::size_t kMostFallen = 2;
 
 /// The share of its cost that the part as it lies is ranked by: others must be better by that.
 constexpr float kStays = 0.99f;
@@ -52,6 +56,7 @@ OptimizeOrient::BuildPoses PoseSearch::run() {
     m_log.logElapse("Pose-Candidates");
     report(90);
     tryCandidates(candidates);
+    if (m_result.poses.empty()) tryStableFaces();
     if (m_result.poses.empty()) measureThoseThatFall();
     tryFramesOfWinners();
     if (!m_isMeasuredAsItLies) measure({});
@@ -174,6 +179,13 @@ void PoseSearch::noteMisfit(const PoseSize& size) {
     }
     m_result.nearestMisfit = {static_cast<float>(size.alongX), static_cast<float>(size.alongY),
                               static_cast<float>(size.height)};
+}
+
+/// No candidate stands: then the faces of the hull under the centroid are tried.
+void PoseSearch::tryStableFaces() {
+    const std::vector<PoseOnFace> standing =
+        setDownAll(notYetTried(upOnStableFaces(m_mesh, kMostFaces)));
+    if (!standing.empty()) measure(standing);
 }
 
 /// Nothing stands: then the best of what is allowed.

@@ -5,11 +5,11 @@
 
 #include "BuildPose.h"
 #include "TeskDebug/StopWatchLog.h"
-#include "pose/PoseCandidates.h"
-#include "pose/PoseMesh.h"
-#include "pose/PoseWork.h"
-#include "pose/SettingDown.h"
-#include "pose/WallSpin.h"
+#include "pose/candidates/PoseCandidates.h"
+#include "pose/mesh/PoseMesh.h"
+#include "pose/resting/SettingDown.h"
+#include "pose/spin/WallSpin.h"
+#include "pose/work/PoseWork.h"
 
 namespace Tesk::pose {
 
@@ -32,6 +32,7 @@ class PoseSearch {
     using Directions = std::vector<UVector3<float>>;
 
     void tryCandidates(const std::vector<PoseCandidate>& candidates);
+    void tryStableFaces();
     void tryFramesOfWinners();
     std::vector<PoseOnFace> setDownAll(const Directions& ups);
     std::vector<PoseOnFace> takeNew(const std::vector<PoseOnFace>& poses);

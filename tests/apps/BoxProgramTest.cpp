@@ -9,11 +9,11 @@
 #include <regex>
 
 #include "RunProgram.h"
-#include "Shapes.h"
 #include "TeskDataBasic/UMatrix4.h"
 #include "part/MeshChecks.h"
 #include "part/MeshEncoding.h"
 #include "part/MeshFile.h"
+#include "shapes/Shapes.h"
 
 namespace {
 

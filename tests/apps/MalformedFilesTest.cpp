@@ -10,7 +10,7 @@
 #include <limits>
 
 #include "RunProgram.h"
-#include "ZipMaker.h"
+#include "tools/ZipMaker.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "CadShapes.h"
 #include "RunProgram.h"
 #include "part/MeshFile.h"
+#include "shapes/CadShapes.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <nlohmann/json.hpp>
 
 #include "RunProgram.h"
-#include "Shapes.h"
 #include "part/MeshChecks.h"
 #include "part/MeshEncoding.h"
 #include "part/MeshFile.h"
+#include "shapes/Shapes.h"
 
 namespace {
 

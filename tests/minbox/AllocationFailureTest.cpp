@@ -7,8 +7,8 @@
 #include <optional>
 
 #include "BoxTestSupport.h"
-#include "FailingAllocations.h"
-#include "TestSize.h"
+#include "tools/FailingAllocations.h"
+#include "tools/TestSize.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include "BoxTestSupport.h"
 #include "TeskDebug/Exception.h"
-#include "TestSize.h"
+#include "tools/TestSize.h"
 
 namespace {
 

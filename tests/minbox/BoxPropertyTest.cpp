@@ -2,7 +2,7 @@
 
 #include "BoxTestSupport.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
-#include "TestSize.h"
+#include "tools/TestSize.h"
 
 namespace {
 

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "BoxShapes.h"
-#include "FloatBits.h"
 #include "MinBoundingBox.h"
+#include "shapes/BoxShapes.h"
+#include "tools/FloatBits.h"
 
 /// The operations of a box calculator, under one signature.
 struct Operation {

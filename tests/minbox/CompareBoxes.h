@@ -9,9 +9,9 @@
 #include <sstream>
 
 #include "BoxTestSupport.h"
-#include "PlainBoxRecord.h"
 #include "minbox/box/BoxCandidate.h"
 #include "minbox/outline/Calipers.h"
+#include "plain/PlainBoxRecord.h"
 
 /// Comparisons of plain and shipped results, bit for bit. A zero's sign counts, a NaN's kind does
 /// not.

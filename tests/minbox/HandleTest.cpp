@@ -7,8 +7,8 @@
 #include <type_traits>
 #include <vector>
 
-#include "BoxShapes.h"
 #include "MinBoundingBox.h"
+#include "shapes/BoxShapes.h"
 
 namespace {
 

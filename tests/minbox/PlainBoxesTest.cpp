@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "BoxTestSupport.h"
-#include "PlainAxisBox.h"
-#include "PlainBaseAreaBox.h"
-#include "PlainPrincipalBox.h"
-#include "PlainVolumeBox.h"
+#include "plain/PlainAxisBox.h"
+#include "plain/PlainBaseAreaBox.h"
+#include "plain/PlainPrincipalBox.h"
+#include "plain/PlainVolumeBox.h"
 
 /// The plain versions give the numbers that can be told by hand.
 namespace {

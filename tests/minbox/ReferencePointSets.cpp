@@ -4,12 +4,12 @@
 #include <cctype>
 #include <cmath>
 
-#include "CadShapes.h"
 #include "PreparedHull.h"
-#include "SampleMeshes.h"
-#include "Shapes.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
-#include "TestSize.h"
+#include "shapes/CadShapes.h"
+#include "shapes/SampleMeshes.h"
+#include "shapes/Shapes.h"
+#include "tools/TestSize.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "BoxShapes.h"
+#include "shapes/BoxShapes.h"
 
 /// The thread counts that results are compared for.
 inline constexpr int kThreadCounts[] = {1, 2, 3, 4, 8, 13};

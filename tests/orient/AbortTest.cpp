@@ -4,12 +4,12 @@
 #include <string>
 #include <thread>
 
-#include "CadShapes.h"
 #include "CompareRecords.h"
 #include "OmpThreads.h"
-#include "Shapes.h"
 #include "TeskDebug/Exception.h"
 #include "TeskDebug/StopWatchLog.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
 
 namespace {
 

@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <new>
 
-#include "CadShapes.h"
 #include "CompareRecords.h"
-#include "FailingAllocations.h"
 #include "OmpThreads.h"
-#include "Shapes.h"
-#include "TestSize.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
+#include "tools/FailingAllocations.h"
+#include "tools/TestSize.h"
 
 namespace {
 

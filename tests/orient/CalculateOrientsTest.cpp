@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <thread>
 
-#include "CadShapes.h"
 #include "CompareRecords.h"
 #include "OmpThreads.h"
-#include "PlainCalculate.h"
-#include "Shapes.h"
 #include "TeskDebug/StopWatchLog.h"
+#include "plain/PlainRanking.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "CompareRecords.h"
-#include "PlainCalculate.h"
 #include "ReferenceShapes.h"
-#include "Shapes.h"
-#include "TestSize.h"
+#include "plain/PlainRanking.h"
+#include "shapes/Shapes.h"
+#include "tools/TestSize.h"
 
 namespace {
 

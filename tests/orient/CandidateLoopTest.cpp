@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "OmpThreads.h"
-#include "Shapes.h"
 #include "orient/turn/Flatten.h"
+#include "shapes/Shapes.h"
 
 using namespace Tesk::orient;
 

@@ -6,11 +6,11 @@
 #include <span>
 #include <vector>
 
-#include "FloatBits.h"
-#include "PlainEvaluation.h"
-#include "TestSize.h"
 #include "orient/evaluation/EvaluateOrient.h"
 #include "orient/turn/Flatten.h"
+#include "plain/PlainEvaluation.h"
+#include "tools/FloatBits.h"
+#include "tools/TestSize.h"
 
 namespace Tesk::orient {
 

@@ -4,8 +4,8 @@
 
 #include <array>
 
-#include "FloatBits.h"
 #include "OrientOptimizer.h"
+#include "tools/FloatBits.h"
 
 /// The values of a record in the order of its fields, axis first.
 inline std::array<float, 10> valuesOf(const OptimizeOrient::OptOrientation& record) {

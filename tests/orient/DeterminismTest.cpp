@@ -2,19 +2,19 @@
 
 #include <thread>
 
-#include "CadShapes.h"
 #include "CompareRecords.h"
-#include "FloatBits.h"
 #include "OmpThreads.h"
 #include "ReferenceShapes.h"
-#include "SampleMeshes.h"
-#include "Shapes.h"
 #include "TeskDebug/StopWatchLog.h"
-#include "TestRandom.h"
-#include "TestSize.h"
 #include "orient/candidates/InitOrients.h"
 #include "orient/candidates/RandomSource.h"
 #include "orient/turn/Flatten.h"
+#include "shapes/CadShapes.h"
+#include "shapes/SampleMeshes.h"
+#include "shapes/Shapes.h"
+#include "tools/FloatBits.h"
+#include "tools/TestRandom.h"
+#include "tools/TestSize.h"
 
 using namespace Tesk::orient;
 

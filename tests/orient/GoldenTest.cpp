@@ -9,7 +9,7 @@
 
 #include "CompareRecords.h"
 #include "ReferenceShapes.h"
-#include "Shapes.h"
+#include "shapes/Shapes.h"
 
 namespace {
 

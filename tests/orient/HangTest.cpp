@@ -4,11 +4,11 @@
 #include <cmath>
 #include <limits>
 
-#include "CadShapes.h"
 #include "CompareEvaluations.h"
 #include "CompareRecords.h"
-#include "Shapes.h"
-#include "TestSize.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
+#include "tools/TestSize.h"
 
 using namespace Tesk::orient;
 

@@ -3,13 +3,13 @@
 
 #include <cmath>
 
-#include "CadShapes.h"
 #include "CompareEvaluations.h"
 #include "CompareRecords.h"
-#include "PlainCandidates.h"
-#include "Shapes.h"
-#include "TestRandom.h"
-#include "TestSize.h"
+#include "plain/PlainCandidates.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
+#include "tools/TestRandom.h"
+#include "tools/TestSize.h"
 
 using namespace Tesk::orient;
 

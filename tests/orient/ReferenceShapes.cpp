@@ -1,7 +1,7 @@
 #include "ReferenceShapes.h"
 
-#include "CadShapes.h"
-#include "Shapes.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
 
 namespace {
 

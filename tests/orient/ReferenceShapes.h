@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Part.h"
+#include "shapes/Part.h"
 
 /// A shape by its name: letters and digits only, so that it can stand in a test's name.
 struct NamedPart {

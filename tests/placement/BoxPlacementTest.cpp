@@ -7,12 +7,12 @@
 #include <cmath>
 #include <limits>
 
-#include "BoxShapes.h"
 #include "MinBoundingBox.h"
 #include "OrientOptimizer.h"
-#include "Part.h"
-#include "Shapes.h"
 #include "TeskDebug/Exception.h"
+#include "shapes/BoxShapes.h"
+#include "shapes/Part.h"
+#include "shapes/Shapes.h"
 
 using Tesk::placement::placeByMinBox;
 

@@ -3,14 +3,14 @@
 #include <cstddef>
 #include <vector>
 
-#include "BoxShapes.h"
-#include "CadShapes.h"
-#include "FloatBits.h"
 #include "OrientOptimizer.h"
-#include "PlainPlacement.h"
-#include "Shapes.h"
-#include "TestSize.h"
 #include "placement/BoxPlacement.h"
+#include "plain/PlainPlacement.h"
+#include "shapes/BoxShapes.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
+#include "tools/FloatBits.h"
+#include "tools/TestSize.h"
 
 using Tesk::placement::placeByMinBox;
 

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <limits>
 
-#include "PolygonChecks.h"
-#include "TestRandom.h"
-#include "TestSize.h"
+#include "checks/PolygonChecks.h"
+#include "tools/TestRandom.h"
+#include "tools/TestSize.h"
 
 namespace {
 

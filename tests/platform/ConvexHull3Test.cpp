@@ -6,9 +6,9 @@
 #include <cmath>
 #include <limits>
 
-#include "BoxShapes.h"
-#include "HullChecks.h"
-#include "TestSize.h"
+#include "checks/HullChecks.h"
+#include "shapes/BoxShapes.h"
+#include "tools/TestSize.h"
 
 namespace {
 

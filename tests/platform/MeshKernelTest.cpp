@@ -4,10 +4,10 @@
 
 #include <string>
 
-#include "CadShapes.h"
-#include "Shapes.h"
 #include "TeskDebug/Exception.h"
-#include "TestSize.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
+#include "tools/TestSize.h"
 
 namespace {
 

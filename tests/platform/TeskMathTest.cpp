@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "TestRandom.h"
+#include "tools/TestRandom.h"
 
 namespace {
 

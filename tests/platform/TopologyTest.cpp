@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "CadShapes.h"
-#include "Shapes.h"
-#include "TestRandom.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
+#include "tools/TestRandom.h"
 
 namespace {
 

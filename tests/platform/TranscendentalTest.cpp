@@ -7,8 +7,8 @@
 #include <limits>
 #include <numbers>
 
-#include "FloatBits.h"
-#include "TestRandom.h"
+#include "tools/FloatBits.h"
+#include "tools/TestRandom.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <numbers>
 
 #include "TeskDataBasic/UPoint3.h"
-#include "TestRandom.h"
+#include "tools/TestRandom.h"
 
 namespace {
 

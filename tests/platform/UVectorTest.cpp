@@ -7,7 +7,7 @@
 #include "TeskDataBasic/UPoint3.h"
 #include "TeskDataBasic/UVector2.h"
 #include "TeskDataBasic/UVector3.h"
-#include "TestRandom.h"
+#include "tools/TestRandom.h"
 
 namespace {
 

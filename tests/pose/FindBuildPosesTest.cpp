@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "BuildPose.h"
-#include "FloatBits.h"
 #include "OrientOptimizer.h"
 #include "PoseShapes.h"
 #include "orient/candidates/RandomSource.h"
+#include "tools/FloatBits.h"
 
 using namespace Tesk::orient;
 

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
 #include "BuildPose.h"
-#include "FloatBits.h"
-#include "PlainPoseMeasures.h"
 #include "PoseShapes.h"
 #include "ReferenceShapes.h"
-#include "SampleMeshes.h"
-#include "TestSize.h"
+#include "plain/PlainPoseMeasures.h"
+#include "shapes/SampleMeshes.h"
+#include "tools/FloatBits.h"
+#include "tools/TestSize.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CadShapes.h"
-#include "Shapes.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
 
 /// A bridge 40 × 10 × 25: legs 10 wide at both ends, a deck 5 thick at z = 20. One closed mesh.
 inline Part makeBridge() {

@@ -3,8 +3,8 @@
 #include "BuildPose.h"
 #include "PoseShapes.h"
 #include "ReferenceShapes.h"
-#include "SampleMeshes.h"
-#include "TestSize.h"
+#include "shapes/SampleMeshes.h"
+#include "tools/TestSize.h"
 
 namespace {
 

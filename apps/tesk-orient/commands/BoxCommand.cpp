@@ -7,8 +7,10 @@
 #include "Failure.h"
 #include "MinBoundingBox.h"
 #include "commands/CommandSupport.h"
+#include "commands/PlateWork.h"
 #include "part/FileBytes.h"
 #include "part/MeshOutput.h"
+#include "plate/Polar.h"
 #include "reports/BoxReport.h"
 
 namespace App {
@@ -18,12 +20,13 @@ namespace {
 /// Where the search for the least volume stops reporting, as only faces count as steps.
 constexpr int kVolumeEnd = 40;
 
-OrientedBox3 search(const BoxOptions& options, const std::vector<UPoint3<float>>& points) {
+OrientedBox3 search(const BoxOptions& options, const std::vector<UPoint3<float>>& points,
+                    WorkShare share) {
     const int count = static_cast<int>(points.size());
     ProgressBar bar(!options.isQuiet);
     MinBoundingBox calculator(threadCountOf(options));
     const bool isVolume = options.criterion == Criterion::kVolume;
-    calculator.setCallBackFunction(progressOn(bar, isVolume ? kVolumeEnd : 100));
+    calculator.setCallBackFunction(progressOn(bar, isVolume ? kVolumeEnd : 100, share));
     switch (options.criterion) {
         case Criterion::kVolume:
             return calculator(count, points.data());
@@ -45,9 +48,9 @@ UVector3<float> usableAxis(const UVector3<float>& axis) {
     return normal.x == 0.0f && normal.y == 0.0f ? UVector3<float>(0, 0, 1) : axis;
 }
 
-PartBox boxOf(BoxOptions options, const TriangleMesh& mesh) {
+PartBox boxOf(BoxOptions options, const TriangleMesh& mesh, WorkShare share = {}) {
     options.axis = usableAxis(options.axis);
-    const OrientedBox3 found = search(options, mesh.positions);
+    const OrientedBox3 found = search(options, mesh.positions, share);
     if (found.axis[0] == UVector3<float>(1, 1, 1)) {
         throw Failure(ExitCode::kInternal,
                       fmt::format("{}: no box was found", displayName(options.part)));
@@ -56,19 +59,67 @@ PartBox boxOf(BoxOptions options, const TriangleMesh& mesh) {
                   options.criterion == Criterion::kPrincipal ? Lengths::kFull : Lengths::kHalf);
 }
 
-}  // namespace
+/// A box around the first item of a shape, moved to another one.
+TriangleMesh movedTo(const ItemPlace& item, const ItemPlace& first, const PartBox& box) {
+    UMatrix4<double> way = transposed(first.rotation) * item.rotation;
+    const auto translationOf = [](const UMatrix4<double>& m) {
+        return UPoint3<double>(m.at(3, 0), m.at(3, 1), m.at(3, 2));
+    };
+    const UVector3<double> shift =
+        translationOf(item.toPlate) - translationOf(first.toPlate) * linearOf(way);
+    for (int col = 0; col < 3; ++col)
+        way.at(3, col) = UPoint3<double>(shift.x, shift.y, shift.z)[col];
+    return moved(partMeshOf(meshOf(box)), way);
+}
 
-Report boxReport(const BoxOptions& options, const WarningSink& warn) {
-    std::optional<MeshOutput> output;
-    if (!options.output.empty()) output.emplace(options.output);
+void append(TriangleMesh& all, const TriangleMesh& mesh) {
+    const auto first = static_cast<std::int32_t>(all.positions.size());
+    all.positions.insert(all.positions.end(), mesh.positions.begin(), mesh.positions.end());
+    for (const auto& [a, b, c] : mesh.triangles) {
+        all.triangles.push_back({a + first, b + first, c + first});
+    }
+}
+
+Report boxesOnPlate(const BoxOptions& options, const WarningSink& warn, MeshOutput* output) {
+    PlateWork work(options, warn);
+    TriangleMesh boxes;
+    WorkShare share{0, static_cast<int>(work.shapes().size())};
+    for (const Shape& shape : work.shapes()) {
+        BoxResult result{work.check(shape, Purpose::kBox).part, {}, {}};
+        result.partVolume = enclosedVolume(result.part.measures, result.part.topology);
+        result.part.mesh = work.lyingMesh(shape);
+        result.box = boxOf(options, result.part.mesh, share);
+        work.addSection(shape, result.part,
+                        {options.isJson ? "" : boxText(options, result),
+                         options.isJson ? boxMembers(result) : Json::object()});
+        for (const std::size_t item : shape.items) {
+            append(boxes, movedTo(work.place(item), work.place(shape.items.front()), result.box));
+        }
+        ++share.index;
+    }
+    stopIfInterrupted();
+    if (output != nullptr) output->write(boxes);
+    return work.report({"box", settingsOf(options), boxConventions()});
+}
+
+Report boxOfPart(const BoxOptions& options, const WarningSink& warn, MeshOutput* output) {
     BoxResult result{loadPart(options, Purpose::kBox).part, {}, {}};
     tell(warn, result.part.warnings);
     result.box = boxOf(options, result.part.mesh);
     result.partVolume = enclosedVolume(result.part.measures, result.part.topology);
     stopIfInterrupted();
-    if (output) output->write(meshOf(result.box));
+    if (output != nullptr) output->write(meshOf(result.box));
     if (options.isJson) return {{}, boxReportJson(options, result)};
     return {boxReportTable(options, result), {}};
+}
+
+}  // namespace
+
+Report boxReport(const BoxOptions& options, const WarningSink& warn) {
+    std::optional<MeshOutput> output;
+    if (!options.output.empty()) output.emplace(options.output);
+    const auto make = isByObject(options) ? boxesOnPlate : boxOfPart;
+    return make(options, warn, output ? &*output : nullptr);
 }
 
 void run(const BoxOptions& options) {

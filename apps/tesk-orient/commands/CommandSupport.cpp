@@ -20,11 +20,8 @@ void stopIfInterrupted() {
     if (Interrupt::isRequested()) throw Tesk::AbortException("Aborting...");
 }
 
-CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
+CheckedPart checkedPart(const CommonOptions& options, LoadedPart part, Purpose purpose) {
     StopWatchLog log;
-    LoadedPart part = readMeshFile(options.part, options.unit);
-    log.logElapse("Part-Read");
-    stopIfInterrupted();
     // Beside making the kernel, as each needs one thread only.
     const auto beside =
         std::launch::deferred | (options.threads == 1 ? std::launch::deferred : std::launch::async);
@@ -34,12 +31,20 @@ CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
     kernel.UpdateTopo(/*rebuild=*/true, MeshKernel::kEdgeCounts);
     part.topology = kernel.topology();
     part.measures = measures.get();
-    log.logElapse("Part-Check");
     for (Warning& warning :
          checkMesh(part.mesh, part.topology, part.measures, part.unit, purpose)) {
         part.warnings.push_back(std::move(warning));
     }
+    log.logElapse("Part-Check");
     return {std::move(part), std::move(kernel)};
+}
+
+CheckedPart loadPart(const CommonOptions& options, Purpose purpose) {
+    StopWatchLog log;
+    LoadedPart part = readMeshFile(options.part, options.unit);
+    log.logElapse("Part-Read");
+    stopIfInterrupted();
+    return checkedPart(options, std::move(part), purpose);
 }
 
 void tell(const WarningSink& warn, const Warnings& warnings) {
@@ -54,10 +59,11 @@ WarningSink warningPrinter(const CommonOptions& options) {
     };
 }
 
-std::function<void(int)> progressOn(ProgressBar& bar, int end) {
-    return [&bar, end](int percent) {
+std::function<void(int)> progressOn(ProgressBar& bar, int end, WorkShare share) {
+    return [&bar, end, share](int percent) {
         stopIfInterrupted();
-        bar.show(std::min(percent * 100 / end, 100));
+        const int done = std::min(percent * 100 / end, 100);
+        bar.show((share.index * 100 + done) / share.count);
     };
 }
 

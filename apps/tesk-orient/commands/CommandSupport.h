@@ -31,10 +31,20 @@ void tell(const WarningSink& warn, const Warnings& warnings);
 /// Prints warnings about the part on standard error; empty if they are not wanted.
 WarningSink warningPrinter(const CommonOptions& options);
 
+/// A part that has been read, with its edge counts and the mesh's warnings behind its own.
+CheckedPart checkedPart(const CommonOptions& options, LoadedPart part, Purpose purpose);
+
+/// One of several pieces of work, from 0.
+struct WorkShare {
+    int index = 0;
+    int count = 1;
+};
+
 /// A progress callback for the library: shows the bar, and ends the work after Ctrl-C.
 ///
-/// @param end  the percentage that the work ends at
-std::function<void(int)> progressOn(ProgressBar& bar, int end = 100);
+/// @param end    the percentage that the work ends at
+/// @param share  which part of the bar is the work's
+std::function<void(int)> progressOn(ProgressBar& bar, int end = 100, WorkShare share = {});
 
 /// The number of threads to use.
 unsigned int threadCountOf(const CommonOptions& options);

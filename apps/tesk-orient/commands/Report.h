@@ -12,6 +12,7 @@ namespace App {
 struct Report {
     std::string table;  ///< for people; empty with CommonOptions::isJson
     Json json;          ///< for programs: one object, with the input's warnings; otherwise null
+    std::string notes = {};  ///< how the work went, for those who want to know
 };
 
 /// Is told each warning about the input as soon as it is known, before the work begins. Empty where

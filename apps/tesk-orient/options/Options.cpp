@@ -11,6 +11,7 @@
 
 #include "Failure.h"
 #include "Version.h"
+#include "options/CommonParser.h"
 #include "part/FileBytes.h"
 
 namespace App {
@@ -64,40 +65,6 @@ void addConfigure(CLI::App& orient, OptimizeOrient::Configure& config) {
         .add_flag("--compute-support", config.computeSupport,
                   "Measure support even where both support weights are 0")
         ->group("How support is measured, with --goal weights");
-}
-
-/// What the library gives as text, to be taken over after parsing.
-struct CommonTexts {
-    std::string part;
-    std::string output;
-    std::string unit;
-};
-
-void addCommon(CLI::App& command, CommonOptions& options, CommonTexts& texts,
-               const std::string& whatOutputIs) {
-    std::vector<std::string> units;
-    for (const LengthUnit& known : lengthUnits()) units.emplace_back(known.name);
-    command.add_option("PART", texts.part, "The part's file: .stl, .obj, .ply, .off or .3mf")
-        ->required();
-    command.add_option("-o,--output", texts.output,
-                       "Write " + whatOutputIs + " here; the extension decides the format");
-    command
-        .add_option("--units", texts.unit,
-                    "Unit of the file's numbers [mm; for 3MF the file's own]")
-        ->check(CLI::IsMember(units));
-    command.add_flag("--json", options.isJson, "Print one JSON object instead of a table");
-    command.add_flag("-q,--quiet", options.isQuiet, "No progress bar and no warnings");
-}
-
-void addThreads(CLI::App& command, CommonOptions& options) {
-    command.add_option("--threads", options.threads, "Threads to use [all processors]")
-        ->check(CLI::Range(1, 1024));
-}
-
-void take(const CommonTexts& texts, CommonOptions& options) {
-    options.part = pathOf(texts.part);
-    options.output = pathOf(texts.output);
-    if (!texts.unit.empty()) options.unit = unitNamed(texts.unit);
 }
 
 /// What the library gives of poses as text or not at all, to be taken over after parsing.
@@ -158,10 +125,6 @@ void addOrient(CLI::App& orient, OrientOptions& options) {
         ->capture_default_str();
     orient.add_flag("-v,--verbose", options.isVerbose, "Print how long each stage took");
     addConfigure(orient, options.config);
-}
-
-[[noreturn]] void refuse(const std::string& why) {
-    throw Failure(ExitCode::kUsage, why + "; see tesk-orient --help");
 }
 
 /// Numbers with something between them, all finite; nothing else.

@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <string>
 #include <variant>
+#include <vector>
 
 #include "BuildPose.h"
 #include "OrientOptimizer.h"
@@ -12,15 +14,28 @@
 
 namespace App {
 
+/// What of a file is one part.
+enum class Parts {
+    kByFormat,  ///< every object of a 3MF; the whole file of any other format
+    kTogether,  ///< the whole file
+    kSplit,     ///< every body of a file that is no 3MF
+};
+
 /// What every command takes.
 struct CommonOptions {
     std::filesystem::path part;
     std::filesystem::path output;  ///< empty: write none
     std::optional<LengthUnit> unit;
-    int threads = 0;  ///< 0: as many as the machine has
+    Parts parts = Parts::kByFormat;
+    std::vector<std::string> objects;  ///< names or ids of those to take; empty for all
+    int threads = 0;                   ///< 0: as many as the machine has
     bool isJson = false;
     bool isQuiet = false;
 };
+
+/// Whether the file's objects or bodies are parts of their own. Those of a 3MF are unless it is
+/// taken together; splitting does not change that.
+bool isByObject(const CommonOptions& options);
 
 /// How orientations are judged.
 enum class Goal { kBalanced, kLeastSupport, kWeights };

@@ -1,5 +1,8 @@
 #include "part/MeshEncoding.h"
 
+#include <array>
+#include <utility>
+
 namespace App {
 
 namespace {
@@ -9,14 +12,20 @@ std::string encode(const TriangleMesh& mesh) {
     return Tesk::encodePart(partMeshOf(mesh), Format);
 }
 
+constexpr std::array<std::pair<Tesk::PartFormat, Encoder>, 5> kEncoders = {{
+    {Tesk::PartFormat::kStl, encode<Tesk::PartFormat::kStl>},
+    {Tesk::PartFormat::kObj, encode<Tesk::PartFormat::kObj>},
+    {Tesk::PartFormat::kPly, encode<Tesk::PartFormat::kPly>},
+    {Tesk::PartFormat::kOff, encode<Tesk::PartFormat::kOff>},
+    {Tesk::PartFormat::kThreeMf, encode<Tesk::PartFormat::kThreeMf>},
+}};
+
 }  // namespace
 
 Encoder encoderFor(std::string_view extension) {
-    if (extension == ".stl") return encode<Tesk::PartFormat::kStl>;
-    if (extension == ".obj") return encode<Tesk::PartFormat::kObj>;
-    if (extension == ".ply") return encode<Tesk::PartFormat::kPly>;
-    if (extension == ".off") return encode<Tesk::PartFormat::kOff>;
-    if (extension == ".3mf") return encode<Tesk::PartFormat::kThreeMf>;
+    for (const auto& [format, encoder] : kEncoders) {
+        if (extension == Tesk::extensionOf(format)) return encoder;
+    }
     return nullptr;
 }
 

@@ -10,8 +10,6 @@
 
 namespace App {
 
-namespace {
-
 void refuseNonFinite(const TriangleMesh& mesh) {
     for (std::size_t i = 0; i < mesh.positions.size(); ++i) {
         const UPoint3<float>& p = mesh.positions[i];
@@ -21,6 +19,8 @@ void refuseNonFinite(const TriangleMesh& mesh) {
             p.x, p.y, p.z));
     }
 }
+
+namespace {
 
 void scale(TriangleMesh& mesh, double factor) {
     if (factor == 1.0) return;
@@ -42,23 +42,27 @@ LengthUnit unitInFile(const std::string& name, Warnings& warnings) {
 
 LoadedPart readPart(const std::filesystem::path& path, std::optional<LengthUnit> unit) {
     Tesk::PartFile file = Tesk::readPart(path);
-    LoadedPart part{.format = Tesk::nameOf(file.format),
-                    .form = std::move(file.form),
-                    .unit = unit.value_or(lengthUnits().front()),
-                    .unitFromFile = file.unit && !unit,
-                    .mesh = triangleMeshOf(std::move(file.mesh)),
-                    .warnings = std::move(file.warnings)};
-    if (part.unitFromFile) part.unit = unitInFile(*file.unit, part.warnings);
+    LoadedPart part;
+    part.format = Tesk::nameOf(file.format);
+    part.form = std::move(file.form);
+    part.mesh = triangleMeshOf(std::move(file.mesh));
+    part.warnings = std::move(file.warnings);
+    part.unitFromFile = file.unit && !unit;
+    part.unit = unitOf(file.unit, unit, part.warnings);
     return part;
 }
 
 }  // namespace
 
-LoadedPart readMeshFile(const std::filesystem::path& path, std::optional<LengthUnit> unit) {
+LengthUnit unitOf(const std::optional<std::string>& inFile, std::optional<LengthUnit> asked,
+                  Warnings& warnings) {
+    if (asked) return *asked;
+    return inFile ? unitInFile(*inFile, warnings) : lengthUnits().front();
+}
+
+void readNamingErrors(const std::filesystem::path& path, const std::function<void()>& read) {
     try {
-        LoadedPart part = readPart(path, unit);
-        scale(part.mesh, part.unit.millimetres);
-        return part;
+        read();
     } catch (const Tesk::PartFileError& error) {
         throw InputFailure(displayName(path) + ": " + error.place());
     } catch (const InputFailure& failure) {
@@ -68,6 +72,15 @@ LoadedPart readMeshFile(const std::filesystem::path& path, std::optional<LengthU
     } catch (const std::length_error&) {
         throw InputFailure(displayName(path) + ": not enough memory to read it");
     }
+}
+
+LoadedPart readMeshFile(const std::filesystem::path& path, std::optional<LengthUnit> unit) {
+    LoadedPart part;
+    readNamingErrors(path, [&] {
+        part = readPart(path, unit);
+        scale(part.mesh, part.unit.millimetres);
+    });
+    return part;
 }
 
 }  // namespace App

@@ -74,10 +74,18 @@ MeshOutput::~MeshOutput() {
     Interrupt::setTemporaryFile({});
 }
 
+bool MeshOutput::isThreeMf() const {
+    return extensionOf(m_path) == ".3mf";
+}
+
 void MeshOutput::write(const TriangleMesh& mesh) {
+    writeBytes([&] { return encoderFor(extensionOf(m_path))(mesh); });
+}
+
+void MeshOutput::writeBytes(const std::function<std::string()>& make) {
     std::string bytes;
     try {
-        bytes = encoderFor(extensionOf(m_path))(mesh);
+        bytes = make();
     } catch (const Tesk::PartFileError& error) {
         fail(m_path, error.place());
     }

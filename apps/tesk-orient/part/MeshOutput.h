@@ -1,6 +1,8 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <string>
 
 #include "TriangleMesh.h"
 
@@ -21,6 +23,11 @@ class MeshOutput {
 
     /// Writes the mesh, in millimetres. Throws Failure with ExitCode::kOutput.
     void write(const TriangleMesh& mesh);
+
+    /// Writes what a function makes, whose Tesk::PartFileError becomes such a Failure.
+    void writeBytes(const std::function<std::string()>& make);
+
+    bool isThreeMf() const;
 
  private:
     std::filesystem::path m_path;

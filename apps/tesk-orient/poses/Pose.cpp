@@ -54,6 +54,13 @@ Matrix setDown(const TriangleMesh& mesh, const Matrix& m, float height) {
     return m * Matrix::CreateTransfMatrix({0.0f, 0.0f, lift});
 }
 
+Matrix inPlace(const Matrix& m, const TriangleMesh& mesh) {
+    UBox3<float> turned;
+    for (const UPoint3<float>& p : mesh.positions) turned.Extend(p * m);
+    const UVector3<float> way = centerOf(mesh) - turned.Center();
+    return m * Matrix::CreateTransfMatrix({way.x, way.y, 0.0f});
+}
+
 UVector3<float> upOf(const OptimizeOrient::OptOrientation& orientation) {
     const Matrix turn = turnOf(orientation);
     return {turn.at(0, 2), turn.at(1, 2), turn.at(2, 2)};

@@ -19,6 +19,10 @@ UMatrix4<float> poseOf(const OptimizeOrient::OptOrientation& orientation, const 
 /// its lowest point to z = 0.
 UMatrix4<float> poseOf(const UMatrix4<float>& rotation, const TriangleMesh& mesh);
 
+/// A transform followed by the move along x and y that brings the centre of the part's box back to
+/// where it was.
+UMatrix4<float> inPlace(const UMatrix4<float>& m, const TriangleMesh& mesh);
+
 /// A transform followed by the move that brings the part's lowest point to a height.
 UMatrix4<float> setDown(const TriangleMesh& mesh, const UMatrix4<float>& m, float height);
 

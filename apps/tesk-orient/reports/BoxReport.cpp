@@ -49,9 +49,9 @@ std::optional<double> BoxResult::fillRatio() const {
     return *partVolume / box.volume();
 }
 
-std::string boxReportTable(const BoxOptions& options, const BoxResult& result) {
+std::string boxText(const BoxOptions& options, const BoxResult& result) {
     const PartBox& box = result.box;
-    std::string text = headingOf(options, result.part) + titleOf(options) + "\n\n" +
+    std::string text = titleOf(options) + "\n\n" +
                        "  Axis   Full length   Half-length   Direction\n"
                        "                  mm            mm\n";
     for (std::size_t i = 0; i < 3; ++i) {
@@ -63,7 +63,11 @@ std::string boxReportTable(const BoxOptions& options, const BoxResult& result) {
            fmt::format("To bring axes 1, 2, 3 to X, Y, Z, {}.\n", textOf(turnIn(box.alignment())));
 }
 
-Json boxReportJson(const BoxOptions& options, const BoxResult& result) {
+std::string boxReportTable(const BoxOptions& options, const BoxResult& result) {
+    return headingOf(options, result.part) + boxText(options, result);
+}
+
+Json boxMembers(const BoxResult& result) {
     const PartBox& box = result.box;
     Json axes = Json::array();
     Json sizes = Json::array();
@@ -71,8 +75,6 @@ Json boxReportJson(const BoxOptions& options, const BoxResult& result) {
         axes.push_back(valueOf(box.axes[i]));
         sizes.push_back(2.0f * box.halfExtents[i]);
     }
-    Json settings = {{"criterion", nameOf(options.criterion)}};
-    if (options.criterion == Criterion::kAroundAxis) settings["axis"] = valueOf(options.axis);
     Json found = {{"centerMm", valueOf(box.center)},
                   {"axes", axes},
                   {"sizeMm", sizes},
@@ -82,18 +84,32 @@ Json boxReportJson(const BoxOptions& options, const BoxResult& result) {
     found["fillRatio"] = orNull(result.fillRatio());
     found["turn"] = valueOf(turnIn(box.alignment()));
     found["matrix"] = valueOf(box.alignment());
-    return {{"schema", "tesk-orient/box/1"},
-            {"input", inputValue(options, result.part)},
-            {"settings", settings},
-            {"conventions",
-             {{"axes", "three unit vectors, orthogonal, right-handed"},
-              {"sizeMm", "full lengths along the axes"},
-              {"halfExtentsMm", "half-lengths along the axes"},
-              {"partVolumeMm3", "null where the mesh is not closed and consistently wound"},
-              {"fillRatio", "partVolumeMm3 / volumeMm3, null where there is none"},
-              {"turn", "brings axes 1, 2, 3 to X, Y, Z; right-handed"},
-              {"matrix", std::string("the same about the box's centre: ") + kMatrixConvention}}},
-            {"box", found}};
+    return {{"box", found}};
+}
+
+Json settingsOf(const BoxOptions& options) {
+    Json settings = {{"criterion", nameOf(options.criterion)}};
+    if (options.criterion == Criterion::kAroundAxis) settings["axis"] = valueOf(options.axis);
+    return settings;
+}
+
+Json boxConventions() {
+    return {{"axes", "three unit vectors, orthogonal, right-handed"},
+            {"sizeMm", "full lengths along the axes"},
+            {"halfExtentsMm", "half-lengths along the axes"},
+            {"partVolumeMm3", "null where the mesh is not closed and consistently wound"},
+            {"fillRatio", "partVolumeMm3 / volumeMm3, null where there is none"},
+            {"turn", "brings axes 1, 2, 3 to X, Y, Z; right-handed"},
+            {"matrix", std::string("the same about the box's centre: ") + kMatrixConvention}};
+}
+
+Json boxReportJson(const BoxOptions& options, const BoxResult& result) {
+    Json report = {{"schema", "tesk-orient/box/1"},
+                   {"input", inputValue(options, result.part)},
+                   {"settings", settingsOf(options)},
+                   {"conventions", boxConventions()}};
+    report.update(boxMembers(result));
+    return report;
 }
 
 }  // namespace App

@@ -26,4 +26,10 @@ std::string boxReportTable(const BoxOptions& options, const BoxResult& result);
 /// The same for programs: one JSON object, whose "schema" names its version.
 Json boxReportJson(const BoxOptions& options, const BoxResult& result);
 
+/// What these consist of, for reports of several parts.
+std::string boxText(const BoxOptions& options, const BoxResult& result);
+Json settingsOf(const BoxOptions& options);
+Json boxConventions();
+Json boxMembers(const BoxResult& result);
+
 }  // namespace App

@@ -8,12 +8,12 @@
 
 namespace App {
 
-std::string layFlatReportTable(const LayFlatOptions& options, const LayFlatResult& result) {
+std::string layFlatText(const LayFlatResult& result) {
     const auto before = sizeOf(result.part.mesh);
     const auto after = sizeOf(result.placed);
-    std::string text = headingOf(options, result.part) +
-                       "  Size    As it lies     Laid flat\n"
-                       "                  mm            mm\n";
+    std::string text =
+        "  Size    As it lies     Laid flat\n"
+        "                  mm            mm\n";
     for (std::size_t i = 0; i < 3; ++i) {
         text += fmt::format("     {}  {:>12.3f}  {:>12.3f}\n", "XYZ"[i], before[i], after[i]);
     }
@@ -31,21 +31,30 @@ std::string layFlatReportTable(const LayFlatOptions& options, const LayFlatResul
     return text + "\n";
 }
 
-Json layFlatReportJson(const LayFlatOptions& options, const LayFlatResult& result) {
-    const auto before = sizeOf(result.part.mesh);
-    const auto after = sizeOf(result.placed);
-    return {{"schema", "tesk-orient/lay-flat/1"},
-            {"input", inputValue(options, result.part)},
-            {"conventions",
-             {{"matrix", kMatrixConvention},
-              {"placement",
-               "longest side of the smallest box along X, shortest along Z, lowest "
-               "point at z = 0"},
-              {"turn", "right-handed; the matrix also moves the part"}}},
-            {"sizeBeforeMm", before},
-            {"sizeAfterMm", after},
+std::string layFlatReportTable(const LayFlatOptions& options, const LayFlatResult& result) {
+    return headingOf(options, result.part) + layFlatText(result);
+}
+
+Json layFlatConventions() {
+    return {{"matrix", kMatrixConvention},
+            {"placement",
+             "longest side of the smallest box along X, shortest along Z, lowest point at z = 0"},
+            {"turn", "right-handed; the matrix also moves the part"}};
+}
+
+Json layFlatMembers(const LayFlatResult& result) {
+    return {{"sizeBeforeMm", sizeOf(result.part.mesh)},
+            {"sizeAfterMm", sizeOf(result.placed)},
             {"turn", valueOf(turnIn(result.matrix))},
             {"matrix", valueOf(result.matrix)}};
+}
+
+Json layFlatReportJson(const LayFlatOptions& options, const LayFlatResult& result) {
+    Json report = {{"schema", "tesk-orient/lay-flat/1"},
+                   {"input", inputValue(options, result.part)},
+                   {"conventions", layFlatConventions()}};
+    report.update(layFlatMembers(result));
+    return report;
 }
 
 }  // namespace App

@@ -22,4 +22,9 @@ std::string layFlatReportTable(const LayFlatOptions& options, const LayFlatResul
 /// The same for programs: one JSON object, whose "schema" names its version.
 Json layFlatReportJson(const LayFlatOptions& options, const LayFlatResult& result);
 
+/// What these consist of, for reports of several parts.
+std::string layFlatText(const LayFlatResult& result);
+Json layFlatConventions();
+Json layFlatMembers(const LayFlatResult& result);
+
 }  // namespace App

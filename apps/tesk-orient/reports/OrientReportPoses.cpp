@@ -110,10 +110,9 @@ std::string reasonFor(const OrientOptions& options, const BuildPoses& result) {
                        stands);
 }
 
-std::string posesTable(const OrientOptions& options, const OrientResult& result) {
+std::string posesText(const OrientOptions& options, const OrientResult& result) {
     const BuildPoses& found = result.poses;
-    std::string text = headingOf(options, result.part);
-    text +=
+    std::string text =
         " Rank   Support     Contact     Height       Cost   Direction of the part\n"
         "      filament,         mm²         mm    (low is   that points up\n"
         "          about                           better)\n";
@@ -126,6 +125,10 @@ std::string posesTable(const OrientOptions& options, const OrientResult& result)
     text += reasonFor(options, found) + "\n";
     const std::string turn = textOf(turnIn(chosen.rotation));
     return fmt::format("{}To get there, {}.\n", text, turn);
+}
+
+std::string posesTable(const OrientOptions& options, const OrientResult& result) {
+    return headingOf(options, result.part) + posesText(options, result);
 }
 
 std::string whyNoPose(const OrientOptions& options, const BuildPoses& poses) {

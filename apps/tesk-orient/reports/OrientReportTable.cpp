@@ -28,9 +28,8 @@ std::string advice(const OrientOptions& options, const OptOrientation& chosen) {
 
 }  // namespace
 
-std::string reportTable(const OrientOptions& options, const OrientResult& result) {
-    std::string text = headingOf(options, result.part);
-    text +=
+std::string rankingText(const OrientOptions& options, const OrientResult& result) {
+    std::string text =
         "  Rank   Score    Height      Support   Footprint        Box   Direction of the part\n"
         "      (low is   mm             cm³         cm²         cm³   that points up\n"
         "       better)\n";
@@ -39,6 +38,10 @@ std::string reportTable(const OrientOptions& options, const OrientResult& result
     }
     const auto chosen = static_cast<std::size_t>(options.rank - 1);
     return text + "\n" + advice(options, result.orientations[chosen]);
+}
+
+std::string reportTable(const OrientOptions& options, const OrientResult& result) {
+    return headingOf(options, result.part) + rankingText(options, result);
 }
 
 }  // namespace App

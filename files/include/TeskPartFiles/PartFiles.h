@@ -23,22 +23,25 @@
 /// platform and for every number of threads.
 namespace Tesk {
 
-/// The formats, as they are told apart by a file name's extension.
+/// The formats, each with the extension of its file names.
 enum class PartFormat {
     kStl,      ///< .stl: binary and text
-    kObj,      ///< .obj: positions and faces; everything else in the file is passed over
+    kObj,      ///< .obj: positions and faces; everything else in the file is ignored
     kPly,      ///< .ply: text and both binary forms; faces and triangle strips
     kOff,      ///< .off: text, with or without normals, colours and texture coordinates
-    kThreeMf,  ///< .3mf: the core, and model parts that the production extension names
+    kThreeMf,  ///< .3mf: core specification, and separate model parts (production extension)
 };
 
 /// "STL", "OBJ", "PLY", "OFF" or "3MF".
 const char* nameOf(PartFormat format);
 
+/// Of the files of a format, in lower case with its dot: ".stl".
+std::string_view extensionOf(PartFormat format);
+
 /// The format of a file name, by its extension in upper or lower case.
 std::optional<PartFormat> formatOf(const std::filesystem::path& path);
 
-/// The format that the first bytes of a file tell; nothing where they fit none.
+/// The format of a file, recognised by its first bytes; nothing if they fit no format.
 std::optional<PartFormat> formatOf(std::string_view bytes);
 
 struct PartPoint {
@@ -57,20 +60,21 @@ struct PartMesh {
     bool operator==(const PartMesh&) const = default;
 };
 
-/// Something that a reader passed over or put right, which the user should know.
+/// Something that a reader ignored or corrected, and that the user should know.
 struct PartWarning {
     std::string code;        ///< short and fixed, for programs: "extra-bytes"
     std::string text;        ///< one sentence for people
-    std::int64_t count = 0;  ///< how many, where that makes sense; otherwise 0
+    std::int64_t count = 0;  ///< how many, if that makes sense; otherwise 0
 };
 
 /// What a file holds.
 struct PartFile {
     PartFormat format = PartFormat::kStl;
-    std::string form;  ///< "binary" or "ASCII"; empty where the format has one form only
-    PartMesh mesh;     ///< at least one triangle; finite coordinates, in the file's numbers
-    /// Of the coordinates, as a 3MF states it: "micron", "millimeter", "centimeter", "inch",
-    /// "foot", "meter", or a name that the standard does not have. Nothing for the other formats.
+    std::string form;  ///< "binary" or "ASCII"; empty if the format has one form only
+    PartMesh mesh;     ///< at least one triangle; finite coordinates, as the file gives them
+    /// The unit of the coordinates as a 3MF states it: "micron", "millimeter", "centimeter",
+    /// "inch", "foot", "meter", or any other name, which is not valid 3MF. Nothing for the other
+    /// formats. LengthUnits.h has their sizes.
     std::optional<std::string> unit;
     std::vector<std::string> objectNames;  ///< solids of an STL, objects of an OBJ; in file order
     std::vector<PartWarning> warnings;
@@ -80,9 +84,10 @@ struct PartFile {
 /// "part.obj: line 23: a face refers to vertex 12, but the file has 8".
 class PartFileError : public std::runtime_error {
  public:
-    /// @param trouble  what is wrong, without file and line
-    /// @param line     where in a text, counted from 1; 0 where that makes no sense
-    /// @param offset   where in a binary file, in bytes from its start
+    /// @param trouble  what is wrong, without file name and line
+    /// @param line     the line of a text, counted from 1; 0 if there is none
+    /// @param offset   the place in a binary file, in bytes from its start
+    /// @param file     the file's name in UTF-8; empty for bytes in memory
     explicit PartFileError(std::string trouble, std::size_t line = 0,
                            std::optional<std::uint64_t> offset = std::nullopt,
                            std::string file = {});
@@ -125,21 +130,22 @@ struct ReadOptions {
 /// Text may begin with a byte order mark, end its lines in LF, CR LF or CR, and hold numbers in any
 /// form of C's strtod without hexadecimal ones; each becomes the float nearest to it. Polygons are
 /// cut into triangles (n − 2 of n corners, each edge of the polygon kept), whether convex or not;
-/// where one crosses itself, the cut is one of many. Faces of one or two corners are left out.
+/// if one crosses itself, the cut is one of many. Faces of one or two corners are left out.
 ///
-/// All build items of a 3MF come as one mesh in the root model's unit, with a warning where there
-/// are several. Transforms are applied; a mirrored object's triangles are reversed so that they
+/// All build items of a 3MF come as one mesh in the root model's unit, with a warning if there are
+/// several. Transforms are applied; a mirrored object's triangles are reversed so that they
 /// still face outward. Meshes of type "support" or "other" are left out with a warning; materials
 /// and all else that does not change shapes is ignored. A required extension that does change them
 /// is an error, and so are objects that contain themselves or nest more than 100 deep, components
 /// that expand to more than 50 million triangles, and an archive that unpacks to more than 200
 /// times its size.
 ///
-/// Throws PartFileError where the file cannot be opened, is something else than its name says, cut
-/// short, or refers to a vertex that it does not have; where a coordinate is missing, no number or
-/// not finite; and where there is no triangle at all. Memory is taken for what the file holds, not
-/// for what its header declares: at most about 60 bytes per triangle of a binary STL. The file is
-/// mapped: whoever shortens it meanwhile takes the process down, as with every mapped file.
+/// Throws PartFileError if the file cannot be opened, is of another format than its name says, is
+/// cut short, or refers to a vertex that it does not have; if a coordinate is missing, not a number
+/// or not finite; and if there is no triangle at all. Memory is allocated for what the file holds,
+/// not for what its header declares: at most about 60 bytes per triangle of a binary STL. The file
+/// is mapped into memory: if another process shortens it meanwhile, this one may be ended by the
+/// system, as with every mapped file.
 PartFile readPart(const std::filesystem::path& path, const ReadOptions& options = {});
 
 /// The same for bytes in memory.

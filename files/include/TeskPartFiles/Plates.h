@@ -49,7 +49,7 @@ struct PlateItem {
     std::size_t object = 0;   ///< index into Plate::objects
     PartTransform transform;  ///< from the object's frame to the plate's; lengths in Plate::unit
     std::string partNumber;   ///< may be empty
-    bool isPrintable = true;  ///< false where a slicer has marked it: printable="0"
+    bool isPrintable = true;  ///< false if a slicer has marked it: printable="0"
     std::size_t place = 0;    ///< among all items of the file, from 0
 };
 
@@ -66,31 +66,30 @@ struct Plate {
     std::vector<PartWarning> warnings;
 };
 
-/// Reads a mesh file object by object; the format is that of its extension. A file of any other
-/// format than 3MF is one object without a name, and one item that leaves it where it is.
+/// Reads a mesh file object by object; the format is that of its extension. A file of any format
+/// other than 3MF is one object without a name, and one item that leaves it where it is.
 ///
-/// Everything that readPart() says holds here, except that items stay apart: the limit of 50
-/// million triangles (or ReadOptions::maxTriangles) is for all objects together, each counted once.
-/// Meshes are merged vertex by vertex within an object, if the options ask for it.
+/// Everything said about readPart() holds here, except that items stay apart: the limit of 50
+/// million triangles (or ReadOptions::maxTriangles) applies to all objects together, each counted
+/// once. If the options ask for it, vertices are merged within each object.
 Plate readPlate(const std::filesystem::path& path, const ReadOptions& options = {});
 
 /// The same for bytes in memory.
 Plate readPlate(std::string_view bytes, PartFormat format, const ReadOptions& options = {});
 
 /// The bytes of a 3MF package with other transforms for some of its items. `transforms[k]` is for
-/// the item whose place is k; without a value, that item's tag stays as it is, character by
-/// character. There must be as many as Plate::itemCount.
+/// the item whose place is k; if it has no value, that item stays as it is, character by character.
+/// There must be as many as Plate::itemCount.
 ///
 /// In the root model part, only the values of `transform` attributes differ; an item that has none
 /// gets one right after its element's name. Numbers have the fewest digits that read back to the
-/// same double. Every other byte of the package stays, compressed content, names, order, times,
-/// extra fields and comment included; the root model part keeps its time and its way of
-/// compression. Where no transform has a value, the result is the package itself.
+/// same double. Every other byte of the package stays: compressed content, names, order, times,
+/// extra fields, comments. The root model part keeps its time and its way of compression. If no
+/// transform has a value, the result is the package itself.
 ///
-/// Throws PartFileError where readPlate() could not read the root model part either, where it is
-/// not in UTF-8 or another encoding that contains ASCII (UTF-16 does not), where a transform is not
-/// finite, the number of transforms is wrong, or the archive would outgrow its form (4 GiB without
-/// ZIP64).
+/// Throws PartFileError if the archive or its root model part cannot be read, if that part is in
+/// UTF-16, if a transform is not finite or their number is wrong, and if the archive would outgrow
+/// its form (4 GiB without ZIP64).
 std::string withTransforms(std::string_view package,
                            std::span<const std::optional<PartTransform>> transforms);
 

@@ -10,8 +10,8 @@ namespace Tesk::files {
 /// The bytes of a file, mapped into memory for as long as the object lives.
 class MappedFile {
  public:
-    /// Throws PartFileError, which does not name the file, where there is none, it is something
-    /// else than a file, cannot be read, or is empty.
+    /// Throws PartFileError, without the file's name, if there is no such file, or it is not a
+    /// regular file, cannot be read, or is empty.
     explicit MappedFile(const std::filesystem::path& path);
     ~MappedFile();
     MappedFile(const MappedFile&) = delete;

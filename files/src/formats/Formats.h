@@ -17,9 +17,9 @@ struct Format {
     bool (*fits)(std::string_view start);
     PartFile (*read)(std::string_view bytes, const ReadOptions& options, Progress& progress);
     std::string (*encode)(const PartMesh& mesh);
-    /// Whether read() has merged equal vertices where the options ask for it.
+    /// Whether read() itself merges equal vertices if the options ask for it.
     bool weldsItself;
-    /// Null where a file is always one object. Does not weld.
+    /// Reads object by object, without welding; null if a file is always one object.
     Plate (*readPlate)(std::string_view bytes, const ReadOptions& options, Progress& progress);
 };
 

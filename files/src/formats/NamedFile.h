@@ -15,13 +15,13 @@ std::string extensionOf(const std::filesystem::path& path);
 /// The format of a path's extension. Throws PartFileError that lists those that are known.
 PartFormat expectFormat(const std::filesystem::path& path);
 
-/// Throws PartFileError where there are no bytes.
+/// Throws PartFileError if there are no bytes.
 void refuseEmpty(std::string_view bytes);
 
 /// Throws the error again, with the file's name.
 [[noreturn]] void rethrow(const PartFileError& error, const std::filesystem::path& path);
 
-/// What read(bytes, format) makes of a mesh file. Its errors get the file's name.
+/// Returns read(bytes, format) for a mesh file, and adds the file's name to its errors.
 template <class Read>
 auto withFile(const std::filesystem::path& path, const Read& read) {
     try {

@@ -86,6 +86,10 @@ const char* nameOf(PartFormat format) {
     return files::rowOf(format).name;
 }
 
+std::string_view extensionOf(PartFormat format) {
+    return files::rowOf(format).extension;
+}
+
 std::optional<PartFormat> formatOf(const fs::path& path) {
     const std::string extension = files::extensionOf(path);
     for (const files::Format& row : files::allFormats()) {

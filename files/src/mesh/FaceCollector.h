@@ -16,18 +16,17 @@ class FaceCollector {
  public:
     explicit FaceCollector(std::size_t maxTriangles) : m_maxTriangles(maxTriangles) {}
 
-    /// Makes room where a sound file promises so many faces.
+    /// Reserves memory for a number of faces that the file is large enough to hold.
     void reserve(std::size_t faces) { m_triangles.reserve(faces); }
 
     /// Takes a face; one of fewer than three corners is counted and left out. Throws PartFileError
-    /// where the triangles become too many.
+    /// if there are too many triangles.
     void add(std::span<const std::int32_t> corners);
 
     std::size_t faces() const { return m_triangles.size() + m_polygons.size(); }
 
-    /// Puts the triangles into the mesh, whose positions are complete, and a warning into the list
-    /// where faces were left out. Throws PartFileError where there is no face. The collector is
-    /// empty after that.
+    /// Puts the triangles into the mesh, whose positions are complete, and adds a warning if faces
+    /// were left out. Throws PartFileError if there is no face. Leaves the collector empty.
     void finish(PartMesh& mesh, std::vector<PartWarning>& warnings);
 
  private:

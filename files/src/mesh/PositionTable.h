@@ -13,14 +13,14 @@
 namespace Tesk::files {
 
 /// An open-addressing table of distinct positions, of fixed size, that any number of threads fill
-/// at once without locks. Where a position lands depends on timing; that equal positions share a
-/// slot does not. Afterwards one thread numbers the slots.
+/// at once without locks. Equal positions always share a slot; which slot that is depends on
+/// timing. Once the table is filled, one thread numbers the slots.
 class PositionTable {
  public:
     static constexpr std::uint32_t kNoRoom = 0xffffffffu;
 
-    /// Room for `capacity` positions at the very most; it works well up to three quarters of them.
-    /// More than 0, less than 2^32 - 1.
+    /// Holds at most `capacity` positions, and is fast while up to three quarters of the slots are
+    /// taken. `capacity` is more than 0 and less than 2^32 - 1.
     explicit PositionTable(std::size_t capacity)
         : m_capacity(capacity),
           // Zeroed pages come from the system when they are touched, by whichever thread.
@@ -44,8 +44,8 @@ class PositionTable {
 #endif
     }
 
-    /// The slot of a finite position. One that is new is put there, and counts `news` up. kNoRoom
-    /// where every slot is taken.
+    /// The slot of a finite position. A new position is stored there and counted in `news`. Returns
+    /// kNoRoom if every slot is taken.
     std::uint32_t slotOf(const PartPoint& position, std::size_t& news) {
         const PartPoint p = plainZeros(position);
         std::size_t slot = firstSlot(p);
@@ -56,7 +56,7 @@ class PositionTable {
         return kNoRoom;
     }
 
-    /// The number of a used slot: the one it has, or `next` if it has none yet.
+    /// The number of a used slot. A slot that has none yet gets `next`.
     std::uint32_t numberOf(std::uint32_t slot, std::uint32_t next) {
         std::uint32_t& state = m_slots[slot].state;
         if (state == kReady) state = kFirstNumber + next;

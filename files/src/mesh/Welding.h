@@ -15,7 +15,7 @@
 
 namespace Tesk::files {
 
-/// What becomes of points that are put into a table.
+/// The result of putting points into a table.
 struct TableFill {
     std::unique_ptr<PositionTable> table;
     std::size_t distinct = 0;
@@ -30,15 +30,15 @@ constexpr std::size_t kPointsPerBlock = 48;
 constexpr std::size_t kPointsPerCount = 128 * kPointsPerBlock;
 constexpr std::size_t kPointsPerWorker = 50'000;
 
-/// Fills one table with points that `load(i)` gives, and slots[i] with their places in it.
+/// Puts the points that `load(i)` returns into a table, and writes their slots to slots[i].
 template <class Load>
 class TableFiller {
  public:
     TableFiller(std::size_t points, const Load& load, std::uint32_t* slots, Progress& progress)
         : m_points(points), m_load(load), m_slots(slots), m_progress(progress) {}
 
-    /// @param guess  how many distinct points are likely; where there are more, a second pass takes
-    ///               room for all
+    /// @param guess  the likely number of distinct points; if there are more, a second pass uses a
+    ///               table with room for all points
     TableFill run(std::size_t guess, unsigned threads) {
         const unsigned workers = workersFor(m_points, kPointsPerWorker, threads);
         for (const std::size_t room : {guess + guess / 2 + 64, m_points + m_points / 2 + 64}) {
@@ -89,7 +89,8 @@ class TableFiller {
         fill.firstBad = std::min(fill.firstBad, point);
     }
 
-    /// Whether the table is good for more. Rarely called: all threads write to one place here.
+    /// Returns whether the table has room for more. Called rarely, as all threads write to the same
+    /// variable here.
     bool countNews(std::size_t& news) {
         if (m_distinct.fetch_add(news, std::memory_order_relaxed) + news > m_mostDistinct) {
             m_isFull.store(true, std::memory_order_relaxed);
@@ -108,8 +109,9 @@ class TableFiller {
     std::atomic<bool> m_isFull = false;
 };
 
-/// Numbers the slots that the triangles' corners name, in the order in which they do, and puts the
-/// numbers in their place. `slotOf(corner)` gives the slot of a corner's present value.
+/// Numbers the slots in the order in which the triangles' corners first refer to them, and replaces
+/// each corner by the number of its slot. `slotOf(corner)` returns the slot for a corner's old
+/// value.
 template <class SlotOf>
 void numberCorners(PartMesh& mesh, TableFill& fill, const SlotOf& slotOf, Progress& progress) {
     constexpr std::size_t kAhead = 8;
@@ -133,10 +135,10 @@ void numberCorners(PartMesh& mesh, TableFill& fill, const SlotOf& slotOf, Progre
     }
 }
 
-/// The mesh of a soup of triangles whose corners `load(i)` gives, i counting corners: welded, or
-/// with three vertices of its own for each triangle, as the options say.
+/// Makes a mesh of separate triangles: `load(i)` returns the position of corner i. Depending on the
+/// options, the mesh is welded, or each triangle has three vertices of its own.
 ///
-/// Throws what `describe(i)` returns for the first corner that is not finite.
+/// If a corner is not finite, throws what `describe(i)` returns for the first such corner.
 template <class Load, class Describe>
 PartMesh soupOf(std::size_t triangles, const Load& load, const Describe& describe,
                 const ReadOptions& options, Progress& progress) {
@@ -151,7 +153,7 @@ PartMesh soupOf(std::size_t triangles, const Load& load, const Describe& describ
         }
         return mesh;
     }
-    // Slots lie where the indices will be.
+    // The slots are stored in the memory of the indices that will replace them.
     auto* const slots = reinterpret_cast<std::uint32_t*>(mesh.triangles.data());
     TableFiller filler(triangles * 3, load, slots, progress);
     // A closed surface has half as many vertices as triangles.

@@ -8,7 +8,7 @@ namespace Tesk::files {
 ///
 /// @param format  goes into the messages: "STL"
 ///
-/// Throws PartFileError for UTF-16, and with the line where the text holds a NUL byte.
+/// Throws PartFileError for UTF-16, and for a NUL byte, whose line it names.
 std::string_view plainText(std::string_view bytes, const char* format);
 
 }  // namespace Tesk::files

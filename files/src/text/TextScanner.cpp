@@ -118,15 +118,4 @@ long long TextScanner::integer(std::string_view token) const {
     return *value;
 }
 
-std::string quoted(std::string_view token) {
-    constexpr std::size_t kLongest = 24;
-    std::string text = "\"";
-    for (const char c : token.substr(0, kLongest)) {
-        const auto byte = static_cast<unsigned char>(c);
-        text += byte < 0x20 || byte >= 0x7f ? '?' : c;
-    }
-    text += token.size() > kLongest ? "...\"" : "\"";
-    return text;
-}
-
 }  // namespace Tesk::files

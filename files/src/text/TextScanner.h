@@ -10,9 +10,9 @@ namespace Tesk::files {
 /// space; "\n", "\r\n" and a lone "\r" end a line.
 class TextScanner {
  public:
-    /// The text must outlive the scanner. Where `comment` is not 0, a token that begins with it
-    /// and the rest of its line are passed over. Where `joinsLines` is set, a backslash at the end
-    /// of a line continues it. `line` is the number of the first line.
+    /// The text must outlive the scanner. If `comment` is not 0, a token that begins with it is
+    /// skipped, with the rest of its line. If `joinsLines` is set, a backslash at the end of a
+    /// line continues it. `line` is the number of the first line.
     explicit TextScanner(std::string_view text, char comment = '\0', bool joinsLines = false,
                          std::size_t line = 1)
         : m_text(text), m_line(line), m_comment(comment), m_joinsLines(joinsLines) {}
@@ -20,7 +20,7 @@ class TextScanner {
     /// The next token, on this line or a later one; empty at the end of the text.
     std::string_view next();
 
-    /// The next token on this line; empty where the line has no more.
+    /// The next token on this line; empty if the line has no more.
     std::string_view nextOnLine();
 
     /// What is left of this line, without blanks at its ends; goes on to the next line.
@@ -34,7 +34,7 @@ class TextScanner {
     /// How many bytes are left.
     std::size_t left() const { return m_text.size() - m_pos; }
 
-    /// Where the next token is looked for, in bytes from the start.
+    /// The place from which the next token is searched, in bytes from the start.
     std::size_t position() const { return m_pos; }
 
     bool isAtEnd() const { return m_pos >= m_text.size(); }
@@ -42,15 +42,15 @@ class TextScanner {
     /// Throws PartFileError with line().
     [[noreturn]] void fail(const std::string& trouble) const;
 
-    /// The token as a number; "nan" and "inf" are numbers too. Throws PartFileError where it is
-    /// none.
+    /// The token as a number; "nan" and "inf" are numbers too. Throws PartFileError if it is
+    /// not a number.
     double number(std::string_view token) const;
 
     /// A position's coordinate: the nearest float, finite. `vertex`, counted from 1, goes into the
     /// message of the PartFileError that it throws otherwise.
     float coordinate(std::string_view token, std::size_t vertex) const;
 
-    /// A whole number. Throws PartFileError where it is none.
+    /// A whole number. Throws PartFileError if the token is not one.
     long long integer(std::string_view token) const;
 
  private:

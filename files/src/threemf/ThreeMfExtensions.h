@@ -8,9 +8,9 @@ namespace Tesk::files {
 inline constexpr std::string_view kProductionSpace =
     "http://schemas.microsoft.com/3dmanufacturing/production/2015/06";
 
-/// Throws PartFileError where a model's root element asks for an extension of 3MF, in its attribute
-/// `requiredextensions`, without which its shapes may come out wrong: any but those that are known
-/// to leave shapes alone.
+/// Throws PartFileError if the attribute `requiredextensions` of a model's root element names an
+/// extension of 3MF without which shapes may come out wrong: any that is not known to leave shapes
+/// alone.
 void refuseUnknownExtensions(const XmlElement& model);
 
 }  // namespace Tesk::files

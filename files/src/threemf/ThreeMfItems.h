@@ -10,12 +10,12 @@
 namespace Tesk::files {
 
 /// The start tags of the build items of a model part, in its order: those that readThreeMfModel()
-/// reads as items. `name` goes into messages. Throws PartFileError where the text is not sound XML,
-/// or its encoding does not contain ASCII.
+/// reads as items. `name` goes into messages. Throws PartFileError if the text is not sound XML or
+/// is in UTF-16.
 std::vector<XmlTag> itemTags(std::string_view model, const std::string& name);
 
-/// An element's start tag, sound and in an encoding that contains ASCII, with another value of its
-/// attribute `transform`, or with this attribute where it has none.
+/// A well-formed start tag with another value of its attribute `transform`, or with this attribute
+/// added.
 std::string tagWithTransform(std::string_view tag, const PartTransform& transform);
 
 }  // namespace Tesk::files

@@ -13,9 +13,9 @@
 
 namespace Tesk::files {
 
-/// An object put somewhere: a build item, or a component of another object.
+/// A reference to an object, with a transform: in a build item, or as a component.
 struct ThreeMfPlacement {
-    std::string path;  ///< the model part that holds the object, as it is named
+    std::string path;  ///< of the model part that holds the object, as the file spells it
     std::uint32_t objectId = 0;
     PartTransform transform;
 };
@@ -26,7 +26,7 @@ struct ThreeMfObject {
     std::vector<ThreeMfPoint> vertices;  ///< in the model's unit
     std::vector<std::array<std::int32_t, 3>> triangles;
     std::vector<ThreeMfPlacement> components;
-    bool isAuxiliary = false;  ///< its mesh is a support or of type "other", not part of the model
+    bool isAuxiliary = false;  ///< of type "support" or "other": its mesh is not part of the model
 };
 
 /// A build item.

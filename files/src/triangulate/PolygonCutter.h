@@ -15,21 +15,23 @@ class PolygonCutter {
  public:
     using Triangle = std::array<std::int32_t, 3>;
 
-    /// Appends the n − 2 triangles of a polygon of n ≥ 3 corners: indices into `positions`, in
-    /// range. Their edges are the polygon's, each once, and n − 3 diagonals, each twice, whatever
-    /// the polygon looks like, so that a closed surface stays closed; they wind as it does.
+    /// Cuts a polygon of n ≥ 3 corners, which are valid indices into `positions`, and appends its
+    /// n − 2 triangles. They have the polygon's winding. Every edge of the polygon is an edge of
+    /// exactly one triangle, and each of the n − 3 diagonals is shared by two, so a closed surface
+    /// stays closed. This holds for any polygon, even one that crosses itself.
     ///
-    /// The polygon is looked at along its normal by Newell's method (the sum of the cross products
-    /// of neighbouring corners). Seen so, a convex polygon is cut as a fan from its first corner
-    /// and another one by clipping ears, in the order of the corners. Where it crosses itself there
-    /// may be no ear; then a corner that comes nearest to one is clipped. Each ear is compared with
-    /// the corners that do not turn left, but no more than a hundred million times over all
-    /// polygons, and a thousand times per corner beyond that: what is left then is cut as it comes.
+    /// The polygon is projected along its Newell normal (the sum of the cross products of
+    /// neighbouring corners). If the projection is convex, the triangles form a fan around the
+    /// first corner; otherwise ears are clipped in the order of the corners. A polygon that crosses
+    /// itself may have no ear; then the corner that is closest to being one is clipped. To find an
+    /// ear, a corner is tested against the reflex corners. The number of tests is limited to a
+    /// hundred million for all polygons together, plus a thousand per corner; after that, corners
+    /// are clipped without a test.
     void cut(std::span<const std::int32_t> corners, std::span<const PartPoint> positions,
              std::vector<Triangle>& triangles);
 
  private:
-    /// A corner seen along the normal.
+    /// A projected corner.
     struct Point {
         double x = 0.0;
         double y = 0.0;
@@ -53,10 +55,10 @@ class PolygonCutter {
     std::vector<Point> m_points;
     std::vector<std::size_t> m_before;
     std::vector<std::size_t> m_after;
-    std::vector<std::size_t> m_reflex;  ///< corners that may lie in an ear; those clipped go lazily
+    std::vector<std::size_t> m_reflex;  ///< corners that may lie in an ear; clipped ones go later
     std::vector<char> m_isReflex;
-    std::size_t m_testsLeft = 0;  ///< of this polygon's own
-    std::size_t m_spareTests = 100'000'000;
+    std::size_t m_testsLeft = 0;             ///< for this polygon only
+    std::size_t m_spareTests = 100'000'000;  ///< for all polygons together
 };
 
 }  // namespace Tesk::files

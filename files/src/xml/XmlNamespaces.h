@@ -20,8 +20,8 @@ class XmlNamespaces {
     /// At its end.
     void leave();
 
-    /// What a prefix stands for; the empty one is that of names without a prefix. Nothing where it
-    /// is not declared.
+    /// The namespace of a prefix, which is empty for names without one; nothing if the prefix is
+    /// not declared.
     std::optional<std::string_view> find(std::string_view prefix) const;
 
  private:

@@ -11,8 +11,8 @@
 
 namespace Tesk::files {
 
-/// A name of XML and the namespace that it is in. Where its prefix is not declared, which many
-/// programs pass over in extensions of their own, the prefix with its colon stands for the
+/// A name of XML and the namespace that it is in. If its prefix is not declared, as many
+/// programs forget to do for their own extensions, the prefix with its colon stands for the
 /// namespace.
 struct XmlName {
     XmlName(std::string_view written, const XmlNamespaces& spaces);
@@ -30,10 +30,10 @@ class XmlElement {
     std::string_view localName() const { return m_name.local; }
     std::string_view space() const { return m_name.space; }
 
-    /// The value of an attribute without a prefix, where it is there.
+    /// The value of an attribute without a prefix; nothing if there is no such attribute.
     std::optional<std::string_view> attribute(std::string_view name) const;
 
-    /// The value of an attribute in a namespace, where it is there.
+    /// The value of an attribute in a namespace; nothing if there is no such attribute.
     std::optional<std::string_view> attribute(std::string_view space, std::string_view name) const;
 
     /// An attribute of this local name whose prefix is not declared, as it is written.
@@ -67,13 +67,14 @@ class XmlReader {
     XmlReader(const XmlReader&) = delete;
     XmlReader& operator=(const XmlReader&) = delete;
 
-    /// Throws PartFileError that names title and line for what is no sound XML, for a document type
-    /// declaration, and for what a handler throws.
+    /// Throws PartFileError that names title and line if the text is not well-formed XML or has a
+    /// document type declaration, and if a handler throws PartFileError.
     void feed(std::string_view piece);
     void finish();
 
-    /// Inside a start handler: where the element's tag is, in bytes of the document as it was fed.
-    /// Throws PartFileError for documents so large that the parser cannot tell: 2 GiB on Windows.
+    /// The tag of the element whose start handler is running, in bytes of the document as it was
+    /// fed. Throws PartFileError for documents so large that the parser cannot tell: 2 GiB on
+    /// Windows.
     XmlTag tag() const;
 
  private:

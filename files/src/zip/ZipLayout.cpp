@@ -90,7 +90,7 @@ class Zip64Record {
 
 /// The end of the record behind a file's content, whose four forms only their values tell apart.
 std::uint64_t endOfDescriptor(const ZipBytes& bytes, const ZipPlace& file) {
-    for (const std::uint64_t mark : {4, 0}) {
+    for (const unsigned mark : {4u, 0u}) {
         if (mark > 0 && !bytes.isMarked(file.dataEnd, "PK\7\10")) continue;
         for (const unsigned width : {8u, 4u}) {
             const std::uint64_t crc = file.dataEnd + mark;
@@ -158,14 +158,14 @@ ZipLayout layoutOf(std::string_view archive) {
     const std::uint64_t end = findEnd(bytes);
     ZipField directory = bytes.field(end + 16, 4);
     std::uint64_t count = bytes.number(end + 10, 2);
-    if (directory.value != kAllOnes) layout.places.push_back(directory);
+    if (directory.value != kAllOnes) layout.positions.push_back(directory);
     if (end >= kLocatorSize && bytes.isMarked(end - kLocatorSize, "PK\6\7")) {
-        layout.places.push_back(bytes.field(end - kLocatorSize + 8, 8));
-        const std::uint64_t end64 = layout.places.back().value;
+        layout.positions.push_back(bytes.field(end - kLocatorSize + 8, 8));
+        const std::uint64_t end64 = layout.positions.back().value;
         bytes.expect(end64, "PK\6\6", kEnd64Size);
         count = bytes.number(end64 + 32, 8);
         directory = bytes.field(end64 + 48, 8);
-        layout.places.push_back(directory);
+        layout.positions.push_back(directory);
     }
     layout.directoryStart = directory.value;
     std::uint64_t at = directory.value;

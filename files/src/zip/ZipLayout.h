@@ -21,19 +21,18 @@ struct ZipPlace {
     ZipField localFlags, localCrc, localPackedSize, localSize;
     std::uint64_t dataStart = 0;
     std::uint64_t dataEnd = 0;
-    /// With the record of sizes and checksum behind the content, if there is one.
-    std::uint64_t end = 0;
+    std::uint64_t end = 0;  ///< after the data descriptor, if there is one
 };
 
-/// Where everything is in a zip archive.
+/// The positions of all parts of a zip archive.
 struct ZipLayout {
     std::vector<ZipPlace> files;  ///< in the order of the directory
     std::uint64_t directoryStart = 0;
-    /// The places of the directory and of the ZIP64 end record, wherever they are written.
-    std::vector<ZipField> places;
+    /// All fields that give the position of the directory or of the ZIP64 end record.
+    std::vector<ZipField> positions;
 };
 
-/// Throws PartFileError where the bytes are not a sound archive.
+/// Throws PartFileError if the bytes are not a sound archive.
 ZipLayout layoutOf(std::string_view archive);
 
 }  // namespace Tesk::files

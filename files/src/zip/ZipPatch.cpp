@@ -114,7 +114,7 @@ std::string withContent(std::string_view archive, std::size_t index, std::string
     for (const ZipPlace& other : layout.files) {
         if (other.offset.value >= file.end) put(bytes, other.offset, other.offset.value + shift);
     }
-    for (const ZipField& place : layout.places) put(bytes, place, place.value + shift);
+    for (const ZipField& field : layout.positions) put(bytes, field, field.value + shift);
     return bytes.replace(file.dataStart, file.end - file.dataStart, packed);
 }
 

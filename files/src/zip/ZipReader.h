@@ -28,7 +28,7 @@ class ZipReader {
     /// The name of a file as names() gives it. Ignores the case of ASCII letters and a leading '/'.
     std::optional<std::string> find(std::string_view name) const;
 
-    /// Where a file stands in the archive's directory, from 0; nothing where there is no such file.
+    /// The index of a file in the archive's directory; nothing if there is no such file.
     std::optional<std::size_t> indexOf(std::string_view name) const;
 
     /// Passes a file's content to `sink` piece by piece. Throws PartFileError if there is no such

@@ -10,18 +10,19 @@
 #include "TeskThreads/RawVector.h"
 #include "TeskThreads/Team.h"
 
+namespace Tesk::mesh {
 namespace {
 
 using Mesh = UMesh<float>;
 using Triangle = UTriangle<float>;
 using Corners = std::array<std::int32_t, 3>;
 
-/// One side of a triangle, filed under the lower of its two vertices: the upper vertex, the
-/// triangle and its edge, and whether it runs upward, packed so that the number's order is that of
-/// these.
+/// One side of a triangle, stored with the lower of its two vertices: its upper vertex, triangle
+/// and edge, and whether it runs upward. Packed into one number, which orders them in this
+/// sequence.
 class HalfEdge {
  public:
-    HalfEdge() = default;  // of no value, as lists of them are filled in parallel
+    HalfEdge() = default;  // uninitialised: lists of them are filled in parallel
     HalfEdge(std::int32_t upperVertex, std::int32_t triangle, std::uint32_t edge, bool runsUpward)
         : m_packed((static_cast<std::uint64_t>(upperVertex) << 32) |
                    (static_cast<std::uint32_t>(triangle) * 6 + edge * 2 + (runsUpward ? 1 : 0))) {}
@@ -43,10 +44,10 @@ bool isCollapsed(const Corners& c) {
     return c[0] == c[1] || c[1] == c[2] || c[2] == c[0];
 }
 
-/// Triangles that are looked at together.
+/// The number of triangles that a thread handles at a time.
 constexpr std::int64_t kPiece = 4096;
 
-/// Vertices in at most 64 blocks of equal size, a power of two.
+/// Divides the vertices into at most 64 blocks of equal size, which is a power of two.
 class VertexBlocks {
  public:
     explicit VertexBlocks(std::int32_t vertices)
@@ -69,15 +70,14 @@ class VertexBlocks {
     std::int32_t m_vertices;
 };
 
-/// The corners of all triangles, and for each piece of them, in which vertex blocks the lower ends
-/// of their edges lie, one bit each.
+/// The corners of all triangles. For each piece of triangles, one bit per vertex block tells
+/// whether the lower end of one of their edges lies there.
 struct CornerLists {
     Tesk::RawVector<Corners> triangles;
     std::vector<std::uint64_t> blocks;
 };
 
-/// The corners of a triangle; collapsed ones have no edges, all others get a neighbour, or none, at
-/// each.
+/// The corners of a triangle. A collapsed one has no edges, and so no neighbours.
 Corners takeCorners(Triangle& triangle, bool setNeighbours) {
     const Corners c = {triangle.V(0)->Index(), triangle.V(1)->Index(), triangle.V(2)->Index()};
     if (setNeighbours && isCollapsed(c)) {
@@ -110,8 +110,8 @@ CornerLists cornersOf(Tesk::Team& team, Mesh& mesh, const VertexBlocks& blocks,
     return lists;
 }
 
-/// A share of the vertices, whole blocks. What files its half-edges reads the pieces of triangles
-/// that have some.
+/// A range of vertices, made of whole blocks. To group its half-edges, only those pieces of
+/// triangles are read that touch one of the blocks.
 struct VertexRange {
     std::int32_t first = 0;
     std::int32_t end = 0;
@@ -133,7 +133,7 @@ std::vector<VertexRange> splitVertices(const VertexBlocks& blocks, int shares) {
     return ranges;
 }
 
-/// How many pieces of triangles all ranges together read.
+/// The number of pieces of triangles that all ranges read, in all.
 std::size_t piecesRead(const std::vector<VertexRange>& ranges, const CornerLists& lists) {
     std::size_t pieces = 0;
     for (const VertexRange& range : ranges) {
@@ -142,8 +142,8 @@ std::size_t piecesRead(const std::vector<VertexRange>& ranges, const CornerLists
     return pieces;
 }
 
-/// More ranges than threads even out what each has to do, but where the triangles' order is not
-/// that of their vertices, each reads most triangles.
+/// More ranges than threads balance the load. But if triangles are not stored in the order of their
+/// vertices, every range reads most triangles, and there is one range per thread.
 std::vector<VertexRange> rangesFor(const Tesk::Team& team, const VertexBlocks& blocks,
                                    const CornerLists& lists) {
     constexpr int kPerThread = 4;
@@ -154,7 +154,8 @@ std::vector<VertexRange> rangesFor(const Tesk::Team& team, const VertexBlocks& b
     return splitVertices(blocks, team.size());
 }
 
-/// Calls visit(lower vertex, HalfEdge) for those of a range, by ascending triangle.
+/// Calls visit(lower vertex − range.first, HalfEdge) for the half-edges whose lower vertex is in
+/// the range, in the order of the triangles.
 template <class Visit>
 void forEachHalfEdge(const CornerLists& lists, const VertexRange& range, Visit visit) {
     for (std::size_t piece = 0; piece < lists.blocks.size(); ++piece) {
@@ -176,7 +177,7 @@ void forEachHalfEdge(const CornerLists& lists, const VertexRange& range, Visit v
     }
 }
 
-/// Half-edges whose lower vertex is in a range, grouped by that.
+/// The half-edges whose lower vertex is in a range, grouped by that vertex.
 struct HalfEdgeGroups {
     std::vector<std::uint32_t> ends;  ///< where each vertex's group ends, and the next begins
     Tesk::RawVector<HalfEdge> halfEdges;
@@ -206,7 +207,7 @@ HalfEdgeGroups groupHalfEdges(const CornerLists& lists, const VertexRange& range
     return groups;
 }
 
-/// By insertion, which suits the handful of edges at a vertex.
+/// Sorts by insertion, the fastest way for the few edges at a vertex.
 void sortFew(HalfEdge* begin, HalfEdge* end) {
     constexpr std::ptrdiff_t kFew = 24;
     if (end - begin > kFew) {
@@ -240,7 +241,7 @@ void linkEdge(Mesh& mesh, const HalfEdge* begin, std::ptrdiff_t uses) {
     }
 }
 
-/// The edges above one vertex.
+/// Counts, and links if wanted, the edges whose lower vertex is one vertex.
 void finishVertex(Mesh& mesh, HalfEdge* edge, HalfEdge* end, bool setNeighbours,
                   TopologyCounts& counts) {
     sortFew(edge, end);
@@ -253,7 +254,7 @@ void finishVertex(Mesh& mesh, HalfEdge* edge, HalfEdge* end, bool setNeighbours,
     }
 }
 
-/// The edges whose lower vertex is in a range.
+/// The same for all vertices of a range.
 TopologyCounts finishRange(Mesh& mesh, const CornerLists& lists, const VertexRange& range,
                            bool setNeighbours) {
     TopologyCounts counts;
@@ -291,3 +292,5 @@ TopologyCounts buildEdgeTopology(Mesh& mesh, bool setNeighbours) {
                    [&](Tesk::Team& team) { counts = buildOnTeam(team, mesh, setNeighbours); });
     return counts;
 }
+
+}  // namespace Tesk::mesh

@@ -2,7 +2,11 @@
 
 #include "TeskMeshData/MeshKernel.h"
 
-/// Finds which triangles share an edge. Sets every triangle's neighbours when `setNeighbours`, and
-/// returns the edge counts. Linear in the triangle count, in parallel; needs about 40 bytes per
-/// triangle meanwhile.
+namespace Tesk::mesh {
+
+/// Finds the triangles at each edge. Returns the edge counts and, if `setNeighbours`, sets every
+/// triangle's neighbours. Linear in the triangle count, in parallel; needs about 40 bytes per
+/// triangle while it runs.
 TopologyCounts buildEdgeTopology(UMesh<float>& mesh, bool setNeighbours);
+
+}  // namespace Tesk::mesh

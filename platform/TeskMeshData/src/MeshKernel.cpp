@@ -22,8 +22,8 @@ void MeshKernel::UpdateTopo(bool rebuild, int parts) {
     if (rebuild) m_builtParts = 0;
     const int missing = parts & ~m_builtParts;
     if (missing == 0) return;
-    const TopologyCounts counts =
-        buildEdgeTopology(*m_mesh, /*setNeighbours=*/(missing & kTriangleNeighbours) != 0);
+    const TopologyCounts counts = Tesk::mesh::buildEdgeTopology(
+        *m_mesh, /*setNeighbours=*/(missing & kTriangleNeighbours) != 0);
     if ((missing & kEdgeCounts) != 0) m_topology = counts;
     m_builtParts |= missing;
 }

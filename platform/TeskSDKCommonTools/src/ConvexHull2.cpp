@@ -5,8 +5,12 @@
 #include <cstddef>
 
 #include "ExactTurn.h"
+#include "MonotoneChain.h"
 
+namespace gte {
 namespace {
+
+using namespace Tesk::hull;
 
 struct IndexedPoint {
     PlanePoint point;
@@ -33,23 +37,11 @@ std::vector<IndexedPoint> sortedPoints(const std::vector<double>& coordinates, i
     return points;
 }
 
-/// The corners on the right of the way from the first to the last point; the last is left out.
-template <class Iterator>
-void appendChain(Iterator begin, Iterator end, std::vector<int>& corners) {
-    std::vector<IndexedPoint> chain;
-    for (; begin != end; ++begin) {
-        while (chain.size() >= 2 &&
-               turnOf(chain[chain.size() - 2].point, chain.back().point, begin->point) <= 0) {
-            chain.pop_back();
-        }
-        chain.push_back(*begin);
-    }
-    for (std::size_t i = 0; i + 1 < chain.size(); ++i) corners.push_back(chain[i].index);
+bool turnsLeft(const IndexedPoint& a, const IndexedPoint& b, const IndexedPoint& c) {
+    return turnOf(a.point, b.point, c.point) > 0;
 }
 
 }  // namespace
-
-namespace gte {
 
 ConvexHull2::ConvexHull2(const std::vector<double>& coordinates, int count) {
     const std::vector<IndexedPoint> points = sortedPoints(coordinates, count);
@@ -57,8 +49,7 @@ ConvexHull2::ConvexHull2(const std::vector<double>& coordinates, int count) {
         m_indices.push_back(points.front().index);
         return;
     }
-    appendChain(points.begin(), points.end(), m_indices);
-    appendChain(points.rbegin(), points.rend(), m_indices);
+    appendConvexPolygon(points, turnsLeft, m_indices);
 }
 
 }  // namespace gte

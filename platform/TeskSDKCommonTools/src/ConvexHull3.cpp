@@ -1,17 +1,21 @@
 #include "TeskSDKCommonTools/ConvexHull3.h"
 
 #include <algorithm>
-#include <numeric>
+#include <span>
 
 #include "HullFaces.h"
 #include "QuickHull.h"
+#include "TeskCommon/Groups.h"
 
+namespace gte {
 namespace {
+
+using namespace Tesk::hull;
 
 using Triangles = std::vector<std::array<int, 3>>;
 
-/// The points that are corners, in ascending order of coordinates; renumbers the faces' corners by
-/// their place in it.
+/// The points that are corners, in ascending order of coordinates. Renumbers the faces' corners
+/// accordingly.
 std::vector<GridPoint> numberVertices(const std::vector<GridPoint>& points, HullFaces& faces) {
     std::vector<std::int32_t> order = faces.corners();
     std::vector<bool> isSeen(points.size(), false);
@@ -34,8 +38,8 @@ std::vector<GridPoint> numberVertices(const std::vector<GridPoint>& points, Hull
     return vertices;
 }
 
-/// A face by its lowest vertex, where its fan begins, and the one after it, which no other face
-/// has after the same vertex.
+/// Identifies a face by its lowest vertex, where its fan begins, and the vertex after that: no
+/// other face has the same two.
 struct FaceKey {
     int lowest;
     int second;
@@ -71,55 +75,47 @@ Triangles fanTriangles(const HullFaces& faces) {
     return triangles;
 }
 
-/// One side of a triangle, filed under its lower vertex.
+/// One side of a triangle, stored with its lower vertex.
 struct HalfEdge {
     int upper;
     int triangle;
     bool runsUp;  ///< from the lower to the upper vertex
 };
 
-/// The half-edges under one vertex belong together in pairs. Where a pair of vertices has two
-/// edges (the diagonals of a flat hull, one per side), each side's triangles are consecutive.
-void appendEdges(int lower, HalfEdge* begin, HalfEdge* end, std::vector<gte::HullEdge>& edges) {
-    std::sort(begin, end, [](const HalfEdge& a, const HalfEdge& b) {
+/// The half-edges under one vertex belong together in pairs. If a pair of vertices has two edges
+/// (the diagonals of a flat hull, one per side), each side's triangles are consecutive.
+void appendEdges(int lower, std::span<HalfEdge> halfEdges, std::vector<HullEdge>& edges) {
+    std::sort(halfEdges.begin(), halfEdges.end(), [](const HalfEdge& a, const HalfEdge& b) {
         return a.upper != b.upper ? a.upper < b.upper : a.triangle < b.triangle;
     });
-    for (HalfEdge* h = begin; h != end; h += 2) {
-        const int up = h[0].runsUp ? h[0].triangle : h[1].triangle;
-        const int down = h[0].runsUp ? h[1].triangle : h[0].triangle;
-        edges.push_back({lower, h->upper, up, down});
+    for (std::size_t i = 0; i < halfEdges.size(); i += 2) {
+        const HalfEdge& h = halfEdges[i];
+        const int other = halfEdges[i + 1].triangle;
+        edges.push_back(
+            {lower, h.upper, h.runsUp ? h.triangle : other, h.runsUp ? other : h.triangle});
     }
 }
 
-std::vector<gte::HullEdge> edgesOf(const Triangles& triangles, std::size_t vertexCount) {
-    // Counted two places up, so that after the filling first[v] is where group v begins.
-    std::vector<std::size_t> first(vertexCount + 2, 0);
-    const auto forEachSide = [&](auto visit) {
+std::vector<HullEdge> edgesOf(const Triangles& triangles, std::size_t vertexCount) {
+    Tesk::Groups<HalfEdge> halfEdges(vertexCount, [&](auto visit) {
         for (std::size_t t = 0; t < triangles.size(); ++t) {
             for (std::size_t k = 0; k < 3; ++k) {
-                visit(static_cast<int>(t), triangles[t][k], triangles[t][(k + 1) % 3]);
+                const int a = triangles[t][k];
+                const int b = triangles[t][(k + 1) % 3];
+                visit(static_cast<std::size_t>(std::min(a, b)),
+                      HalfEdge{std::max(a, b), static_cast<int>(t), a < b});
             }
         }
-    };
-    forEachSide([&](int, int a, int b) { ++first[static_cast<std::size_t>(std::min(a, b)) + 2]; });
-    std::partial_sum(first.begin(), first.end(), first.begin());
-    std::vector<HalfEdge> halfEdges(triangles.size() * 3);
-    forEachSide([&](int t, int a, int b) {
-        halfEdges[first[static_cast<std::size_t>(std::min(a, b)) + 1]++] = {std::max(a, b), t,
-                                                                            a < b};
     });
-    std::vector<gte::HullEdge> edges;
-    edges.reserve(halfEdges.size() / 2);
+    std::vector<HullEdge> edges;
+    edges.reserve(triangles.size() * 3 / 2);
     for (std::size_t v = 0; v < vertexCount; ++v) {
-        appendEdges(static_cast<int>(v), halfEdges.data() + first[v],
-                    halfEdges.data() + first[v + 1], edges);
+        appendEdges(static_cast<int>(v), halfEdges[v], edges);
     }
     return edges;
 }
 
 }  // namespace
-
-namespace gte {
 
 ConvexHull3::ConvexHull3(const UPoint3<float>* points, int n, int /*dimension*/) {
     const GridPoints grid = roundToGrid(points, n);

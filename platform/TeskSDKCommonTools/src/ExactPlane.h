@@ -5,7 +5,9 @@
 
 #include "GridPoints.h"
 
-/// An integer vector; a product of two differences of grid points fits (below 2^54).
+namespace Tesk::hull {
+
+/// An integer vector, wide enough for products of two coordinate differences (below 2^54).
 struct WideVector {
     std::int64_t x;
     std::int64_t y;
@@ -37,7 +39,7 @@ inline int dotSign(const WideVector& wide, const WideVector& u) {
 }
 
 /// The oriented plane through three grid points, with an exact side test. Almost every test is
-/// settled by a plane in doubles with a bound on its rounding; the rest in integers.
+/// decided in doubles, with a bound on their rounding; the rest in integers.
 class ExactPlane {
  public:
     ExactPlane() = default;
@@ -80,3 +82,5 @@ class ExactPlane {
     double m_offset = 0.0;
     double m_bound = 0.0;
 };
+
+}  // namespace Tesk::hull

@@ -4,14 +4,14 @@
 #include <cmath>
 #include <cstddef>
 
+namespace Tesk::hull {
 namespace {
 
 int signOf(double value) {
     return value > 0.0 ? 1 : value < 0.0 ? -1 : 0;
 }
 
-/// A double as the sum of two of at most 26 bits, whose products with others of that kind are
-/// exact.
+/// A double as the sum of two doubles of at most 26 bits. Products of such halves are exact.
 struct Halves {
     explicit Halves(double value) {
         constexpr double kSplitter = 0x1p27 + 1.0;
@@ -24,9 +24,9 @@ struct Halves {
     double low;
 };
 
-/// What rounding took from a product: itself a double, and found without a fused operation, which
-/// not every C library rounds once (T. J. Dekker, "A floating-point technique for extending the
-/// available precision", Numerische Mathematik 18 (1971)).
+/// The rounding error of a product, which is itself a double. No fused multiply-add is used,
+/// because not every C library rounds it once. Source: T. J. Dekker, "A floating-point technique
+/// for extending the available precision", Numerische Mathematik 18 (1971).
 double restOfProduct(double a, double b, double product) {
     const Halves x(a);
     const Halves y(b);
@@ -34,8 +34,8 @@ double restOfProduct(double a, double b, double product) {
     return rest + x.low * y.low;
 }
 
-/// A sum of doubles that keeps what rounding loses: components by rising magnitude, none of which
-/// overlaps another. Its sign is that of the last.
+/// An exact sum of doubles, kept as components of ascending magnitude that do not overlap. Its sign
+/// is that of the last component.
 class Expansion {
  public:
     void addProduct(double a, double b) {
@@ -90,3 +90,5 @@ int turnOf(const PlanePoint& a, const PlanePoint& b, const PlanePoint& c) {
     }
     return exactTurn(a, b, c);
 }
+
+}  // namespace Tesk::hull

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+namespace Tesk::hull {
 namespace {
 
 constexpr double kFar = std::numeric_limits<double>::infinity();
@@ -69,3 +70,5 @@ GridPoints roundToGrid(const UPoint3<float>* points, int n) {
     }
     return grid;
 }
+
+}  // namespace Tesk::hull

@@ -4,7 +4,9 @@
 #include <numeric>
 
 #include "ExactPlane.h"
+#include "MonotoneChain.h"
 
+namespace Tesk::hull {
 namespace {
 
 using Index = std::int32_t;
@@ -90,7 +92,7 @@ class Outliner {
         return m_groups.leaderOf(edge.facet) != m_groups.leaderOf(across);
     }
 
-    /// The border edge that starts where this one ends: turning about that corner inside the group.
+    /// The border edge that starts where this one ends. Turns about that corner inside the group.
     Edge following(Edge edge) {
         edge.k = (edge.k + 1) % 3;
         while (!isBorder(edge)) {
@@ -154,20 +156,6 @@ bool turnsLeft(const FlatPoint& a, const FlatPoint& b, const FlatPoint& c) {
     return (b.u - a.u) * (c.v - a.v) - (b.v - a.v) * (c.u - a.u) > 0;
 }
 
-/// One chain of the hull, over points in ascending or descending order; the last point is left to
-/// the other chain.
-template <class Iterator>
-void appendChain(Iterator begin, Iterator end, std::vector<Index>& polygon) {
-    std::vector<FlatPoint> chain;
-    for (; begin != end; ++begin) {
-        while (chain.size() >= 2 && !turnsLeft(chain[chain.size() - 2], chain.back(), *begin)) {
-            chain.pop_back();
-        }
-        chain.push_back(*begin);
-    }
-    for (std::size_t i = 0; i + 1 < chain.size(); ++i) polygon.push_back(chain[i].index);
-}
-
 }  // namespace
 
 std::span<const Index> HullFaces::operator[](std::size_t face) const {
@@ -200,8 +188,7 @@ HullFaces planarFaces(const std::vector<GridPoint>& points, const Span& span) {
         return a.u != b.u ? a.u < b.u : a.v != b.v ? a.v < b.v : a.index < b.index;
     });
     std::vector<Index> polygon;
-    appendChain(flat.begin(), flat.end(), polygon);
-    appendChain(flat.rbegin(), flat.rend(), polygon);
+    appendConvexPolygon(flat, turnsLeft, polygon);
     HullFaces faces;
     for (const Index corner : polygon) faces.addCorner(corner);
     faces.endFace();
@@ -211,3 +198,5 @@ HullFaces planarFaces(const std::vector<GridPoint>& points, const Span& span) {
     faces.endFace();
     return faces;
 }
+
+}  // namespace Tesk::hull

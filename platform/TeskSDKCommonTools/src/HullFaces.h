@@ -7,8 +7,10 @@
 #include "GridPoints.h"
 #include "QuickHull.h"
 
-/// The faces of a hull: polygons whose corners run counter-clockwise seen from outside, no three
-/// of them in line.
+namespace Tesk::hull {
+
+/// The faces of a hull: polygons, counter-clockwise seen from outside, without three corners in
+/// line.
 class HullFaces {
  public:
     std::size_t size() const { return m_ends.size(); }
@@ -26,9 +28,11 @@ class HullFaces {
     std::vector<std::size_t> m_ends;
 };
 
-/// The faces from a hull's triangles: those in one plane merged, and corners that are not extreme
-/// points dropped. Corners are point indices.
+/// The faces of a triangulated hull: merges coplanar triangles, and drops corners that are not
+/// extreme points. Corners are point indices.
 HullFaces mergeFacets(const std::vector<GridPoint>& points, const std::vector<HullFacet>& facets);
 
-/// The two sides of the polygon around points that span a plane.
+/// The two sides of the convex polygon of points that span a plane.
 HullFaces planarFaces(const std::vector<GridPoint>& points, const Span& span);
+
+}  // namespace Tesk::hull

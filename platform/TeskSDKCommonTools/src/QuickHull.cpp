@@ -1,10 +1,11 @@
 #include "QuickHull.h"
 
 #include <algorithm>
-#include <cassert>
 
 #include "ExactPlane.h"
+#include "TeskCommon/Assert.h"
 
+namespace Tesk::hull {
 namespace {
 
 constexpr std::int32_t kNone = -1;
@@ -28,7 +29,7 @@ std::int32_t farthest(const std::vector<GridPoint>& points, Measure measure) {
     return best;
 }
 
-/// A triangle of the growing hull, with the points above it that it must still take in.
+/// A triangle of the growing hull, with a list of points above it that are still outside.
 struct Facet {
     ExactPlane plane;
     std::array<std::int32_t, 3> corners{};
@@ -112,8 +113,8 @@ class Builder {
         m_pending = m_cone;
     }
 
-    /// Files a point with the first triangle of the newest cone that it lies above; a point above
-    /// none of them lies inside.
+    /// Adds a point to the list of the first triangle of the newest cone below it. A point above
+    /// none of them lies inside the hull.
     void assign(std::int32_t p) {
         for (const std::int32_t f : m_cone) {
             Facet& facet = at(f);
@@ -150,7 +151,7 @@ class Builder {
         }
     }
 
-    /// Collects the triangles with the apex above them, which hang together, and the edges around.
+    /// Collects the triangles that face the apex, which are connected, and the edges around them.
     void findVisible(std::int32_t start, std::int32_t apex) {
         m_visible.assign(1, start);
         m_horizon.clear();
@@ -209,9 +210,9 @@ Span findSpan(const std::vector<GridPoint>& points) {
     Span span;
     if (points.empty()) return span;
     span.dimension = 0;
-    // The lowest point and the farthest from it, which are the ends where all lie on a line; then
-    // the farthest from their line and from their plane. Where the rounded measure is largest it is
-    // not zero, or all are.
+    // The lowest point and the one farthest from it (if all are on a line, these are its ends);
+    // then the one farthest from their line, then from their plane. The measures may be rounded:
+    // the largest is zero only if all are.
     span.points[0] =
         static_cast<std::int32_t>(std::min_element(points.begin(), points.end()) - points.begin());
     const auto at = [&](int i) {
@@ -237,6 +238,8 @@ Span findSpan(const std::vector<GridPoint>& points) {
 }
 
 std::vector<HullFacet> quickHull(const std::vector<GridPoint>& points, const Span& span) {
-    assert(span.dimension == 3);
+    TESK_ASSERT(span.dimension == 3);
     return Builder(points, span).takeSurface();
 }
+
+}  // namespace Tesk::hull

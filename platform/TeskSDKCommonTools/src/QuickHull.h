@@ -6,8 +6,9 @@
 
 #include "GridPoints.h"
 
-/// What the points span, found exactly, with points that span it: `count` of them, which for four
-/// form a tetrahedron.
+namespace Tesk::hull {
+
+/// What the points span, decided exactly, and dimension + 1 of the points that span it.
 struct Span {
     int dimension = -1;  ///< −1 for no points, else 0..3
     std::array<std::int32_t, 4> points{};
@@ -22,7 +23,9 @@ struct HullFacet {
     std::array<std::int32_t, 3> neighbours;
 };
 
-/// The hull of points that span space, as a closed surface of triangles that is convex exactly.
-/// Triangles may lie in one plane, and a corner may lie inside a face or an edge; no triangle has
-/// zero area. Which such surface comes out depends on the points' order.
+/// The hull of points that span space, as a closed and exactly convex surface of triangles, none of
+/// which has zero area. Triangles may be coplanar, and a corner may lie inside a face or an edge.
+/// Which of the possible triangulations it is depends on the order of the points.
 std::vector<HullFacet> quickHull(const std::vector<GridPoint>& points, const Span& span);
+
+}  // namespace Tesk::hull

@@ -5,15 +5,17 @@
 #include <optional>
 
 #include "TeskSDKCommonTools/ConvexHull2.h"
+#include "minbox/axes/AxisPlane.h"
 #include "minbox/axes/LeastRectangle.h"
 #include "minbox/basearea/BaseAreaScores.h"
+#include "minbox/call/SearchCall.h"
+#include "minbox/fit/BoxCheck.h"
 #include "minbox/fit/BoxFit.h"
-#include "minbox/frame/SearchCall.h"
 
 namespace Tesk::minbox {
 namespace {
 
-/// The corners of the hull's shadow, counter-clockwise about the axis.
+/// The corners of the hull's shadow: of its projection along the axis, counter-clockwise about it.
 Outline shadowOf(const gte::ConvexHull3& hull, const AxisPlane& plane) {
     const std::vector<UPoint3<float>>& vertices = hull.getVertices();
     std::vector<double> coordinates;
@@ -27,9 +29,10 @@ Outline shadowOf(const gte::ConvexHull3& hull, const AxisPlane& plane) {
     return corners;
 }
 
-/// The box over the rectangle that the calipers find around the shadow in single precision; none if
-/// rounding spoils it. If the axis runs along edges of the hull, the two ends of each separate in
-/// the shadow, and calipers that meet such a short edge may lose their way.
+/// The box over the rectangle that the calipers find around the shadow in single precision;
+/// std::nullopt if rounding spoils it. If the axis runs along edges of the hull, rounding separates
+/// the two ends of such an edge in the shadow, and the short edge between them may mislead the
+/// calipers.
 std::optional<BoxCandidate> boxOfFloats(const SearchHull& hull, const AxisPlane& plane,
                                         const Vector& axis) {
     const HullPoints& vertices = hull.points();
@@ -40,8 +43,8 @@ std::optional<BoxCandidate> boxOfFloats(const SearchHull& hull, const AxisPlane&
     BoxCandidate box = lowestBox(calipers, [&](const Vector& origin, const Vector& along) {
         return vertices.rangeAlong(origin, along);
     });
-    // The corners of a very thin shadow may turn the wrong way round. The sides are then inside
-    // out by less than the check for vertices outside notices.
+    // The corners of a very thin shadow may run clockwise. A range is then negative, by less than
+    // checkFrame() tolerates.
     const double zero = vertices.constants().zero;
     const bool isSound = checkFrame(vertices, box) == FrameState::kSound &&
                          box.ranges[0].length() >= zero && box.ranges[1].length() >= zero &&
@@ -83,36 +86,6 @@ double crossSectionOf(const BoxFrame& box) {
 }
 
 }  // namespace
-
-AxisPlane::AxisPlane(const UVector3<float>& axis) : m_normal(axis.GetNormal()) {
-    m_kind = axis == UVector3<float>(1, 0, 0)   ? Kind::kX
-             : axis == UVector3<float>(0, 1, 0) ? Kind::kY
-             : axis == UVector3<float>(0, 0, 1) ? Kind::kZ
-                                                : Kind::kGeneral;
-    m_e1 = (m_normal * UVector3<float>(0, 0, 1)).GetNormal();
-    if (m_e1.IsZeroLength()) m_e1 = (m_normal * m_normal) * UVector3<float>(1, 0, 0);
-    m_e2 = m_e1 * m_normal;
-    const float length = m_e1.GetLength();
-    m_isSound = m_kind != Kind::kGeneral || length > 0.5f;
-}
-
-UPoint3<float> AxisPlane::dropped(const UPoint3<float>& p) const {
-    return p - m_normal * p.Dot(m_normal);
-}
-
-double AxisPlane::u(const UPoint3<float>& p) const {
-    const float value = m_kind == Kind::kX         ? p.y
-                        : m_kind == Kind::kGeneral ? dropped(p).Dot(m_e1)
-                                                   : p.x;
-    return static_cast<double>(value);
-}
-
-double AxisPlane::v(const UPoint3<float>& p) const {
-    const float value = m_kind == Kind::kZ         ? p.y
-                        : m_kind == Kind::kGeneral ? dropped(p).Dot(m_e2)
-                                                   : p.z;
-    return static_cast<double>(value);
-}
 
 OrientedBox3 searchAroundAxis(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points,
                               const UVector3<float>& axis) {

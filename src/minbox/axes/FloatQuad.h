@@ -4,9 +4,9 @@
 #include <bit>
 #include <cstdint>
 
+#include "TeskCommon/Sse2.h"
 #include "TeskDataBasic/UPoint3.h"
 #include "TeskDataBasic/UVector3.h"
-#include "common/Sse2.h"
 
 namespace Tesk::minbox {
 
@@ -21,7 +21,7 @@ class FloatQuad {
     static FloatQuad of(const UPoint3<float>& p) { return FloatQuad(p.x, p.y, p.z); }
 
     // Besides the usual operators there are:
-    //   read(p)          of(p), but for speed it reads four floats: not for an array's last point
+    //   read(p)          the same as of(p), but reads four floats: not for an array's last point
     //   spread<lane>()   one lane copied to all
     //   orLess(o)        in each lane, this number if it is less than the other, else the other
     //   orGreater(o)     the same with greater

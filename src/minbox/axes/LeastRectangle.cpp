@@ -12,9 +12,9 @@ double dot(const PlaneVector& a, const PlaneVector& b) {
     return a.x * b.x + a.y * b.y;
 }
 
-/// Tells how far a run of corners to leave out may reach. Seen from the corner before the run, the
-/// later corners of a convex polygon lie ever farther to the left; the line to the corner after the
-/// run must pass none of those in between at more than the tolerance.
+/// A run of corners to remove, and how far it may reach. Seen from the corner before the run, the
+/// later corners of a convex polygon lie farther and farther to the left. The line to the corner
+/// after the run must pass each removed corner within the tolerance.
 class Run {
  public:
     Run(const UPoint2<double>& before, double tolerance)
@@ -26,7 +26,7 @@ class Run {
         const double length = std::sqrt(dot(way, way));
         if (!(length > m_tolerance)) return;
         m_length = std::max(m_length, length);
-        // The line through the corner before and along the left side of a circle round this one.
+        // The tangent from the corner before the run to the left side of a circle about this one.
         const double sine = m_tolerance / length;
         const double cosine = std::sqrt(1.0 - sine * sine);
         const PlaneVector leftmost(way.x * cosine - way.y * sine, way.x * sine + way.y * cosine);
@@ -43,10 +43,10 @@ class Run {
     UPoint2<double> m_before;
     double m_tolerance;
     double m_length = 0.0;   ///< to the farthest corner left out
-    PlaneVector m_leftmost;  ///< zero where nothing limits the run yet
+    PlaneVector m_leftmost;  ///< zero if nothing limits the run yet
 };
 
-/// An end of the polygon, which no run may take away.
+/// An extreme corner, which no run may remove.
 std::size_t farthestFromFirst(const PlanePolygon& polygon) {
     std::size_t farthest = 0;
     double most = 0.0;
@@ -71,8 +71,8 @@ class SupportPoint {
     ///
     /// @param from  a position at or before the farthest corner; those in between ascend
     double advance(std::size_t from, const UPoint2<double>& origin, const PlaneVector& direction) {
-        // Rounding may make a corner seem lower than the one before it; the walk goes on until they
-        // really descend.
+        // Rounding may make a corner seem lower than the one before it; the walk ends only at one
+        // that is clearly lower.
         const double slack = m_slack * std::sqrt(dot(direction, direction));
         m_position = std::max(m_position, from);
         double most = project(m_position, origin, direction);
@@ -88,11 +88,11 @@ class SupportPoint {
         return most;
     }
 
-    /// Counted on over the end of the polygon.
+    /// May exceed the number of corners: it goes on counting after the first round.
     std::size_t position() const { return m_position; }
 
  private:
-    /// Of the polygon's extent: far above the rounding of projections.
+    /// Relative to the polygon's extent; far above the rounding of projections.
     static constexpr double kSlack = 1e-12;
 
     double project(std::size_t i, const UPoint2<double>& origin,

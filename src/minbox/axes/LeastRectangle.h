@@ -9,25 +9,23 @@ namespace Tesk::minbox {
 
 using PlanePolygon = std::vector<UPoint2<double>>;
 
-/// The larger side of a polygon's rectangle along the coordinates; 0 where it has no corner.
+/// The longer side of a polygon's axis-aligned rectangle; 0 for an empty polygon.
 double extentOf(const PlanePolygon& polygon);
 
-/// A convex polygon without the corners that rounding may have put there. Beginning at an end of
-/// the polygon, a corner is followed by the last one up to which all corners in between may go:
-/// each of them lies within the tolerance of the corner before, or ahead of it, within the
-/// tolerance of the line to the one after and no more than that farther away. Where the polygon is
-/// that thin, two corners may be all that stays.
+/// Removes the corners of a convex polygon that rounding may have caused. A corner is removed if it
+/// lies within the tolerance of the segment between the kept corners on either side of it. Starts
+/// at the corner farthest from the first one, and extends each run of removed corners as far as it
+/// can. A very thin polygon may be left with two corners.
 ///
-/// @param polygon  strictly convex, counter-clockwise; kept as it is where it has fewer than three
-///                 corners
+/// @param polygon  strictly convex, counter-clockwise; unchanged if it has fewer than three corners
 /// Cost linear.
 PlanePolygon withoutNearCorners(const PlanePolygon& polygon, double tolerance);
 
-/// The edge that a rectangle of least area around a convex polygon stands on: the position of the
-/// corner where it starts, of equal areas the lowest. Looks at all edges; the rectangle of a
-/// polygon of two corners has no height.
+/// The edge on which the rectangle of least area around a convex polygon stands, given by the index
+/// of its first corner; of equal areas the lowest. A polygon of two corners has a rectangle without
+/// height.
 ///
-/// @param polygon  at least two corners, counter-clockwise, none twice; convex but for rounding
+/// @param polygon  at least two different corners, counter-clockwise; convex except for rounding
 /// Cost linear.
 ///
 /// Source: H. Freeman and R. Shapira, "Determining the minimum-area encasing rectangle for an

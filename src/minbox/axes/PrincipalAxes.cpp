@@ -6,9 +6,9 @@
 #include <limits>
 #include <vector>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 #include "minbox/axes/FloatQuad.h"
-#include "minbox/box/BoxCandidate.h"
+#include "minbox/fit/BoxFit.h"
 
 namespace Tesk::minbox {
 namespace {
@@ -153,7 +153,7 @@ void setFrame(const Eigenvectors& eigen, OrientedBox3& box) {
 void setSize(const UPoint3<float>* points, int n, const Vector3& mean, OrientedBox3& box) {
     constexpr float kFar = std::numeric_limits<float>::infinity();
     const auto& [axis0, axis1, axis2] = box.axis;
-    // What a coordinate adds to the projections on the three axes.
+    // The contribution of each coordinate to the projections on the three axes.
     const FloatQuad fromX(Vector3(axis0.x, axis1.x, axis2.x));
     const FloatQuad fromY(Vector3(axis0.y, axis1.y, axis2.y));
     const FloatQuad fromZ(Vector3(axis0.z, axis1.z, axis2.z));

@@ -26,8 +26,8 @@ struct Eigenvectors {
 /// vorkommenden Gleichungen numerisch aufzulösen", Crelle's Journal 30 (1846).
 Eigenvectors eigenvectorsOf(UMatrix4<float> matrix);
 
-/// The order of the box's axes: that of the largest eigenvalue first. If that is the second one,
-/// the smaller of the other two follows; else the larger.
+/// The order of the box's axes, as indices of eigenvalues: the largest first, then the larger of
+/// the other two, or the smaller if the largest is eigenvalue 1.
 std::array<int, 3> axisOrder(const std::array<float, 3>& eigenvalues);
 
 }  // namespace Tesk::minbox

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "minbox/box/BoxCandidate.h"
 #include "minbox/outline/Calipers.h"
 
 namespace Tesk::minbox {
@@ -16,11 +17,11 @@ using RangeAlong = std::function<Range(const Vector& origin, const Vector& direc
 /// the direction.
 BoxCandidate lowestBox(Calipers& calipers, const RangeAlong& rangeAlong);
 
-/// The box along the calipers' direction over the rectangle that gives the smallest side, with that
-/// side's area as its score.
+/// The box along the calipers' direction over the rectangle that makes its smallest side least; the
+/// score is that side's area.
 BoxCandidate leastBaseBox(Calipers& calipers, const RangeAlong& rangeAlong);
 
-/// Forms from a candidate's ranges what follows from them: volume, area, and its key.
+/// Recomputes from a candidate's ranges its volume, its area, and the field of the key.
 void measureAgain(const SearchConstants& constants, BaseAreaKey key, BoxCandidate& box);
 
 }  // namespace Tesk::minbox

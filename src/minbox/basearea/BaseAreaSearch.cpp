@@ -5,9 +5,10 @@
 #include "TeskDebug/Exception.h"
 #include "minbox/basearea/BaseAreaScores.h"
 #include "minbox/bound/BoxBound.h"
+#include "minbox/call/SearchCall.h"
+#include "minbox/fit/BoxFit.h"
 #include "minbox/fit/FaceWorkspace.h"
 #include "minbox/fit/OfferBox.h"
-#include "minbox/frame/SearchCall.h"
 #include "minbox/workers/FaceWorkers.h"
 
 namespace Tesk::minbox {
@@ -55,7 +56,7 @@ class DirectionSearch {
     }
 
     bool canBeBetter(const Vector& direction, const std::optional<BoxCandidate>& best) const {
-        // More than what rounding to float does to a key.
+        // More than the rounding of a key to float.
         constexpr float kRounding = 1.000001f;
         if (!best || isBeyondFloat(direction)) return true;
         const auto limit = static_cast<double>(std::max(keyOf(*best), 0.0f) * kRounding);
@@ -63,9 +64,9 @@ class DirectionSearch {
                                             : !(m_bound.heightAlong(direction) > limit);
     }
 
-    /// Ranges are rounded to float before they are divided by the lengths of their axes, which go
-    /// with the square of the direction's length: along a very short direction their bits may get
-    /// lost, and a box may seem smaller than it is.
+    /// Ranges are rounded to float before they are divided by the lengths of their axes, which grow
+    /// with the square of the direction's length. Along a very short direction they may lose bits,
+    /// and a box may seem smaller than it is.
     bool isBeyondFloat(const Vector& direction) const {
         constexpr double kMinRange = 1e-8;
         return !(direction.GetLength() * m_hull.points().diagonal() > kMinRange);

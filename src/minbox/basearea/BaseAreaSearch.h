@@ -2,7 +2,9 @@
 
 #include <optional>
 
-#include "minbox/frame/MinBoundingBoxImpl.h"
+#include "OrientedBox3.h"
+#include "minbox/box/BoxCandidate.h"
+#include "minbox/call/MinBoundingBoxImpl.h"
 #include "minbox/hull/SearchHull.h"
 
 namespace Tesk::minbox {
@@ -13,10 +15,14 @@ OrientedBox3 searchLeastBaseArea(MinBoundingBoxImpl& impl, int n, const UPoint3<
 /// The lowest box, of least footprint for its height: MinBoundingBox::minBaseAreaAndHeightBox().
 OrientedBox3 searchLeastHeight(MinBoundingBoxImpl& impl, int n, const UPoint3<float>* points);
 
-/// Searches all faces of a hull, which has some, for the key of the mode that is set in the
-/// implementation object; nothing if no face gives a box. Of equal keys the lowest face wins, for
-/// any thread count. On the calling thread it takes one progress step per face, and passes on what
-/// the callback throws.
+/// Searches all faces for the box of least key, which the implementation object's mode selects:
+/// baseAreaMode or heightMode. std::nullopt if no face gives a box. Of equal keys the lowest face
+/// wins, for any thread count.
+///
+/// If it runs on the calling thread, takes one progress step per face and passes on what the
+/// callback throws.
+///
+/// @param hull  has faces
 std::optional<BoxCandidate> searchDirections(MinBoundingBoxImpl& impl, const SearchHull& hull);
 
 }  // namespace Tesk::minbox

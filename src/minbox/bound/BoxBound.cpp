@@ -10,9 +10,9 @@
 namespace Tesk::minbox {
 namespace {
 
-/// What is taken off each extent, relative to the hull's diagonal: more than a box that passes
-/// checkFrame() may leave out, and than its axes can take away by being only nearly orthogonal, or
-/// only nearly along the direction.
+/// Is subtracted from each extent, relative to the hull's diagonal. Exceeds what a box that passes
+/// checkFrame() may leave outside, plus what an extent may lose because the box's axes are only
+/// nearly orthogonal or only nearly along the direction.
 constexpr double kSlack = 1e-8;
 
 constexpr int kRightAngle = 4096;  // in steps
@@ -20,8 +20,8 @@ constexpr int kIntervals = 8;      // of a right angle, to begin with
 constexpr int kFinest = 2;         // steps of an interval that is not divided further
 constexpr int kParts = 4;          // of an interval that is divided
 
-/// Intervals per direction for which the farthest vertices are found: beyond that, finding the box
-/// costs less.
+/// For how many intervals per direction the farthest vertices are found. Beyond that, finding the
+/// box is cheaper.
 constexpr int kMaxTries = 200;
 
 }  // namespace
@@ -129,8 +129,8 @@ double BoxBound::boundAbove(double limit, const Vector& direction) const {
     return least;
 }
 
-/// Divides an interval until the bounds over all its parts exceed the limit, or one cannot: then
-/// the result does not exceed it.
+/// Divides an interval until the bounds of all its parts exceed the limit. If one cannot, the
+/// result does not exceed the limit either.
 double BoxBound::boundOverParts(const View& view, Interval interval, double limit,
                                 int& tries) const {
     if (interval.size <= m_finestOfTable) return boundOfFarthest(view, interval, limit, tries);
@@ -146,7 +146,7 @@ double BoxBound::boundOverParts(const View& view, Interval interval, double limi
     return least;
 }
 
-/// The same with the farthest vertices, for intervals that the table does not tell apart.
+/// The same with the farthest vertices, for intervals too fine for the table.
 double BoxBound::boundOfFarthest(const View& view, Interval interval, double limit,
                                  int& tries) const {
     if (tries == 0) return 0.0;

@@ -8,9 +8,9 @@
 
 namespace Tesk::minbox {
 
-/// The least volume found so far, shared by the searches of one call: a box that is not smaller
-/// need not be looked for. It saves time and decides nothing, so the result does not depend on when
-/// a thread sees a new value.
+/// The least volume found so far, shared by the searches of one call, which skip whatever cannot
+/// give a smaller box. This only saves time: the result does not depend on when a thread sees a new
+/// value.
 class VolumeLimit {
  public:
     double get() const { return m_volume.load(std::memory_order_relaxed); }
@@ -32,7 +32,7 @@ enum class BoxMeasure {
 };
 
 /// Lower bounds of the volume, or of the smallest side, of all boxes with an axis along a
-/// direction, for a fraction of what finding the box costs.
+/// direction. A bound costs a fraction of finding the box.
 ///
 /// Seen along the direction, a box is a rectangle at some angle. Any two vertices bound the hull's
 /// width at every angle by a sinusoid. Over an interval of angles, two vertices far apart along its
@@ -44,15 +44,15 @@ class BoxBound {
     /// Keeps references to the hull's data.
     explicit BoxBound(const SearchHull& hull, BoxMeasure measure = BoxMeasure::kVolume);
 
-    /// A lower bound of the height along the direction of the hull, and of a box that passes
+    /// A lower bound of the height along a direction, both of the hull and of any box that passes
     /// checkFrame().
     double heightAlong(const Vector& direction) const { return viewOf(direction).height; }
 
-    /// A quick lower bound of the measure of all boxes along the direction that pass checkFrame(),
-    /// except for what the search rounds to float.
+    /// A quick lower bound of the measure of all boxes along the direction that pass checkFrame().
+    /// Does not allow for what a search rounds to float.
     double quickBound(const Vector& direction) const;
 
-    /// The same, refined only until it exceeds a limit; 0 if that is not reached.
+    /// The same, refined until it exceeds the limit; 0 if it does not reach that.
     double boundAbove(double limit, const Vector& direction) const;
 
     /// Whether every box along the direction is known to measure more than the limit.
@@ -100,7 +100,7 @@ class BoxBound {
     const Turn* m_turns;  ///< by steps
     SupportMap m_supports;
     double m_slack;
-    int m_finestOfTable;  ///< steps over which the table has different vertices
+    int m_finestOfTable;  ///< steps; on a finer interval the table gives the same vertices
 };
 
 }  // namespace Tesk::minbox

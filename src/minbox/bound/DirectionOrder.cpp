@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <utility>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 
 namespace Tesk::minbox {
 namespace {
 
-/// The place of a unit vector along the curve, with 10 bits per coordinate.
+/// The position of a unit vector on the curve, with 10 bits per coordinate.
 std::uint32_t placeOnCurve(const Vector& unit) {
     constexpr int kBits = 10;
     std::array<std::uint32_t, 3> cell;

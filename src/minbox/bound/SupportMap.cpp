@@ -8,7 +8,7 @@
 namespace Tesk::minbox {
 namespace {
 
-/// A climb that must be cheap ends at a vertex with more neighbours.
+/// A cheap climb ends at a vertex with more neighbours than this.
 constexpr std::size_t kCheapNeighbours = 32;
 
 }  // namespace
@@ -21,14 +21,14 @@ SupportMap::SupportMap(const SearchHull& hull) : m_points(hull.points()), m_link
     m_side = static_cast<int>(std::clamp(side, kMinSide, kMaxSide));
     m_half = m_side / 2.0;
     m_cells.reserve(static_cast<std::size_t>(3 * m_side * m_side));
-    // Climbs pass vertices at which thousands of edges meet, as long as that costs little in all.
+    // Climbs pass over vertices with thousands of edges as long as that is cheap in total.
     const std::size_t cheapVisits = kCheapNeighbours * m_cells.capacity();
     std::size_t visits = 0;
     int lowest = 0;
     int highest = 0;
     for (int axis = 0; axis < 3; ++axis) {
         for (int row = 0; row < m_side; ++row) {
-            // Every second row backwards, so that each cell is next to the one before.
+            // Every second row runs backwards, so that each cell is adjacent to the one before.
             const std::size_t first = m_cells.size();
             for (int place = 0; place < m_side; ++place) {
                 const int column = row % 2 == 0 ? place : m_side - 1 - place;
@@ -49,12 +49,12 @@ SupportMap::SupportMap(const SearchHull& hull) : m_points(hull.points()), m_link
     }
 }
 
-/// Without branches: directions come in any order.
+/// Without branches, which would be mispredicted: directions come in any order.
 SupportMap::Place SupportMap::placeOf(const Vector& d) const {
     const double x = std::fabs(d.x);
     const double y = std::fabs(d.y);
     const double z = std::fabs(d.z);
-    // The largest coordinate decides through which face a direction goes, the others where.
+    // The largest coordinate selects the face of the cube; the others give the position on it.
     const bool isY = y > x;
     const bool isZ = z > (isY ? y : x);
     const double largest = isZ ? d.z : isY ? d.y : d.x;

@@ -9,10 +9,10 @@ namespace {
 
 constexpr double kUnknown = -1.0;
 
-/// What rounding can take from a width, relative to the hull's size.
+/// The most that rounding can take from a width, relative to the hull's size.
 constexpr double kRounding = 1e-13;
-/// The same if classes are not exactly orthogonal: the third axis of a box, which is orthogonal to
-/// the other two, may then deviate from its class by this across the whole hull.
+/// The same if the classes are not exactly orthogonal. The third axis of a box is orthogonal to the
+/// other two, and may then deviate from its class by this much across the whole hull.
 constexpr double kOblique = 4.0 * DirectionIndex::kTolerance;
 
 }  // namespace

@@ -7,7 +7,7 @@
 
 namespace Tesk::minbox {
 
-/// Lower bounds of the hull's width along each class of edges, found when first asked for.
+/// Lower bounds of the hull's width along each class of edges, computed when first needed.
 class ClassWidths {
  public:
     /// Keeps references to all.

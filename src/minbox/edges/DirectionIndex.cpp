@@ -1,7 +1,6 @@
 #include "minbox/edges/DirectionIndex.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace Tesk::minbox {
 namespace {
@@ -26,18 +25,11 @@ DirectionIndex::DirectionIndex(const std::vector<Vector>& directions)
     for (const Vector& direction : directions) cells.push_back(cellOf(direction));
     const std::size_t cellCount =
         3 * static_cast<std::size_t>(m_size) * static_cast<std::size_t>(m_size);
-    // Counted two places up, so that once the list is filled first[c] is where cell c begins.
-    m_first.assign(cellCount + 2, 0);
-    for (const std::size_t c : cells) ++m_first[c + 2];
-    std::partial_sum(m_first.begin(), m_first.end(), m_first.begin());
-    m_members.resize(directions.size());
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        m_members[m_first[cells[i] + 1]++] = static_cast<int>(i);
-    }
-    m_directions.reserve(directions.size());
-    for (const int member : m_members) {
-        m_directions.push_back(directions[static_cast<std::size_t>(member)]);
-    }
+    m_members = {cellCount, [&](auto visit) {
+                     for (std::size_t i = 0; i < cells.size(); ++i) {
+                         visit(cells[i], Member{directions[i], static_cast<int>(i)});
+                     }
+                 }};
 }
 
 std::size_t DirectionIndex::cellOf(const Vector& direction) const {

@@ -4,13 +4,14 @@
 #include <cmath>
 #include <vector>
 
-#include "minbox/box/BoxCandidate.h"
+#include "TeskCommon/Groups.h"
+#include "minbox/box/Vector.h"
 
 namespace Tesk::minbox {
 
-/// Unit vectors up to sign, sorted into cells on the faces of a cube, to find those orthogonal to a
-/// given one without testing all: they lie on a great circle, which crosses each face in a straight
-/// line.
+/// Sorts unit vectors, whose sign does not matter, into cells on the faces of a cube. Finds those
+/// orthogonal to a given one without testing all: they lie on a great circle, which crosses each
+/// face in a straight line.
 class DirectionIndex {
  public:
     explicit DirectionIndex(const std::vector<Vector>& directions);
@@ -23,17 +24,22 @@ class DirectionIndex {
     void forEachOrthogonal(const Vector& direction, Visit visit) const {
         for (int face = 0; face < 3; ++face) {
             forEachCell(face, direction, [&](std::size_t cell) {
-                for (std::size_t i = m_first[cell]; i < m_first[cell + 1]; ++i) {
-                    if (std::fabs(m_directions[i] | direction) <= kTolerance) visit(m_members[i]);
+                for (const Member& member : m_members[cell]) {
+                    if (std::fabs(member.direction | direction) <= kTolerance) visit(member.index);
                 }
             });
         }
     }
 
  private:
+    struct Member {
+        Vector direction;
+        int index = 0;
+    };
+
     std::size_t cellOf(const Vector& direction) const;
 
-    /// The distance from −1 to a face coordinate in −1 .. 1, in cells.
+    /// A face coordinate, −1 to 1, in cells from the left edge.
     double inCells(double coordinate) const { return (coordinate + 1.0) * 0.5 * m_size; }
 
     /// Visits the cells of a face that the great circle crosses. On the face where component `face`
@@ -72,10 +78,8 @@ class DirectionIndex {
                static_cast<std::size_t>(column);
     }
 
-    int m_size = 1;                    ///< cells along a face's side
-    std::vector<std::size_t> m_first;  ///< by cell, into the members
-    std::vector<int> m_members;        ///< cell by cell
-    std::vector<Vector> m_directions;  ///< of the members
+    int m_size = 1;            ///< cells along a face's side
+    Groups<Member> m_members;  ///< by cell
 };
 
 }  // namespace Tesk::minbox

@@ -10,10 +10,10 @@
 
 namespace Tesk::minbox {
 
-/// The hull's edges in classes of exactly parallel ones.
+/// The hull's edges, grouped into classes of exactly parallel ones.
 class EdgeDirections {
  public:
-    /// Ends early once `isAborted` is set, and must not be used then.
+    /// Returns early once `isAborted` is set; the object must not be used then.
     explicit EdgeDirections(const SearchHull& hull, const std::atomic<bool>& isAborted = false);
 
     int edgeCount() const { return static_cast<int>(m_vectors.size()); }

@@ -43,8 +43,8 @@ struct EdgePlane {
     std::unordered_map<int, std::vector<int>> partners;  ///< by class, ascending
 };
 
-/// A set of pairs of different edges: a hash table in one block, which is freed at once however
-/// many there are.
+/// A set of pairs of different edges: a hash table in one block of memory, which is freed quickly
+/// however many there are.
 class PairSet {
  public:
     void clear() {
@@ -89,11 +89,11 @@ class PairSet {
     std::size_t m_count = 0;
 };
 
-/// Passes over the triples whose first edge belongs to chosen classes.
+/// Visits the triples whose first edge belongs to chosen classes.
 ///
-/// What comes after a found pair (j, k) depends on the pair alone, not on the first edge that led
-/// to it, because the vector product of the two has replaced that edge. So a first edge is done as
-/// soon as it leads to a pair to which an earlier one has led.
+/// Once a pair (j, k) is found, its vector product replaces the first edge. What follows therefore
+/// depends on the pair alone, and a first edge is done as soon as it reaches a pair that an earlier
+/// one has reached.
 class TriplePass {
  public:
     TriplePass(const SearchHull& hull, const EdgeDirections& directions,
@@ -128,7 +128,7 @@ class TriplePass {
         return *plane;
     }
 
-    /// All pairs j < k after the first edge, up to one that was seen before.
+    /// Visits the pairs j < k after the first edge, up to one that was seen before.
     void followFirst(int first, int pole) {
         const EdgePlane& plane = planeOf(pole);
         Vector third = m_directions.vector(first);
@@ -158,7 +158,7 @@ class TriplePass {
         return place->second;
     }
 
-    /// Makes the box along edges k and j the best if its volume is less. Reverses the third axis if
+    /// Makes the box along edges k and j the best if it is smaller; then reverses the third axis if
     /// the three are left-handed.
     void consider(int j, int k, Vector& third) {
         VolumeCandidate box = boxAlong(j, k, third);
@@ -243,7 +243,7 @@ std::optional<VolumeCandidate> searchEdges(const SearchHull& hull, const BoxBoun
     TriplePass pass(hull, directions, index, heights, widths, isAborted, limit);
     std::vector<bool> isPole(directions.units().size(), false);
     // Only a triple whose bound does not exceed the best volume can have a better box. Each round
-    // takes those of low bound, at least twice as many as before, until the rest cannot.
+    // adds those of lowest bound, at least doubling their number, until no other can have one.
     std::size_t taken = 0;
     while (taken < triples.size() && !isAborted) {
         const std::size_t next = std::min(std::max<std::size_t>(2 * taken, 1), triples.size());

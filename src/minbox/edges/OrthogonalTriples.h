@@ -20,8 +20,8 @@ struct ClassTriple {
     double volumeBound;
 };
 
-/// The classes orthogonal to one class, the pole, ordered by their angle about it, and which of
-/// them are orthogonal to each other.
+/// The classes orthogonal to one class, the pole, by their angle about it. Tells which of them are
+/// orthogonal to each other.
 class OrthogonalPlane {
  public:
     OrthogonalPlane(const EdgeDirections& directions, const DirectionIndex& index, int pole);
@@ -39,8 +39,8 @@ class OrthogonalPlane {
     std::vector<double> m_angles;  ///< 0 .. pi
 };
 
-/// All triples that may have a box below the limit, some of them more than once, by ascending
-/// bound. May end early once `isAborted` is set.
+/// All triples that may have a box smaller than the limit, by ascending bound; a triple may occur
+/// more than once. May end early once `isAborted` is set.
 std::vector<ClassTriple> findTriples(const EdgeDirections& directions, ClassWidths& widths,
                                      const DirectionIndex& index, const BoxBound& bound,
                                      const std::atomic<bool>& isAborted, const VolumeLimit& limit);
@@ -50,7 +50,7 @@ void OrthogonalPlane::forEachPartner(std::size_t place, Visit visit) const {
     constexpr double kPi = 3.141592653589793;
     constexpr double kTolerance = 1e-8;
     TESK_ASSERT(place < m_classes.size());
-    // A quarter turn further; the half circle closes on itself.
+    // A quarter turn further. Angles are modulo pi, so the partner may be near either end.
     double angle = m_angles[place] + kPi / 2;
     if (angle > kPi) angle -= kPi;
     for (const double around : {angle - kPi, angle, angle + kPi}) {

@@ -8,7 +8,7 @@ namespace Tesk::minbox {
 
 /// The working memory of a thread that makes boxes on faces.
 struct FaceWorkspace {
-    /// @param maxVertices  as of Silhouette
+    /// @param maxVertices  see Silhouette
     FaceWorkspace(const SearchHull& hull, int maxVertices)
         : silhouette(hull, maxVertices), calipers(hull.points()), heights(hull) {}
 

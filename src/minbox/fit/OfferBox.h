@@ -2,7 +2,8 @@
 
 #include <optional>
 
-#include "minbox/fit/BoxFit.h"
+#include "minbox/box/BoxCandidate.h"
+#include "minbox/fit/BoxCheck.h"
 #include "minbox/outline/Calipers.h"
 
 namespace Tesk::minbox {
@@ -13,10 +14,12 @@ bool isBetter(const Box& box, const std::optional<Box>& best, const Key& key) {
     return key(box) == key(box) && (!best || key(*best) > key(box));
 }
 
-/// Replaces the best candidate by a better one, once that is known to be a box around the hull.
-/// Returns false if the candidate is no box.
+/// Makes a candidate the best if it is better and passes checkFrame(). If the check has measured it
+/// anew, it must still be better afterwards. Returns false if the key is NaN or the check drops the
+/// candidate.
 ///
-/// @param remeasure  forms what follows from a candidate's ranges, its key among it
+/// @param key        the quantity to be minimised
+/// @param remeasure  recomputes from a candidate's ranges what depends on them, the key included
 template <class Box, class Key, class Remeasure>
 bool offer(const HullPoints& points, Box box, std::optional<Box>& best, const Key& key,
            const Remeasure& remeasure) {
@@ -32,8 +35,8 @@ bool offer(const HullPoints& points, Box box, std::optional<Box>& best, const Ke
     return true;
 }
 
-/// Offers the box over an outline seen along a direction. If a steep edge makes it no box, offers
-/// the one over the outline without such edges.
+/// Offers the box over an outline seen along a direction. If offer() returns false, offers the box
+/// over the outline without its steep edges (see removeSteep()).
 ///
 /// @param makeBox  makes the candidate over the outline that is set in the calipers
 template <class Box, class MakeBox, class Key, class Remeasure>

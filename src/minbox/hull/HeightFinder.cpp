@@ -25,15 +25,15 @@ Range HeightFinder::rangeAlong(const Vector& origin, const Vector& direction) {
     const std::optional<double> height = greatest(m_highest, origin, direction, 1.0);
     if (!depth || !height) return m_points.rangeAlong(origin, direction);
     const double zero = m_points.constants().zero;
-    // Where a bound is zero, it is +0.
+    // A bound of zero is +0.
     return {std::min(zero, -*depth), std::max(zero, *height)};
 }
 
-/// The greatest height times the sign; nothing if so many vertices are near it that a scan of all
-/// takes less. The climb starts at `start`, which becomes its summit.
+/// The greatest value of height times sign; std::nullopt if so many vertices are near it that a
+/// scan of all is faster. The climb starts at `start`, which is set to its summit.
 std::optional<double> HeightFinder::greatest(int& start, const Vector& origin,
                                              const Vector& direction, double sign) {
-    // More vertices than lie near the highest, except on a flat side.
+    // More than the vertices near the highest one, unless it is on a flat side.
     constexpr std::size_t kVisitsOfSmallHull = 16;
     const auto height = [&](int vertex) {
         return sign * ((m_points[vertex] - origin) | direction);

@@ -7,12 +7,12 @@
 
 namespace Tesk::minbox {
 
-/// Finds how far the hull reaches along a direction without scanning all vertices, with the bits
-/// that a scan gives. Holds working memory; one per thread.
+/// Finds the hull's range along a direction without scanning all vertices, with the same bits as a
+/// scan. Holds working memory; one per thread.
 ///
-/// It climbs along edges, then visits all vertices whose height is within rounding of the greatest
-/// and which such vertices join to the summit: on a convex hull only those can be the highest. If
-/// there are many, it scans all vertices instead.
+/// It climbs along edges to a summit, then visits the connected vertices around it whose heights
+/// are within rounding of the greatest: on a convex hull, no other vertex can be the highest. If
+/// there are many such vertices, it scans all instead.
 class HeightFinder {
  public:
     /// Keeps a reference to the hull, which has faces.

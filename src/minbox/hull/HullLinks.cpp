@@ -1,7 +1,6 @@
 #include "minbox/hull/HullLinks.h"
 
 #include <algorithm>
-#include <numeric>
 
 namespace Tesk::minbox {
 
@@ -15,12 +14,17 @@ HullLinks::HullLinks(const gte::ConvexHull3& hull, const std::vector<Vector>& no
         for (const Vector& normal : normals) column.push_back(normal[axis]);
     }
     linkSides(hull);
-    linkVertices(hull);
+    m_neighbours = {hull.getVertices().size(), [&](auto visit) {
+                        for (const gte::HullEdge& edge : hull.getHullEdges()) {
+                            visit(static_cast<std::size_t>(edge.a), edge.b);
+                            visit(static_cast<std::size_t>(edge.b), edge.a);
+                        }
+                    }};
 }
 
 void HullLinks::markAway(const Vector& direction, std::vector<std::uint8_t>& isAway) const {
     TESK_ASSERT(isAway.size() == m_normals.size());
-    // In two loops over pieces, so that a compiler vectorises both.
+    // Two loops over each piece, which compilers vectorise.
     constexpr std::size_t kPiece = 256;
     std::array<double, kPiece> dots;
     const std::size_t count = m_normals.size();
@@ -52,21 +56,6 @@ void HullLinks::linkSides(const gte::ConvexHull3& hull) {
         const int back = sideFrom(edge.b, edge.f1);
         m_sides[static_cast<std::size_t>(forth)] = {back, static_cast<int>(e), edge.a};
         m_sides[static_cast<std::size_t>(back)] = {forth, static_cast<int>(e), edge.b};
-    }
-}
-
-void HullLinks::linkVertices(const gte::ConvexHull3& hull) {
-    // Counted two places up, so that once the list is filled first[v] is where group v begins.
-    m_firstNeighbour.assign(hull.getVertices().size() + 2, 0);
-    for (const gte::HullEdge& edge : hull.getHullEdges()) {
-        ++m_firstNeighbour[static_cast<std::size_t>(edge.a) + 2];
-        ++m_firstNeighbour[static_cast<std::size_t>(edge.b) + 2];
-    }
-    std::partial_sum(m_firstNeighbour.begin(), m_firstNeighbour.end(), m_firstNeighbour.begin());
-    m_neighbours.resize(hull.getHullEdges().size() * 2);
-    for (const gte::HullEdge& edge : hull.getHullEdges()) {
-        m_neighbours[m_firstNeighbour[static_cast<std::size_t>(edge.a) + 1]++] = edge.b;
-        m_neighbours[m_firstNeighbour[static_cast<std::size_t>(edge.b) + 1]++] = edge.a;
     }
 }
 

@@ -5,16 +5,16 @@
 #include <span>
 #include <vector>
 
+#include "TeskCommon/Assert.h"
+#include "TeskCommon/Groups.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
-#include "common/Assert.h"
-#include "minbox/box/BoxCandidate.h"
+#include "minbox/box/Vector.h"
 
 namespace Tesk::minbox {
 
-/// How the hull's triangles are joined, for walks over its surface.
+/// The adjacency of the hull's triangles and vertices, for walks over its surface.
 ///
-/// The side of a triangle from corner k to corner (k + 1) mod 3 has one number: four times the
-/// triangle plus k.
+/// A side of a triangle, from corner k to corner (k + 1) mod 3, has the number 4 · triangle + k.
 class HullLinks {
  public:
     /// @param normals  one per triangle
@@ -44,10 +44,7 @@ class HullLinks {
 
     /// The vertices joined to a vertex by an edge.
     std::span<const int> neighbours(int vertex) const {
-        const auto v = static_cast<std::size_t>(vertex);
-        TESK_ASSERT(v + 1 < m_firstNeighbour.size());
-        return {m_neighbours.data() + m_firstNeighbour[v],
-                m_firstNeighbour[v + 1] - m_firstNeighbour[v]};
+        return m_neighbours[static_cast<std::size_t>(vertex)];
     }
 
     /// Climbs along edges from a vertex, each time to the highest neighbour, until none is higher.
@@ -79,13 +76,11 @@ class HullLinks {
     }
 
     void linkSides(const gte::ConvexHull3& hull);
-    void linkVertices(const gte::ConvexHull3& hull);
 
     std::vector<Side> m_sides;
     std::vector<Normal> m_normals;
     std::array<std::vector<double>, 3> m_normalColumns;  ///< all x, all y and all z
-    std::vector<int> m_neighbours;                       ///< vertex by vertex
-    std::vector<std::size_t> m_firstNeighbour;
+    Groups<int> m_neighbours;                            ///< by vertex
 };
 
 template <class Height>

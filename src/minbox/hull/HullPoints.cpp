@@ -30,7 +30,7 @@ HullPoints::HullPoints(std::vector<double> coordinates, double unitLength,
 }
 
 Range HullPoints::rangeAlong(const Vector& origin, const Vector& axis) const {
-    // In two loops over pieces, so that a compiler vectorises both.
+    // Two loops over each piece, which compilers vectorise.
     constexpr int kPiece = 256;
     std::array<double, kPiece> heights;
     Range range{m_constants.zero, m_constants.zero};

@@ -2,13 +2,14 @@
 
 #include <vector>
 
-#include "common/Assert.h"
-#include "minbox/box/BoxCandidate.h"
+#include "TeskCommon/Assert.h"
+#include "minbox/box/BoxFrame.h"
+#include "minbox/box/SearchConstants.h"
 
 namespace Tesk::minbox {
 
-/// The vertices of a hull in double, in the unit of the search, and their extents. There may be
-/// none.
+/// The vertices of a hull, of which there may be none, in double and in the unit of the search, and
+/// their extents.
 class HullPoints {
  public:
     /// @param coordinates  x, y, z of each vertex
@@ -28,7 +29,7 @@ class HullPoints {
     double unitLength() const { return m_unitLength; }
     const SearchConstants& constants() const { return m_constants; }
 
-    /// The longest side, and the diagonal, of the box along the coordinate axes.
+    /// The longest side, and the diagonal, of the axis-aligned box.
     double longestSide() const { return m_longestSide; }
     double diagonal() const { return m_diagonal; }
 

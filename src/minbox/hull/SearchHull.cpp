@@ -3,26 +3,25 @@
 #include <algorithm>
 #include <cmath>
 
+#include "TeskDataBasic/UBox3.h"
+
 namespace Tesk::minbox {
 namespace {
 
 /// The longest side of the box around the vertices.
 double longestSide(const std::vector<UPoint3<float>>& vertices) {
-    double longest = 0.0;
-    for (int axis = 0; axis < 3; ++axis) {
-        const auto [low, high] =
-            std::minmax_element(vertices.begin(), vertices.end(),
-                                [axis](const auto& a, const auto& b) { return a[axis] < b[axis]; });
-        if (low == vertices.end()) continue;
-        const double lowest = static_cast<double>((*low)[axis]);
-        longest = std::max(longest, static_cast<double>((*high)[axis]) - lowest);
-    }
-    return longest;
+    UBox3<float> box;
+    for (const UPoint3<float>& p : vertices) box.Extend(p);
+    const auto side = [](float low, float high) {
+        return static_cast<double>(high) - static_cast<double>(low);
+    };
+    return std::max(
+        {side(box.MinX(), box.MaxX()), side(box.MinY(), box.MaxY()), side(box.MinZ(), box.MaxZ())});
 }
 
-/// Scores are floats that go with the sixth power of the part's size. Parts between a hundredth of
-/// a micrometre and 65 metres (in millimetres) keep their unit; others are scaled, by a power of
-/// two, to a size of about 1.
+/// The length by which coordinates are divided. Scores are floats that grow with the sixth power of
+/// the part's size, so very small and very large parts are scaled, by a power of two, to a size of
+/// about 1. Parts from 2^-17 to 2^16 keep their unit.
 double unitFor(double size) {
     constexpr int kMaxExponent = 16;
     int exponent = 0;

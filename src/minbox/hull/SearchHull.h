@@ -22,7 +22,7 @@ class SearchHull {
     const HullLinks& links() const { return m_links; }
     int faceCount() const { return static_cast<int>(m_normals.size()); }
 
-    /// Whether the hull is at least a polygon: a point or a segment has no faces to search.
+    /// False for a point, a segment or no vertices.
     bool hasFaces() const { return faceCount() > 0; }
 
     /// The normal of a triangle, (p2 − p0) × (p1 − p0), not normalised: it points inwards. It is

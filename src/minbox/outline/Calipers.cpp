@@ -98,7 +98,7 @@ int Calipers::angles(const std::array<int, 4>& support, SideAngles& entries) con
     return count;
 }
 
-/// The same as turn(), but also for angles that are not numbers: sorts the angles as they come.
+/// The same as turn(), but also for angles that are NaN: sorts the angles.
 bool Calipers::turnInOrder(Stance& stance) {
     SideAngles entries{};
     const int count = angles(stance.support, entries);
@@ -117,7 +117,7 @@ bool Calipers::turnInOrder(Stance& stance) {
 /// Turns a rectangle by the least angle, which makes a side flush with its next outline edge.
 /// Returns false, with the rectangle half turned, if its bottom vertex was visited before.
 bool Calipers::turn(Stance& stance) {
-    // Only the least angle matters, and which sides share it. Nothing is sorted, and no branch
+    // Only the least angle matters, and which sides have it. Nothing is sorted, and no branch
     // depends on an angle.
     constexpr double kNone = std::numeric_limits<double>::infinity();
     const std::array<int, 4> support = stance.support;

@@ -17,8 +17,6 @@ struct CaliperRect {
     std::array<double, 2> squaredLengths{};  ///< of the axes
     double area = 0.0;                       ///< times the direction's length
     float score = -1.0f;                     ///< free for the caller
-
-    bool operator==(const CaliperRect&) const = default;
 };
 
 /// The squared sine of the angle between a side and the outline edge that leaves its support.
@@ -32,14 +30,14 @@ using SideAngles = std::array<SideAngle, 4>;
 /// The indices of the entries by ascending angle; equal ones keep their order.
 std::array<int, 4> sortAngles(const SideAngles& entries, int count);
 
-/// Rectangles around a convex outline seen along a direction, by rotating calipers, without
-/// normalising anything or taking a root. Holds working memory; one per thread.
+/// Rectangles around a convex outline seen along a direction, by rotating calipers. Vectors are not
+/// normalised, and no root is taken. Holds working memory; one per thread.
 ///
 /// Source: G. T. Toussaint, "Solving geometric problems with the rotating calipers", IEEE MELECON
 /// 1983.
 class Calipers {
  public:
-    /// Keeps a reference. Makes room for any outline of these points.
+    /// Keeps a reference. Allocates enough for any outline of these points.
     explicit Calipers(const HullPoints& points);
 
     /// Chooses the outline, of three vertices or more, and the direction along which it is seen.
@@ -62,7 +60,8 @@ class Calipers {
     /// The rectangle whose bottom side is flush with the edge that ends at a position.
     CaliperRect edgeRect(int end) const;
 
-    /// The angles of the sides of a rectangle that have a support of their own; returns how many.
+    /// The angles of those sides of a rectangle whose support differs from that of the next side.
+    /// Returns how many there are.
     int angles(const std::array<int, 4>& support, SideAngles& entries) const;
 
     /// The distance from the left to the right side times the bottom axis's length, and from
@@ -71,8 +70,8 @@ class Calipers {
         return sideRanges(rect.support);
     }
 
-    /// Calls visit(const CaliperRect&) for the rectangle on the edge that ends at the first
-    /// position, and for those that turning gives until a bottom vertex comes up again.
+    /// Calls visit(const CaliperRect&) for the rectangle on the edge that ends at position 0, and
+    /// for each one that turning leads to, until a bottom vertex repeats.
     template <class Visit>
     void forEachRect(Visit visit);
 
@@ -90,7 +89,8 @@ class Calipers {
     /// both across the direction.
     using Edge = std::array<Axis, 2>;
 
-    /// What a rectangle's axes follow from, and its area.
+    /// A rectangle by the positions of its supports (its axes follow from the bottom one), and its
+    /// area.
     struct Stance {
         std::array<int, 4> support{};
         double area = 0.0;
@@ -110,7 +110,7 @@ class Calipers {
     const HullPoints& m_points;
     Vector m_direction;
     std::vector<Vector> m_corners;
-    std::vector<Edge> m_edges;  ///< each at the position where it ends; the first again at the end
+    std::vector<Edge> m_edges;  ///< by the position where the edge ends; the first once more last
     std::vector<std::uint8_t> m_visited;
 };
 

@@ -6,8 +6,8 @@ void removeCollinear(const HullPoints& points, const Vector& direction, Outline&
     if (outline.size() > 1 && outline.back() == outline.front()) outline.pop_back();
     const std::size_t size = outline.size();
     if (size == 0) return;
-    // Kept vertices move down behind the position that is read; the first is needed once more at
-    // the end.
+    // Kept vertices are moved down over positions that have been read; the first vertex is needed
+    // again at the end.
     const Vector first = points[outline[0]];
     Vector current = first;
     Vector before = first - points[outline[size - 1]];

@@ -14,9 +14,9 @@ using Outline = std::vector<int>;
 /// Drops vertices in line with their neighbours, and a last vertex that repeats the first.
 void removeCollinear(const HullPoints& points, const Vector& direction, Outline& outline);
 
-/// Drops vertices from which an edge runs so nearly along the direction that rounding decides how
-/// it points across it. No box can be flush with such an edge, and calipers that meet one lose
-/// their way.
+/// Drops each vertex whose edge to the next one is so nearly parallel to the direction that
+/// rounding determines how it points across the direction. No box can be flush with such an edge,
+/// and it would mislead the calipers.
 void removeSteep(const HullPoints& points, const Vector& direction, Outline& outline);
 
 }  // namespace Tesk::minbox

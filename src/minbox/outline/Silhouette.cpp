@@ -50,7 +50,7 @@ bool Silhouette::isClearCrossing(int side) const {
            dot(across) > least * m_links.normalLength(across);
 }
 
-/// The crossing that followed this one on the last outline; kNone if this one was not on it.
+/// The crossing that followed this one on the last outline walked; kNone if this one was not on it.
 int Silhouette::followingBefore(int crossing) const {
     const auto place = static_cast<std::size_t>(m_placeBefore[static_cast<std::size_t>(crossing)]);
     if (place >= m_before.size() || m_before[place] != crossing) return kNone;
@@ -97,8 +97,8 @@ void Silhouette::takeWalk() {
     m_before.swap(m_walk);
 }
 
-/// A crossing: starts at one of the last outline and goes downhill, or uphill, to where the sign
-/// changes. kNone if the way ends before.
+/// Finds any crossing. Starts at one of the last outline and moves from triangle to triangle
+/// towards the other sign. kNone if it gets stuck.
 int Silhouette::findCrossing() const {
     int triangle = m_before.empty() ? 0 : HullLinks::triangleOf(m_before.front());
     double here = dot(triangle);
@@ -107,7 +107,7 @@ int Silhouette::findCrossing() const {
         const double cosine = d / m_links.normalLength(t);
         return isAway ? cosine : -cosine;
     };
-    // Each step goes to the steepest neighbour; the way ends on a plateau.
+    // Each step goes to the steepest neighbour; it gets stuck on a plateau.
     for (std::size_t steps = 0; steps < static_cast<std::size_t>(m_links.triangleCount());
          ++steps) {
         int best = kNone;
@@ -174,8 +174,8 @@ int Silhouette::sideOfHighestEdge() const {
     return kNone;
 }
 
-/// Of the crossings that start where a side starts, that of the highest-numbered edge. There are
-/// several where an outline meets itself.
+/// Of the crossings that start at the same vertex as a side, that of the highest-numbered edge.
+/// There are several if the outline meets itself there.
 int Silhouette::highestCrossingAround(int side) const {
     int highest = side;
     int edge = kNone;

@@ -9,31 +9,30 @@
 namespace Tesk::minbox {
 
 /// Finds the outline of the hull seen along a face normal: the edges between triangles that face
-/// away from it and triangles that do not. Holds working memory; one per thread.
+/// away and triangles that do not. Holds working memory; one per thread.
 ///
-/// The outline is defined by a scan over all edges that links vertices in the order of the edge
-/// list, where a later link replaces an earlier one; it starts where the last link was made.
-/// Usually a walk from triangle to triangle finds it faster. The walk is trusted if it passes no
-/// triangle seen so nearly edge-on that rounding could have turned its sign: an exactly convex hull
-/// has one closed outline, and a triangle whose sign rounding has turned would be joined to it by
-/// triangles just as nearly edge-on. Otherwise the scan decides.
+/// There are two ways to find it. A scan over all edges in list order links the end vertices of
+/// each outline edge; of several links from a vertex the last counts, and the outline starts at the
+/// last link made. The scan defines the result. A walk from triangle to triangle is faster and
+/// gives the same outline, provided that every triangle beside it clearly faces away or clearly
+/// does not, so that rounding cannot have changed a sign. If one does not, the scan is used.
 class Silhouette {
  public:
     /// Keeps references to the hull and its links.
     ///
-    /// @param maxVertices  where a scan that never comes back to its start ends
+    /// @param maxVertices  ends a scan that rounding keeps from closing
     Silhouette(const SearchHull& hull, int maxVertices)
         : Silhouette(hull, hull.links(), maxVertices) {}
 
-    /// With other links than the hull's own.
+    /// Uses other links than the hull's own.
     Silhouette(const SearchHull& hull, const HullLinks& links, int maxVertices);
 
     /// The outline's vertices, counter-clockwise about the face's normal, without those in line
-    /// with their neighbours; empty if no edge lies on it. Valid until the next call.
+    /// with their neighbours; empty if there is no outline edge. Valid until the next call.
     const Outline& along(int face);
 
  private:
-    // A crossing is the side of a triangle that faces away, next to a triangle that does not.
+    // A crossing is a side of a triangle that faces away whose neighbour there does not.
 
     double dot(int triangle) const { return m_links.normal(triangle) | m_direction; }
     bool isClearCrossing(int side) const;

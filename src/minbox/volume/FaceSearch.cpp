@@ -8,6 +8,16 @@
 #include "minbox/fit/OfferBox.h"
 
 namespace Tesk::minbox {
+namespace {
+
+/// Whether a box is smaller than the best one or, if they are equal, on a lower face.
+bool wins(const VolumeCandidate& box, int face, const std::optional<VolumeCandidate>& best,
+          int bestFace) {
+    const bool isTie = best && box.volume == best->volume;
+    return isTie ? face < bestFace : isBetter(box, best, volumeKey);
+}
+
+}  // namespace
 
 FaceSearch::FaceSearch(const SearchHull& hull, const BoxBound& bound, VolumeLimit& limit,
                        std::uint32_t threadCount)
@@ -41,8 +51,8 @@ void FaceSearch::boundFaces(std::uint32_t threadCount) {
         ranges.size(), [&](std::size_t t) { boundRange(ranges[t]); }, [](std::size_t) {}, [] {});
 }
 
-/// Orders faces by direction, so that each has much in common with the one before, but puts the
-/// most promising ones first: a good box found early lets the search pass over most others.
+/// Orders faces by direction, so that each has much in common with the one before. Puts the most
+/// promising ones first: a good box found early lets the search skip most of the others.
 void FaceSearch::orderFaces() {
     constexpr std::size_t kPromisingFaces = 8;
     std::iota(m_faces.begin(), m_faces.end(), 0);
@@ -56,14 +66,14 @@ void FaceSearch::orderFaces() {
     });
 }
 
-/// The next faces of the order; none if all are taken.
+/// The next faces in the order; none if all are taken.
 std::span<const int> FaceSearch::takeFaces() {
     constexpr std::size_t kFacesAtOnce = 8;
     const std::size_t first = std::min(m_taken.fetch_add(kFacesAtOnce), m_faces.size());
     return std::span(m_faces).subspan(first, std::min(kFacesAtOnce, m_faces.size() - first));
 }
 
-/// Raises the face's bound on the way.
+/// Also raises the face's bound.
 bool FaceSearch::canHoldTheBest(int face) {
     double& known = m_known[static_cast<std::size_t>(face)].volume;
     const double limit = m_limit.get();
@@ -95,8 +105,7 @@ void FaceSearch::Worker::searchFace(int face) {
         m_search.m_isPassNeeded = true;
         return;
     }
-    const bool isTie = m_best && box.volume == m_best->volume && face < m_bestFace;
-    if (!isTie && !isBetter(box, m_best, volumeKey)) return;
+    if (!wins(box, face, m_best, m_bestFace)) return;
     if (checkFrame(m_search.m_hull.points(), box) != FrameState::kSound) {
         m_search.m_isPassNeeded = true;
         return;
@@ -119,18 +128,14 @@ std::optional<VolumeCandidate> FaceSearch::best(std::span<Worker> workers,
     }
     int bestFace = 0;
     for (const Worker& worker : workers) {
-        if (!worker.m_best) continue;
-        const bool isTie =
-            best && worker.m_best->volume == best->volume && worker.m_bestFace < bestFace;
-        if (!isTie && !isBetter(*worker.m_best, best, volumeKey)) continue;
+        if (!worker.m_best || !wins(*worker.m_best, worker.m_bestFace, best, bestFace)) continue;
         best = worker.m_best;
         bestFace = worker.m_bestFace;
     }
     return best;
 }
 
-/// Goes over the faces of a range again, in ascending order; searches only those that may become
-/// the best, or that were not found to have no box.
+/// Visits the faces of a range in ascending order; searches again those that may have the best box.
 std::optional<VolumeCandidate> FaceSearch::pass(Worker& worker, const FaceRange& range) const {
     const auto remeasure = [](VolumeCandidate& box) { box.volume = volumeOf(box); };
     std::optional<VolumeCandidate> best;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "minbox/bound/BoxBound.h"
+#include "minbox/box/BoxCandidate.h"
 #include "minbox/fit/FaceWorkspace.h"
 #include "minbox/workers/FaceWorkers.h"
 
@@ -15,25 +16,27 @@ namespace Tesk::minbox {
 /// The box of least volume with a side flush with a hull face; of equal volumes that of the lowest
 /// face. Any number of threads share the work.
 ///
-/// The result is that of a pass over the faces in ascending order that checks each box before it
-/// becomes the best. The faces are searched in an order that finds good boxes early instead, by
-/// whichever thread is free, and faces that cannot have the best box are passed over. That gives
-/// the same result as long as all boxes pass their check; if one does not, the pass is made, over
-/// the volumes known by then.
+/// The result is defined by a pass over the faces in ascending order that checks each box before it
+/// becomes the best. The search visits them in an order that finds good boxes early, on whichever
+/// thread is free, and skips faces that cannot have the best box. As long as all boxes pass their
+/// check, that gives the same result. If one fails, the pass is made, using the volumes and bounds
+/// known by then.
 class FaceSearch {
  public:
-    /// Bounds and orders the faces, of which there are some. Keeps references. Lowers the limit to
-    /// the volumes of sound boxes.
+    /// Bounds and orders the faces. Keeps references. The workers lower the limit to the volumes of
+    /// the boxes that pass their check.
+    ///
+    /// @param hull  has faces
     FaceSearch(const SearchHull& hull, const BoxBound& bound, VolumeLimit& limit,
                std::uint32_t threadCount);
 
-    /// One thread's part in the search. Holds working memory.
+    /// One thread's part of the search. Holds working memory.
     class Worker {
      public:
         explicit Worker(FaceSearch& search);
 
-        /// Searches faces until none are left. Calls step() before each; if that returns false, the
-        /// thread's part ends, and the best box is meaningless.
+        /// Searches faces until none are left. Calls step() before each; if it returns false, the
+        /// thread's part ends, and FaceSearch::best() is meaningless.
         template <class Step>
         void run(Step step);
 
@@ -51,14 +54,14 @@ class FaceSearch {
 
     const SearchHull& hull() const { return m_hull; }
 
-    /// The best box, once all workers have ended; nothing if no face gave one.
+    /// The best box, once all workers have ended; std::nullopt if no face gave one.
     ///
-    /// @param ranges  those over which the pass is made, each on its own
+    /// @param ranges  if the pass is needed, it is made over each range separately
     std::optional<VolumeCandidate> best(std::span<Worker> workers,
                                         std::span<const FaceRange> ranges) const;
 
  private:
-    /// What is known of a face.
+    /// What is known about a face.
     struct Known {
         enum class State : std::uint8_t { kNotSearched, kNoBox, kBox };
 

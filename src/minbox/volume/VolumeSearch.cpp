@@ -5,16 +5,31 @@
 #include <system_error>
 #include <thread>
 
-#include "TeskDebug/Exception.h"
+#include "minbox/call/SearchCall.h"
 #include "minbox/edges/EdgeSearch.h"
+#include "minbox/fit/BoxFit.h"
 #include "minbox/fit/OfferBox.h"
-#include "minbox/frame/SearchCall.h"
 #include "minbox/workers/FaceWorkers.h"
+#include "minbox/workers/WorkerAbort.h"
 
 namespace Tesk::minbox {
 namespace {
 
-const char* const kAborting = "Aborting...";
+/// The two searches of a call, and what they share.
+struct Searches {
+    Searches(const SearchHull& searched, std::uint32_t threadCount)
+        : hull(searched), bound(searched), faces(searched, bound, limit, threadCount) {}
+
+    std::optional<VolumeCandidate> searchAlongEdges() const {
+        return searchEdges(hull, bound, isAborted, limit);
+    }
+
+    const SearchHull& hull;
+    std::atomic<bool> isAborted = false;
+    VolumeLimit limit;
+    BoxBound bound;
+    FaceSearch faces;
+};
 
 /// The best boxes of the two searches.
 struct Found {
@@ -22,24 +37,13 @@ struct Found {
     std::optional<VolumeCandidate> alongEdges;
 };
 
-/// The body of a worker thread: reports every face, and stops at the first abort.
-void workUntilAborted(MinBoundingBoxImpl& impl, std::atomic<bool>& isAborted,
-                      FaceSearch::Worker& worker) {
-    try {
-        worker.run([&] { return !isAborted && impl.progress->step(); });
-    } catch (const Tesk::AbortException&) {
-        isAborted = true;
-    }
-}
-
 /// The edge search on a thread of its own, which is joined however the scope ends.
 class EdgeThread {
  public:
-    EdgeThread(const SearchHull& hull, const BoxBound& bound, std::atomic<bool>& isAborted,
-               const VolumeLimit& limit)
-        : m_isAborted(isAborted), m_thread([this, &hull, &bound, &limit] {
+    explicit EdgeThread(Searches& searches)
+        : m_isAborted(searches.isAborted), m_thread([this, &searches] {
               try {
-                  m_best = searchEdges(hull, bound, m_isAborted, limit);
+                  m_best = searches.searchAlongEdges();
               } catch (...) {
                   m_failure = std::current_exception();
                   m_isAborted = true;
@@ -69,41 +73,31 @@ class EdgeThread {
     std::thread m_thread;  // last: it uses the others
 };
 
-Found searchConcurrently(MinBoundingBoxImpl& impl, const SearchHull& hull) {
-    std::atomic<bool> isAborted = false;
-    VolumeLimit limit;
-    const BoxBound bound(hull);
-    // Bounding the faces waits for nothing, and the edge search has less to do once the face
-    // search has found a box: so this comes before the thread.
-    FaceSearch faces(hull, bound, limit, impl.threadCount);
-    EdgeThread edges(hull, bound, isAborted, limit);
+Found searchConcurrently(MinBoundingBoxImpl& impl, Searches& searches) {
+    EdgeThread edges(searches);
     Found found;
     try {
-        found.onFace = searchFaces(impl, faces, isAborted);
+        found.onFace = searchFaces(impl, searches.faces, searches.isAborted);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::system_error&) {
         throw;
     } catch (...) {
         // Any other exception of the callback is an abort, too.
-        isAborted = true;
+        searches.isAborted = true;
         edges.join();
-        throw Tesk::AbortException(kAborting);
+        throwAborted();
     }
     found.alongEdges = edges.join();
-    if (isAborted) throw Tesk::AbortException(kAborting);
+    throwIfAborted(searches.isAborted);
     return found;
 }
 
-Found searchSequentially(MinBoundingBoxImpl& impl, const SearchHull& hull) {
-    // Faces first: once their box is known, the edge search passes over almost everything.
-    std::atomic<bool> isAborted = false;
-    VolumeLimit limit;
-    const BoxBound bound(hull);
-    FaceSearch faces(hull, bound, limit, impl.threadCount);
+/// Faces first: once their box is known, the edge search skips almost everything.
+Found searchSequentially(MinBoundingBoxImpl& impl, Searches& searches) {
     Found found;
-    found.onFace = searchFaces(impl, faces, isAborted);
-    found.alongEdges = searchEdges(hull, bound, isAborted, limit);
+    found.onFace = searchFaces(impl, searches.faces, searches.isAborted);
+    found.alongEdges = searches.searchAlongEdges();
     return found;
 }
 
@@ -122,10 +116,14 @@ std::optional<VolumeCandidate> searchFaces(MinBoundingBoxImpl& impl, FaceSearch&
             return true;
         });
     } else {
+        const auto work = [&](std::size_t t) {
+            workUntilAborted(isAborted, [&] {
+                workers[t].run([&] { return !isAborted && impl.progress->step(); });
+            });
+        };
         runWorkers(
-            workers.size(), [&](std::size_t t) { workUntilAborted(impl, isAborted, workers[t]); },
-            [](std::size_t) {}, [&] { isAborted = true; });
-        if (isAborted) throw Tesk::AbortException(kAborting);
+            workers.size(), work, [](std::size_t) {}, [&] { isAborted = true; });
+        throwIfAborted(isAborted);
     }
     return search.best(workers, ranges);
 }
@@ -135,9 +133,9 @@ OrientedBox3 searchLeastVolume(MinBoundingBoxImpl& impl, int n, const UPoint3<fl
     const SearchHull& hull = call.hull();
     call.startProgress(hull.faceCount() + static_cast<int>(impl.hullEdges->size()));
     if (!hull.hasFaces()) return call.lowDimensionBoxOrNone();
-    const Found found =
-        impl.concurrentEdges ? searchConcurrently(impl, hull) : searchSequentially(impl, hull);
-    const auto& [onFace, alongEdges] = found;
+    Searches searches(hull, impl.threadCount);
+    const auto [onFace, alongEdges] = impl.concurrentEdges ? searchConcurrently(impl, searches)
+                                                           : searchSequentially(impl, searches);
     const bool areEdgesBetter = alongEdges && isBetter(*alongEdges, onFace, volumeKey);
     const auto& best = areEdgesBetter ? alongEdges : onFace;
     return best ? call.boxOf(*best) : noBox();

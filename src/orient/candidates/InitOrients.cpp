@@ -11,8 +11,8 @@
 #include <span>
 #include <utility>
 
+#include "TeskCommon/Assert.h"
 #include "TeskThreads/Team.h"
-#include "common/Assert.h"
 #include "orient/candidates/DirectionBuckets.h"
 #include "orient/candidates/DirectionKey.h"
 #include "orient/candidates/RandomSource.h"
@@ -245,9 +245,12 @@ std::vector<Direction> initOrients(MeshKernel* mesh) {
         PlaneDraws(RandomRun(static_cast<std::size_t>(planes) * 2)));
 }
 
-std::vector<Direction> initOrients(const MeshKernel& mesh,
-                                   const std::function<Direction(std::int32_t)>& normalOf,
+std::vector<Direction> initOrients(const MeshKernel& mesh, const TriangleNormals& normals,
                                    std::uint32_t seed) {
+    const auto normalOf = [&](std::int32_t triangle) -> Direction {
+        const auto i = static_cast<std::size_t>(triangle);
+        return {normals.x[i], normals.y[i], normals.z[i]};
+    };
     return orientsOf(mesh, normalOf, PlaneDraws(RandomRun::fromSeed(seed)));
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <vector>
 
@@ -9,6 +8,11 @@
 #include "TeskMeshData/MeshKernel.h"
 
 namespace Tesk::orient {
+
+/// Unit normals, component by component, with one entry per triangle.
+struct TriangleNormals {
+    std::span<const float> x, y, z;
+};
 
 /// The build directions worth evaluating: 18 to 58 unit vectors, in this order:
 /// - 18 fixed directions,
@@ -28,11 +32,10 @@ std::vector<UVector3<float>> initOrients(MeshKernel* mesh);
 
 /// The same with given triangle normals and a random sequence of its own. Only reads the mesh.
 ///
-/// @param normalOf  the normal of a triangle, in the frame of the directions; called on any thread
-/// @param seed      of the sequence; nextRandom() is not advanced
-std::vector<UVector3<float>> initOrients(
-    const MeshKernel& mesh, const std::function<UVector3<float>(std::int32_t)>& normalOf,
-    std::uint32_t seed);
+/// @param normals  in the frame of the directions
+/// @param seed     of the sequence; nextRandom() is not advanced
+std::vector<UVector3<float>> initOrients(const MeshKernel& mesh, const TriangleNormals& normals,
+                                         std::uint32_t seed);
 
 /// The 18 fixed directions. The last is +Z.
 std::span<const UVector3<float>> fixedOrients();

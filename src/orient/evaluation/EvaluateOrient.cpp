@@ -1,20 +1,12 @@
 #include "orient/evaluation/EvaluateOrient.h"
 
-#include <numbers>
-
-#include "TeskDataBasic/Transcendental.h"
-#include "common/Assert.h"
-#include "orient/sampling/PoseSampling.h"
+#include "TeskCommon/Assert.h"
+#include "orient/sampling/Overhang.h"
+#include "orient/sampling/TreeSampling.h"
 #include "orient/turn/Flatten.h"
 
 namespace Tesk::orient {
 namespace {
-
-/// cos of an angle in degrees, formed in double.
-float cosineOfDegrees(float angleDeg) {
-    const double angleRad = static_cast<double>(angleDeg) * std::numbers::pi / 180.0;
-    return static_cast<float>(Tesk::cosine(angleRad));
-}
 
 OrientMeasures measuresOf(const UBox3<float>& box, const SupportMeasures& support) {
     return {.height = box.MaxZ() - box.MinZ(),
@@ -30,7 +22,7 @@ OrientMeasures measuresOf(const UBox3<float>& box, const SupportMeasures& suppor
 OrientEvaluator::OrientEvaluator(const std::vector<float>& areas, const FlatMesh& mesh,
                                  float overhangAngle, bool computeSupport, float baseHeight)
     : m_mesh(mesh),
-      m_overhangCosine(cosineOfDegrees(overhangAngle)),
+      m_overhangCosine(overhangCosineOf(overhangAngle)),
       m_computeSupport(computeSupport),
       m_baseHeight(baseHeight),
       m_sampler(mesh, areas) {}
@@ -75,8 +67,8 @@ void evaluateOrient(const std::vector<float>& areas, const MeshKernel* mesh,
     turnParts(flat, {&direction, 1}, baseHeight, {&part, 1});
     SupportMeasures support;
     if (computeSupport) {
-        support =
-            samplePose(flat, areas, part, makeSampleGrid(part.box), cosineOfDegrees(overhangAngle));
+        support = sampleWithTree(flat, areas, part, makeSampleGrid(part.box),
+                                 overhangCosineOf(overhangAngle));
     }
     const OrientMeasures measures = measuresOf(part.box, support);
     height = measures.height;

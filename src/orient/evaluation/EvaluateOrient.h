@@ -14,8 +14,7 @@
 
 namespace Tesk::orient {
 
-/// What one build direction measures. The four support measures are 0 where support is not
-/// computed.
+/// The measures of one build direction. The four that concern support are 0 if it is not computed.
 struct OrientMeasures {
     /// z extent of the turned part.
     float height = 0.0f;
@@ -34,10 +33,10 @@ struct OrientMeasures {
 /// Measures candidate build directions: turns the placed mesh about the centre of its placed box
 /// so that the direction points along +Z, and lifts it to `baseHeight` if that is above −1.
 ///
-/// Support is sampled in columns: through the middle of each cell of a grid under the part's
-/// footprint runs a vertical line, and the triangles that it meets tell where the column enters and
-/// leaves the part. A cell is about a fortieth of the footprint's shorter side; the grid reaches
-/// one unit beyond the footprint.
+/// Support is sampled in columns: vertical lines through the middles of the cells of a grid under
+/// the part. The triangles that a column meets tell where it enters and leaves the part. A cell is
+/// about a fortieth of the footprint's shorter side; the grid reaches one unit beyond the
+/// footprint.
 ///
 /// Holds working memory, so each thread needs its own. Any number of them may share a mesh.
 class OrientEvaluator {
@@ -84,8 +83,8 @@ class OrientEvaluator {
 };
 
 /// Measures a single build direction. Gives the same bits as an OrientEvaluator, but searches a
-/// TriangleRectTree for every sample (see samplePose()). Only reads the mesh, so it may run for any
-/// number of directions at once. Sets all six outputs, which are the fields of OrientMeasures.
+/// TriangleRectTree for every sample (see sampleWithTree()). Only reads the mesh, so it may run for
+/// any number of directions at once. Sets all six outputs, which are the fields of OrientMeasures.
 ///
 /// @param areas           area of every triangle as placed, in mesh order
 /// @param mesh            not null

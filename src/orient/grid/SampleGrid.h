@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "TeskCommon/Assert.h"
 #include "TeskDataBasic/UBox3.h"
-#include "common/Assert.h"
 #include "orient/kernels/TurnKernels.h"
 
 namespace Tesk::orient {
@@ -16,7 +16,7 @@ class SampleLine {
  public:
     SampleLine() = default;
 
-    /// Adjacent cells of size `step`, the first from `low` on, the others as long as they begin
+    /// Adjacent cells of size `step`. The first begins at `low`; cells follow as long as they begin
     /// below `high`. There are none if `step` is not positive. The line ends early if `step` is too
     /// small to change the coordinate.
     SampleLine(float low, float high, float step);
@@ -83,8 +83,8 @@ struct SampleGrid {
     float cellArea = 0.0f;
 };
 
-/// The grid under a box. It has no samples where the box is not finite, or where its size or its
-/// aspect ratio (above about 500,000) is beyond what the cell counts can express.
+/// The grid under a box. It has no samples if the box is not finite, or if its size or its aspect
+/// ratio (above about 500,000) is too large for the cell counts.
 SampleGrid makeSampleGrid(const UBox3<float>& box);
 
 }  // namespace Tesk::orient

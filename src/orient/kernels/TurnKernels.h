@@ -14,8 +14,6 @@ struct TurnedCoordinate {
     float fromY = 0.0f;
     float fromZ = 0.0f;
     float shift = 0.0f;
-
-    bool operator==(const TurnedCoordinate&) const = default;
 };
 
 struct CoordinateRange {
@@ -61,10 +59,10 @@ struct TurnKernels {
     void (*extendRange)(const float* x, const float* y, const float* z, std::size_t count,
                         const TurnedCoordinate& coordinate, CoordinateRange& range);
 
-    /// Computes a code for every point that says between which samples it lies. The upper 16 bits
-    /// are for the columns, the lower 16 for the rows. Points strictly between the same two samples
-    /// have the same even half; a half is odd if the point is so near a sample that rounding could
-    /// decide.
+    /// Computes a code for every point that says between which samples it lies: in the upper 16
+    /// bits between which columns, in the lower 16 between which rows. Points between the same two
+    /// columns (or rows) get the same even number there. The number is odd if the point is so near
+    /// a sample that rounding could decide on which side it lies.
     void (*cellCodes)(const float* x, const float* y, const float* z, std::size_t count,
                       const TurnedCoordinate& column, const TurnedCoordinate& row,
                       const SampleScale& columns, const SampleScale& rows, std::uint32_t* codes);

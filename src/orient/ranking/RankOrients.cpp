@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 #include "orient/rotation/CandidateRotation.h"
 
 namespace Tesk::orient {
@@ -28,21 +28,6 @@ void fillRecords(const Directions& candidates, const ScoreLists& scores,
                            .boxVolume = scores.boxVolume[i],
                            .score = 0.0f};
     }
-}
-
-[[maybe_unused]] bool haveLength(const ScoreLists& scores, std::size_t length) {
-    const auto has = [&](const std::vector<float>& list) { return list.size() == length; };
-    return has(scores.height) && has(scores.supportVolume) && has(scores.overhangArea) &&
-           has(scores.projectedArea) && has(scores.boxVolume) && has(scores.reservedScore);
-}
-
-void normaliseAll(ScoreLists& scores) {
-    normaliseScores(scores.height);
-    normaliseScores(scores.supportVolume);
-    normaliseScores(scores.overhangArea);
-    normaliseScores(scores.projectedArea);
-    normaliseScores(scores.boxVolume);
-    normaliseScores(scores.reservedScore);
 }
 
 /// The weighted sum of one candidate's normalised measures; the order of the additions is part of
@@ -81,13 +66,13 @@ std::size_t findBest(const ScoreLists& scores, const Configure& config,
 
 }  // namespace
 
-ScoreLists::ScoreLists(std::size_t candidateCount)
-    : height(candidateCount, 0.0f),
-      supportVolume(candidateCount, 0.0f),
-      overhangArea(candidateCount, 0.0f),
-      projectedArea(candidateCount, 0.0f),
-      boxVolume(candidateCount, 0.0f),
-      reservedScore(candidateCount, 0.0f) {}
+ScoreLists::ScoreLists(std::size_t candidateCount) {
+    for (std::vector<float>* list : all()) list->assign(candidateCount, 0.0f);
+}
+
+std::array<std::vector<float>*, 6> ScoreLists::all() {
+    return {&height, &supportVolume, &overhangArea, &projectedArea, &boxVolume, &reservedScore};
+}
 
 void normaliseScores(std::vector<float>& scores) {
     if (scores.empty()) return;
@@ -130,10 +115,13 @@ void thinOut(Orientations& orientations) {
 void rankOrients(const Directions& candidates, ScoreLists& scores, const Configure& config,
                  Orientations* orientations, UVector3<float>& axis, float& angle,
                  const std::function<void(int)>& progress, StopWatchLog& log) {
-    TESK_ASSERT(!candidates.empty() && haveLength(scores, candidates.size()));
+    TESK_ASSERT(!candidates.empty());
     if (orientations) fillRecords(candidates, scores, *orientations);
     log.logElapse("Orient-2");
-    normaliseAll(scores);
+    for (std::vector<float>* list : scores.all()) {
+        TESK_ASSERT(list->size() == candidates.size());
+        normaliseScores(*list);
+    }
     if (progress) progress(95);
     const std::size_t best = findBest(scores, config, orientations);
     angle = candidateAngle(candidates[best]);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <vector>
 
@@ -11,6 +12,8 @@ namespace Tesk::orient {
 /// The measures of all candidates. Each list has one value per candidate.
 struct ScoreLists {
     explicit ScoreLists(std::size_t candidateCount);
+
+    std::array<std::vector<float>*, 6> all();
 
     std::vector<float> height;
     std::vector<float> supportVolume;

@@ -21,11 +21,11 @@ struct ColumnHit {
     float z;  ///< not finite if the triangle is vertical
 };
 
-/// Adds one column to the sums. The column is open from the ground, z = 0, to the lowest hit, then
-/// between the second and third hit, and so on; an open stretch below an overhanging triangle needs
-/// support. Of several hits at the same height, only that of the first triangle counts. If an odd
-/// number of heights remains, the column adds to the projected area only. A column with fewer than
-/// two hits adds nothing.
+/// Adds one column to the sums. Hits are counted from below: the column is outside the part from
+/// the ground, z = 0, to the first hit, between the second and third, and so on. Such a stretch
+/// needs support if the triangle at its upper end overhangs. Of hits at the same height, only that
+/// of the triangle with the lowest index counts. If the number of hits left is odd, the column adds
+/// to the projected area only. A column with fewer than two hits in all adds nothing.
 ///
 /// @param hits   all hits of one sample, in any order; reordered, and some overwritten
 /// @param areas  the area of every triangle

@@ -4,7 +4,8 @@
 #include <array>
 #include <limits>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
+#include "orient/sampling/Overhang.h"
 
 namespace Tesk::orient {
 namespace {
@@ -178,7 +179,7 @@ void SupportSampler::collectHits(const Window& window, const Window& samples,
             m_hits.push_back({firstSample + m_places[i], code, m_heights[i]});
         }
     }
-    if (m_hits.size() == before || !(t.normalZ() < -m_overhangCosine)) return;
+    if (m_hits.size() == before || !isOverhang(t.normalZ(), m_overhangCosine)) return;
     for (std::size_t i = before; i < m_hits.size(); ++i) ++m_hits[i].triangle;
 }
 

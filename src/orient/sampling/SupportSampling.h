@@ -23,7 +23,7 @@ class SupportSampler {
     /// Keeps references to both; `areas` holds the area of every triangle.
     SupportSampler(const FlatMesh& mesh, const std::vector<float>& areas);
 
-    /// Measures one part. A triangle overhangs if its unit normal's z is below −overhangCosine. The
+    /// Measures one part. Which triangles overhang, isOverhang() tells. The
     /// ground is z = 0.
     ///
     /// @param triangles  ascending; includes all that a sample point may lie under

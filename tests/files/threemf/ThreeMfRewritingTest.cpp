@@ -276,12 +276,18 @@ TEST(Rewriting, RefusesWhatItCannotDo) {
 }
 
 TEST(Rewriting, RefusesArchivesWhoseFilesOverlap) {
-    // Both names of the directory lead to the same content.
-    std::string package = makeZip({model(kRoot, object(1, mesh(1)), item(1)),
-                                   model("3D/3dmodel.other", object(1, mesh(1)), item(1))});
-    const std::size_t second = package.rfind("PK\1\2");
-    package.replace(second + 42, 4, 4, '\0');
-    EXPECT_EQ(troubleWith(package, {kTurned}), "the archive is damaged: two of its files overlap");
+    const ZipFile root = model(kRoot, object(1, mesh(1)), item(1));
+    const std::string sound = makeZip({{.name = "other", .content = "abc", .method = 0}, root});
+    const std::size_t first = sound.find("PK\1\2");
+    std::string reachingIn = sound;
+    reachingIn[first + 20] = reachingIn[first + 24] = 10;  // its sizes
+    std::string shared = sound;
+    const std::size_t second = sound.rfind("PK\1\2");
+    shared.replace(first + 42, 4, sound.substr(second + 42, 4));  // its position
+    for (const std::string& package : {reachingIn, shared}) {
+        EXPECT_EQ(troubleWith(package, {kTurned}),
+                  "the archive is damaged: two of its files overlap");
+    }
 }
 
 }  // namespace

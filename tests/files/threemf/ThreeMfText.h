@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "TeskPartFiles/PartFiles.h"
-#include "ZipMaker.h"
+#include "tools/ZipMaker.h"
 
 /// Packages of 3MF for tests, as text.
 

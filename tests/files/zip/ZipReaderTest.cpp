@@ -6,7 +6,7 @@
 #include <ostream>
 
 #include "TeskPartFiles/PartFiles.h"
-#include "ZipMaker.h"
+#include "tools/ZipMaker.h"
 #include "zip/ZipWriter.h"
 
 namespace {

@@ -6,12 +6,12 @@
 #include <limits>
 
 #include "BoxTestSupport.h"
-#include "CadShapes.h"
-#include "PlainAxisBox.h"
-#include "SampleMeshes.h"
-#include "ShadowRectangle.h"
-#include "Shapes.h"
-#include "TestSize.h"
+#include "checks/ShadowRectangle.h"
+#include "plain/PlainAxisBox.h"
+#include "shapes/CadShapes.h"
+#include "shapes/SampleMeshes.h"
+#include "shapes/Shapes.h"
+#include "tools/TestSize.h"
 
 namespace {
 

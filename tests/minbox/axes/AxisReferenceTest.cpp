@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "CompareBoxes.h"
-#include "PlainAxisBox.h"
 #include "ReferencePointSets.h"
-#include "TestSize.h"
+#include "plain/PlainAxisBox.h"
+#include "tools/TestSize.h"
 
 using namespace Tesk::minbox;
 

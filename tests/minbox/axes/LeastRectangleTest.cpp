@@ -5,7 +5,7 @@
 #include <cmath>
 
 #include "TeskDataBasic/Transcendental.h"
-#include "TestRandom.h"
+#include "tools/TestRandom.h"
 
 using namespace Tesk::minbox;
 

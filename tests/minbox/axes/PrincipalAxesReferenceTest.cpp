@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "CompareBoxes.h"
-#include "PlainPrincipalBox.h"
 #include "ReferencePointSets.h"
-#include "TestSize.h"
+#include "plain/PlainPrincipalBox.h"
+#include "tools/TestSize.h"
 
 using namespace Tesk::minbox;
 

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
 #include "CompareBoxes.h"
-#include "PlainBaseAreaBox.h"
 #include "PreparedHull.h"
 #include "ReferencePointSets.h"
-#include "TestSize.h"
 #include "minbox/basearea/BaseAreaSearch.h"
+#include "plain/PlainBaseAreaBox.h"
+#include "tools/TestSize.h"
 
 using namespace Tesk::minbox;
 

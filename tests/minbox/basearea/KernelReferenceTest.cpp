@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "CompareBoxes.h"
-#include "PlainBaseAreaBox.h"
 #include "PreparedHull.h"
 #include "ReferencePointSets.h"
 #include "minbox/basearea/BaseAreaScores.h"
+#include "plain/PlainBaseAreaBox.h"
 
 using namespace Tesk::minbox;
 

@@ -5,7 +5,7 @@
 #include <set>
 #include <vector>
 
-#include "BoxShapes.h"
+#include "shapes/BoxShapes.h"
 
 using namespace Tesk::minbox;
 

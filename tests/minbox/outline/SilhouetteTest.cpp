@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "CompareBoxes.h"
-#include "PlainCaliper.h"
-#include "PlainOutline.h"
 #include "PreparedHull.h"
+#include "plain/PlainCaliper.h"
+#include "plain/PlainOutline.h"
 
 using namespace Tesk::minbox;
 

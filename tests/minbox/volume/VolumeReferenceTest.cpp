@@ -4,12 +4,12 @@
 #include <cmath>
 
 #include "CompareBoxes.h"
-#include "PlainVolumeBox.h"
 #include "PreparedHull.h"
 #include "ReferencePointSets.h"
-#include "TestSize.h"
 #include "minbox/edges/EdgeSearch.h"
 #include "minbox/volume/VolumeSearch.h"
+#include "plain/PlainVolumeBox.h"
+#include "tools/TestSize.h"
 
 using namespace Tesk::minbox;
 

@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
 #include "CompareBoxes.h"
-#include "PlainVolumeBox.h"
 #include "PreparedHull.h"
-#include "TestSize.h"
 #include "minbox/edges/EdgeSearch.h"
+#include "plain/PlainVolumeBox.h"
+#include "tools/TestSize.h"
 
 using namespace Tesk::minbox;
 

@@ -2,14 +2,14 @@
 
 #include <limits>
 
-#include "FloatBits.h"
 #include "OrientOptimizer.h"
-#include "PlainCandidates.h"
 #include "ReferenceShapes.h"
-#include "SampleMeshes.h"
-#include "Shapes.h"
 #include "orient/candidates/InitOrients.h"
 #include "orient/candidates/RandomSource.h"
+#include "plain/PlainCandidates.h"
+#include "shapes/SampleMeshes.h"
+#include "shapes/Shapes.h"
+#include "tools/FloatBits.h"
 
 using namespace Tesk::orient;
 

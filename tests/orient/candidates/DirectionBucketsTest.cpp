@@ -8,8 +8,8 @@
 #include <limits>
 #include <map>
 
-#include "TestRandom.h"
 #include "orient/candidates/DirectionKey.h"
+#include "tools/TestRandom.h"
 
 using namespace Tesk::orient;
 

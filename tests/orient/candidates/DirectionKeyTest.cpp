@@ -7,8 +7,8 @@
 #include <limits>
 #include <map>
 
-#include "PlainCandidates.h"
-#include "TestRandom.h"
+#include "plain/PlainCandidates.h"
+#include "tools/TestRandom.h"
 
 using namespace Tesk::orient;
 

@@ -7,12 +7,12 @@
 #include <limits>
 #include <set>
 
-#include "CadShapes.h"
 #include "OrientOptimizer.h"
-#include "PlainCandidates.h"
-#include "Shapes.h"
 #include "orient/candidates/DirectionKey.h"
 #include "orient/candidates/RandomSource.h"
+#include "plain/PlainCandidates.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
 
 using namespace Tesk::orient;
 

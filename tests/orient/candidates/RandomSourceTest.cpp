@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "OrientOptimizer.h"
-#include "PlainCandidates.h"
-#include "Shapes.h"
 #include "orient/candidates/InitOrients.h"
+#include "plain/PlainCandidates.h"
+#include "shapes/Shapes.h"
 
 using namespace Tesk::orient;
 

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <numbers>
 
-#include "CadShapes.h"
 #include "CompareEvaluations.h"
-#include "Shapes.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
 
 using namespace Tesk::orient;
 

@@ -2,13 +2,13 @@
 
 #include <limits>
 
-#include "CadShapes.h"
 #include "CompareEvaluations.h"
-#include "PlainCandidates.h"
 #include "ReferenceShapes.h"
-#include "Shapes.h"
-#include "TestRandom.h"
-#include "TestSize.h"
+#include "plain/PlainCandidates.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
+#include "tools/TestRandom.h"
+#include "tools/TestSize.h"
 
 using namespace Tesk::orient;
 

@@ -4,9 +4,9 @@
 #include <cctype>
 
 #include "CompareEvaluations.h"
-#include "PlainCandidates.h"
-#include "SampleMeshes.h"
-#include "TestSize.h"
+#include "plain/PlainCandidates.h"
+#include "shapes/SampleMeshes.h"
+#include "tools/TestSize.h"
 
 using namespace Tesk::orient;
 

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "TestRandom.h"
+#include "tools/TestRandom.h"
 
 using namespace Tesk::orient;
 

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "FloatBits.h"
-#include "TestRandom.h"
 #include "orient/grid/SampleGrid.h"
+#include "tools/FloatBits.h"
+#include "tools/TestRandom.h"
 
 using namespace Tesk::orient;
 

@@ -8,9 +8,9 @@
 #include <limits>
 
 #include "CompareRecords.h"
-#include "PlainRanking.h"
-#include "TestRandom.h"
 #include "orient/rotation/CandidateRotation.h"
+#include "plain/PlainRanking.h"
+#include "tools/TestRandom.h"
 
 using namespace Tesk::orient;
 

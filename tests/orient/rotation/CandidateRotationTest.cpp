@@ -5,11 +5,11 @@
 #include <cmath>
 #include <numbers>
 
-#include "FloatBits.h"
-#include "PlainEvaluation.h"
 #include "TeskDataBasic/UMatrix4.h"
 #include "TeskDataBasic/UPoint3.h"
-#include "TestRandom.h"
+#include "plain/PlainEvaluation.h"
+#include "tools/FloatBits.h"
+#include "tools/TestRandom.h"
 
 using namespace Tesk::orient;
 

@@ -4,10 +4,10 @@
 
 #include <algorithm>
 
-#include "CadShapes.h"
-#include "Shapes.h"
-#include "TestRandom.h"
 #include "orient/turn/Flatten.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
+#include "tools/TestRandom.h"
 
 using namespace Tesk::orient;
 

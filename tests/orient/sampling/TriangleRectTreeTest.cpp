@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "OrientOptimizer.h"
-#include "TestRandom.h"
-#include "TestSize.h"
 #include "orient/candidates/RandomSource.h"
+#include "tools/TestRandom.h"
+#include "tools/TestSize.h"
 
 using namespace Tesk::orient;
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "CadShapes.h"
-#include "Shapes.h"
+#include "shapes/CadShapes.h"
+#include "shapes/Shapes.h"
 
 using namespace Tesk::orient;
 

@@ -25,10 +25,10 @@ struct HullEdge {
 /// depends on the set of points only, not on their order: vertices are sorted by x, then y, then z;
 /// faces by their lowest vertex and the one after it; edges by a, then b.
 ///
-/// Coordinates are first rounded to a grid of 2^-26 of the largest extent (taken up to a power of
-/// two), which moves a point by less than a float's rounding at that extent. This removes the noise
-/// of transformed parts (1e-16 beside 25), which would otherwise turn every flat face into slivers.
-/// The hull's vertices are the rounded points, which are still floats.
+/// Coordinates are first rounded to a grid whose step is 2^-26 of the largest extent, after that
+/// has been rounded up to a power of two. This moves a point by less than the rounding of a float
+/// of that size. It removes the noise of transformed parts (1e-16 beside 25), which would otherwise
+/// break every flat face into slivers. The hull's vertices are the rounded points, exactly floats.
 ///
 /// Non-finite points are ignored. Points in a plane give their exact polygon, covered on both
 /// sides: a closed surface without volume, with each fan diagonal in the edge list twice, once per

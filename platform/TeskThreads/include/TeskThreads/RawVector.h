@@ -6,8 +6,8 @@
 
 namespace Tesk {
 
-/// Leaves elements that are made without arguments uninitialised: so that a big list's memory is
-/// first touched, and thereby got from the system, by the threads that fill it.
+/// An allocator that leaves default-constructed elements uninitialised. The memory of a large
+/// vector is then first touched, and so provided by the system, by the threads that fill it.
 template <class T>
 class RawAllocator : public std::allocator<T> {
  public:
@@ -30,7 +30,8 @@ class RawAllocator : public std::allocator<T> {
     }
 };
 
-/// A list of plain values that resize() leaves undefined; each is to be written before it is read.
+/// A vector of plain values whose resize() leaves new elements undefined: write each before reading
+/// it.
 template <class T>
 using RawVector = std::vector<T, RawAllocator<T>>;
 

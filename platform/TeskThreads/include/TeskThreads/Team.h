@@ -3,9 +3,6 @@
 #ifdef _OPENMP
 #include <omp.h>
 #endif
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#endif
 
 #include <algorithm>
 #include <atomic>
@@ -18,29 +15,33 @@
 #include <type_traits>
 #include <utility>
 
+#include "TeskCommon/Sse2.h"
+
 namespace Tesk {
 
-/// A number that threads change and wait for: they look at it for a while and then sleep. (The wait
-/// of std::atomic loses wake-ups where GCC's library has no futex, on Windows.)
+/// A number that threads change and wait for. A waiting thread polls it for a while and then
+/// sleeps. (std::atomic::wait() is not used: with GCC's library on Windows, which has no futex, it
+/// loses wake-ups.)
 class WatchedNumber {
  public:
     std::uint32_t get() const { return m_value; }
 
-    /// Changes the number without a word to those who wait.
+    /// Changes the number without waking sleepers.
     void add(std::uint32_t step) { m_value += step; }
 
     void wake() {
         if (m_sleepers == 0) return;
-        // Who sleeps, or is about to, has looked at the number before or will look after this.
+        // A waiting thread reads the number under the lock, which it gives up only by sleeping. So
+        // by now it either sleeps, and is notified, or has yet to read the new number.
         { const std::lock_guard lock(m_mutex); }
         m_changed.notify_all();
     }
 
-    /// Waits until the number is another; returns it.
+    /// Waits until the number differs from `old`; returns it.
     std::uint32_t waitPast(std::uint32_t old) {
         // About as long as a sleep and a wake-up take.
-        constexpr int kLooks = 1000;
-        for (int i = 0; i < kLooks && m_value == old; ++i) relax();
+        constexpr int kPolls = 1000;
+        for (int i = 0; i < kPolls && m_value == old; ++i) relax();
         if (m_value == old) sleepPast(old);
         return m_value;
     }
@@ -58,7 +59,7 @@ class WatchedNumber {
     }
 
     static void relax() {
-#if defined(__SSE2__) || defined(_M_X64)
+#ifdef TESK_HAS_SSE2
         _mm_pause();
 #else
         std::this_thread::yield();
@@ -71,26 +72,26 @@ class WatchedNumber {
     std::condition_variable m_changed;
 };
 
-/// The threads of one OpenMP parallel region. The calling thread, its master, runs the work that
-/// goes on in order, and hands out what can be done on all; meanwhile the others sleep.
+/// The threads of one OpenMP parallel region. The calling thread, the master, runs the serial parts
+/// and hands out parallel work; between such work the other threads sleep.
 ///
-/// The waiting of OpenMP's own barriers is not used: GCC's library spins there for milliseconds,
-/// which on a busy machine takes the processors from the threads that are waited for. For the same
-/// reason a thread that comes to a piece of work late, because something else has its processor, is
-/// not waited for where the others have finished without it.
+/// OpenMP's own barriers are not used for this: at a barrier, threads of GCC's library spin for
+/// milliseconds, and on a busy machine they take the processor from the very thread they wait for.
+/// For the same reason, run() does not wait for a thread that has not begun by the time the others
+/// have finished all the work.
 class Team {
  public:
-    /// The calling thread alone.
+    /// A team of the calling thread alone.
     Team() = default;
     Team(const Team&) = delete;
     Team& operator=(const Team&) = delete;
 
-    /// How many threads there are, with the master.
+    /// The number of threads, the master included.
     int size() const { return m_size; }
 
-    /// Calls work(thread) once on the master, as thread 0, and at most once on each other thread
-    /// that has the time for it; returns when all calls have. What one of them throws, the first,
-    /// leaves here. The master alone may call this.
+    /// Calls work(thread) once on the master, which is thread 0, and at most once on each other
+    /// thread; a thread that is too late is left out. Returns when all calls have returned, and
+    /// rethrows the first exception that one of them threw. Only the master may call this.
     template <class Work>
     void run(Work&& work) {
         m_context = std::addressof(work);
@@ -105,8 +106,8 @@ class Team {
         if (m_failure) std::rethrow_exception(std::exchange(m_failure, nullptr));
     }
 
-    /// Calls work(first, end, thread) for ranges of at most `piece`, above 0, that cover 0 to
-    /// `count`. Each thread gets ascending ranges. Otherwise as run().
+    /// Calls work(first, end, thread) for ranges that cover 0 to `count`, each of at most `piece`
+    /// numbers (above 0). Each thread gets its ranges in ascending order. Otherwise as run().
     template <class Work>
     void forPieces(std::int64_t count, std::int64_t piece, Work&& work) {
         std::atomic<std::int64_t> next = 0;
@@ -130,7 +131,7 @@ class Team {
     template <class Work>
     friend void withTeam(int threads, Work&& work);
 
-    /// The state is odd while the master lets others begin.
+    /// The state is odd while other threads may begin the current work.
     static bool isOpen(std::uint32_t state) { return (state & 1) != 0; }
 
     void callWork(int thread) {
@@ -146,20 +147,21 @@ class Team {
         m_state.wake();
     }
 
-    /// Lets no other thread begin, and waits for those that have.
+    /// Lets no other thread begin, and waits for those that have begun.
     void close() {
         m_state.add(1);
         m_inside.waitUntil(0);
     }
 
-    /// What the other threads do all the time.
+    /// The loop of every thread but the master.
     void serve(int thread) {
         std::uint32_t seen = 0;
         for (;;) {
             seen = m_state.waitPast(seen);
             if (m_isOver) break;
             if (!isOpen(seen)) continue;
-            // From here the master waits; unless it has gone on since, then the state tells so.
+            // From here on the master waits for this thread, unless it closed the work before: then
+            // the state has changed.
             m_inside.add(1);
             seen = m_state.get();
             if (!m_isOver && isOpen(seen)) callWork(thread);
@@ -171,7 +173,7 @@ class Team {
         m_leaving.wake();
     }
 
-    /// Sends the other threads to the end of the region, and waits until they are about there.
+    /// Sends the other threads to the end of the region, and waits until they are leaving.
     void dismiss() {
         m_isOver = true;
         m_state.add(2);
@@ -186,11 +188,11 @@ class Team {
     std::exception_ptr m_failure;
     std::atomic<bool> m_isOver = false;
     WatchedNumber m_state;
-    WatchedNumber m_inside;   ///< threads that may be at work, but the master
-    WatchedNumber m_leaving;  ///< those that are about to end the region
+    WatchedNumber m_inside;   ///< threads that may be at work, without the master
+    WatchedNumber m_leaving;  ///< threads that are about to end the region
 };
 
-/// How many threads the caller's setting allows; 1 without OpenMP.
+/// The number of threads that the caller's OpenMP setting allows; 1 without OpenMP.
 inline int mostThreads() {
 #ifdef _OPENMP
     return std::max(omp_get_max_threads(), 1);
@@ -199,13 +201,14 @@ inline int mostThreads() {
 #endif
 }
 
-/// How many of them are worth having for so much work, where one is for each `share` of it.
+/// The number of threads to use for some work if a thread pays off for each `share` of it:
+/// work / share, from 1 to mostThreads().
 inline int threadsFor(std::int64_t work, std::int64_t share) {
     return static_cast<int>(std::clamp<std::int64_t>(work / share, 1, mostThreads()));
 }
 
-/// Calls work(team) on the calling thread, as the master of a parallel region of at most that many
-/// threads. What it throws leaves here.
+/// Calls work(team) on the calling thread, which is the master of a parallel region of at most
+/// `threads` threads. Passes on what work() throws.
 template <class Work>
 void withTeam(int threads, Work&& work) {
     Team team;
