@@ -129,9 +129,11 @@ void PlateOrienting::addToPage(const Shape& shape, OrientResult& result) {
     const auto copies = static_cast<int>(shape.items.size());
     std::string reason = reasonFor(m_options, result.poses);
     const TriangleMesh& mesh = m_pageMeshes.emplace_back(std::move(result.part.mesh));
-    m_page.objects.push_back({nameOf(m_work.plate(), shape.object),
-                              m_work.plate().plate.objects[shape.object].partNumber, copies,
-                              std::move(reason), std::move(found), &mesh});
+    const Tesk::PlateObject& object = m_work.plate().plate.objects[shape.object];
+    const std::string name =
+        object.name.empty() ? nameOf(m_work.plate(), shape.object) : object.name;
+    m_page.objects.push_back(
+        {name, object.partNumber, copies, std::move(reason), std::move(found), &mesh});
 }
 
 void PlateOrienting::orient(const Shape& shape) {
