@@ -7,15 +7,12 @@
 
 #include "Failure.h"
 #include "TeskDebug/StopWatchLog.h"
-#include "commands/CommandSupport.h"
+#include "commands/OrientOutputs.h"
 #include "commands/OrientPlate.h"
 #include "commands/OrientSearch.h"
 #include "page/OrientPage.h"
 #include "part/FileBytes.h"
-#include "part/FileOutput.h"
-#include "part/MeshChecks.h"
 #include "part/MeshOutput.h"
-#include "picture/Picture.h"
 #include "plate/PlateOutput.h"
 #include "poses/Pose.h"
 #include "reports/OrientReport.h"
@@ -40,20 +37,7 @@ void write(MeshOutput& output, const OrientOptions& options, const TriangleMesh&
     }
 }
 
-/// The files that a run is to write, each checked before the work.
-struct Outputs {
-    explicit Outputs(const OrientOptions& options) {
-        if (!options.page.empty()) page.emplace(options.page);
-        if (!options.picture.empty()) picture.emplace(options.picture);
-        if (!options.output.empty()) mesh.emplace(options.output);
-    }
-
-    std::optional<FileOutput> page;
-    std::optional<FileOutput> picture;
-    std::optional<MeshOutput> mesh;  ///< last: its temporary file is the one that Ctrl-C removes
-};
-
-Report byWeights(const OrientOptions& options, CheckedPart checked, Outputs& outputs) {
+Report byWeights(const OrientOptions& options, CheckedPart checked, OrientOutputs& outputs) {
     OrientResult result{std::move(checked.part), rankedOrientations(checked.kernel, options), {}};
     checked.kernel = MeshKernel();
     if (outputs.mesh) {
@@ -67,16 +51,7 @@ Report byWeights(const OrientOptions& options, CheckedPart checked, Outputs& out
     return {reportTable(options, result), {}};
 }
 
-std::string posesPicture(const OrientOptions& options, const OrientResult& result) {
-    const OptimizeOrient::BuildPoses& found = result.poses;
-    const bool isSvg = displayName(options.picture.extension()) == ".svg";
-    return pictureOf(result.part.mesh, found.asItLies,
-                     found.poses[static_cast<std::size_t>(options.rank - 1)], options.rank,
-                     options.poseGoal.overhangAngleDeg,
-                     isSvg ? PictureFormat::kSvg : PictureFormat::kPng);
-}
-
-Report byPoses(const OrientOptions& options, CheckedPart checked, Outputs& outputs) {
+Report byPoses(const OrientOptions& options, CheckedPart checked, OrientOutputs& outputs) {
     OrientResult result{
         std::move(checked.part), {}, foundPoses(checked.kernel, options, options.poseGoal)};
     if (result.poses.poses.empty()) {
@@ -95,25 +70,11 @@ Report byPoses(const OrientOptions& options, CheckedPart checked, Outputs& outpu
     return {posesTable(options, result), {}};
 }
 
-/// Pages and pictures show one part.
-void refuseDrawingPlates(const OrientOptions& options) {
-    const char* const option = !options.page.empty()      ? "--report"
-                               : !options.picture.empty() ? "--picture"
-                                                          : nullptr;
-    if (option == nullptr) return;
-    throw Failure(ExitCode::kUsage,
-                  fmt::format("{} shows one part; add --together to take all of {} as one", option,
-                              displayName(options.part)));
-}
-
 }  // namespace
 
 Report orientReport(const OrientOptions& options, const WarningSink& warn) {
-    Outputs outputs(options);
-    if (isByObject(options)) {
-        refuseDrawingPlates(options);
-        return orientPlate(options, warn, outputs.mesh ? &*outputs.mesh : nullptr);
-    }
+    OrientOutputs outputs(options);
+    if (isByObject(options)) return orientPlate(options, warn, outputs);
     CheckedPart checked = loadPart(options, Purpose::kSupport);
     if (const auto why = whyNoArea(checked.part)) {
         throw InputFailure(displayName(options.part) + ": " + *why);

@@ -2,10 +2,15 @@
 
 #include <fmt/format.h>
 
+#include <deque>
 #include <utility>
 
+#include "Failure.h"
 #include "commands/OrientSearch.h"
 #include "commands/PlateWork.h"
+#include "page/OrientPage.h"
+#include "page/Page.h"
+#include "part/FileBytes.h"
 #include "plate/ItemTurn.h"
 #include "plate/PresentPose.h"
 #include "plate/SeenPoses.h"
@@ -22,16 +27,20 @@ using OptimizeOrient::PoseGoal;
 /// Work on a plate's shapes, one after the other.
 class PlateOrienting {
  public:
-    PlateOrienting(const OrientOptions& options, const WarningSink& warn)
-        : m_options(options), m_work(options, warn) {}
+    PlateOrienting(const OrientOptions& options, const WarningSink& warn, OrientOutputs& outputs)
+        : m_options(options),
+          m_outputs(outputs),
+          m_work(options, warn),
+          m_page{displayName(options.part.filename()), settingsOf(options), {}} {}
 
-    Report run(MeshOutput* output);
+    Report run();
 
  private:
     void orient(const Shape& shape);
     void byWeights(const Shape& shape, CheckedPart checked);
     void byPoses(const Shape& shape, CheckedPart checked);
     void addSection(const Shape& shape, OrientResult result);
+    void addToPage(const Shape& shape, OrientResult& result);
     std::string notes() const;
 
     WorkShare share() const {
@@ -42,9 +51,13 @@ class PlateOrienting {
     }
 
     const OrientOptions& m_options;
+    OrientOutputs& m_outputs;
     PlateWork m_work;
     std::size_t m_done = 0;     ///< shapes
     std::size_t m_present = 0;  ///< present poses that were measured
+    Warnings m_warnings;        ///< about the shape at work
+    PageInput m_page;
+    std::deque<TriangleMesh> m_pageMeshes;
     std::string m_withoutPose;  ///< what the shapes without a pose have to say
 };
 
@@ -104,6 +117,23 @@ void PlateOrienting::addSection(const Shape& shape, OrientResult result) {
         section.table = isByWeights ? rankingText(m_options, result) : posesText(m_options, result);
     }
     m_work.addSection(shape, result.part, section);
+    if (isByWeights) return;
+    if (m_outputs.picture) m_outputs.picture->write(posesPicture(m_options, result));
+    if (m_outputs.page) addToPage(shape, result);
+}
+
+void PlateOrienting::addToPage(const Shape& shape, OrientResult& result) {
+    Json found = posesMembers(m_options, result);
+    result.part.warnings = m_warnings;
+    found["input"] = inputValue(m_options, result.part);
+    const auto copies = static_cast<int>(shape.items.size());
+    std::string reason = reasonFor(m_options, result.poses);
+    const TriangleMesh& mesh = m_pageMeshes.emplace_back(std::move(result.part.mesh));
+    const Tesk::PlateObject& object = m_work.plate().plate.objects[shape.object];
+    const std::string name =
+        object.name.empty() ? nameOf(m_work.plate(), shape.object) : object.name;
+    m_page.objects.push_back(
+        {name, object.partNumber, copies, std::move(reason), std::move(found), &mesh});
 }
 
 void PlateOrienting::orient(const Shape& shape) {
@@ -111,6 +141,7 @@ void PlateOrienting::orient(const Shape& shape) {
     if (const auto why = whyNoArea(checked.part)) {
         m_work.fail(ExitCode::kInput, nameOf(m_work.plate(), shape.object) + " " + *why);
     }
+    m_warnings = checked.part.warnings;
     // The report takes the mesh as the first item lies.
     checked.part.mesh = {};
     if (m_options.goal == Goal::kWeights) {
@@ -131,13 +162,18 @@ std::string PlateOrienting::notes() const {
         m_present);
 }
 
-Report PlateOrienting::run(MeshOutput* output) {
+Report PlateOrienting::run() {
+    if (m_outputs.picture && m_work.shapes().size() != 1) {
+        throw Failure(ExitCode::kUsage,
+                      "--picture draws one part: take it by --object, or all --together");
+    }
     for (const Shape& shape : m_work.shapes()) orient(shape);
     if (!m_withoutPose.empty()) m_work.fail(ExitCode::kNoPose, m_withoutPose);
     const bool isByWeights = m_options.goal == Goal::kWeights;
     m_work.checkPlaces(isByWeights ? UVector3<float>() : m_options.poseGoal.buildVolume);
     stopIfInterrupted();
-    if (output != nullptr) m_work.write(*output);
+    if (m_outputs.mesh) m_work.write(*m_outputs.mesh);
+    if (m_outputs.page) m_outputs.page->write(pageOf(m_page));
     Report report = m_work.report({"orient", settingsOf(m_options), conventionsOf(m_options)});
     report.notes = notes();
     return report;
@@ -151,8 +187,8 @@ std::optional<double> heightOf(const OrientOptions& options) {
     return static_cast<double>(options.config.baseHeight);
 }
 
-Report orientPlate(const OrientOptions& options, const WarningSink& warn, MeshOutput* output) {
-    return PlateOrienting(options, warn).run(output);
+Report orientPlate(const OrientOptions& options, const WarningSink& warn, OrientOutputs& outputs) {
+    return PlateOrienting(options, warn, outputs).run();
 }
 
 }  // namespace App

@@ -2,9 +2,9 @@
 
 #include <optional>
 
+#include "commands/OrientOutputs.h"
 #include "commands/Report.h"
 #include "options/Options.h"
-#include "part/MeshOutput.h"
 
 namespace App {
 
@@ -15,8 +15,9 @@ namespace App {
 /// pose does not mind, or (at rank 1) where it stands as it lies, is allowed and costs no more than
 /// 1/0.99 times the best pose. Other items turn by the least rotation that brings them there.
 ///
-/// @param output  null: write nothing
-Report orientPlate(const OrientOptions& options, const WarningSink& warn, MeshOutput* output);
+/// A page has a section for each shape; a picture is of the only one: throws Failure with
+/// ExitCode::kUsage where there are several.
+Report orientPlate(const OrientOptions& options, const WarningSink& warn, OrientOutputs& outputs);
 
 /// The height above the plate that parts are put at; nothing for the one that they have.
 std::optional<double> heightOf(const OrientOptions& options);

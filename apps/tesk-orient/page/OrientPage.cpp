@@ -2,8 +2,18 @@
 
 #include "page/Page.h"
 #include "part/FileBytes.h"
+#include "picture/Picture.h"
 
 namespace App {
+
+std::string posesPicture(const OrientOptions& options, const OrientResult& result) {
+    const OptimizeOrient::BuildPoses& found = result.poses;
+    const bool isSvg = displayName(options.picture.extension()) == ".svg";
+    return pictureOf(result.part.mesh, found.asItLies,
+                     found.poses[static_cast<std::size_t>(options.rank - 1)], options.rank,
+                     options.poseGoal.overhangAngleDeg,
+                     isSvg ? PictureFormat::kSvg : PictureFormat::kPng);
+}
 
 std::string posesPage(const OrientOptions& options, const OrientResult& result) {
     const std::string name = displayName(options.part.filename());
