@@ -1,12 +1,11 @@
 // Any mesh and any settings: the whole call must end, and the evaluation must have the bits of the
 // plain one.
 
-#include <algorithm>
 #include <cstdlib>
 #include <vector>
 
 #include "FloatBits.h"
-#include "FuzzInput.h"
+#include "MeshInput.h"
 #include "OrientOptimizer.h"
 #include "PlainEvaluation.h"
 #include "orient/evaluation/EvaluateOrient.h"
@@ -18,36 +17,6 @@ using namespace Tesk::orient;
 namespace {
 
 using OptimizeOrient::Configure;
-
-/// Coordinates that a fuzzer should not have to find: small whole numbers, so that heights and
-/// edges coincide, and any bits at all.
-float takeCoordinate(FuzzInput& input) {
-    const auto kind = input.take<std::uint8_t>();
-    if (kind < 200) return static_cast<float>(static_cast<int>(kind) - 100) * 0.5f;
-    return input.take<float>();
-}
-
-MeshKernel takeMesh(FuzzInput& input) {
-    std::vector<UPoint3<float>> positions(3 + input.take<std::uint8_t>() % 30);
-    for (UPoint3<float>& p : positions) {
-        for (int axis = 0; axis < 3; ++axis) p[axis] = takeCoordinate(input);
-    }
-    std::vector<UMesh<float>::Corners> triangles(input.take<std::uint8_t>() % 60);
-    const auto count = static_cast<std::int32_t>(positions.size());
-    for (UMesh<float>::Corners& corners : triangles) {
-        for (std::int32_t& corner : corners) corner = input.take<std::uint8_t>() % count;
-    }
-    return {positions, triangles};
-}
-
-/// Whether sampling this box takes more points than a fuzzer's patience allows.
-bool isTooWide(const UBox3<float>& box) {
-    const float x = box.MaxX() - box.MinX() + 2.0f;
-    const float y = box.MaxY() - box.MinY() + 2.0f;
-    const float z = box.MaxZ() - box.MinZ() + 2.0f;
-    const float longest = std::max({x, y, z});
-    return !(longest / std::min({x, y, z}) < 50.0f) && longest < 3e7f;
-}
 
 void expectSame(float a, float b) {
     if (!sameBits(a, b)) std::abort();
