@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -26,13 +25,4 @@ inline MeshKernel takeMesh(FuzzInput& input) {
         for (std::int32_t& corner : corners) corner = input.take<std::uint8_t>() % count;
     }
     return {positions, triangles};
-}
-
-/// Whether sampling this box takes more points than a fuzzer's patience allows.
-inline bool isTooWide(const UBox3<float>& box) {
-    const float x = box.MaxX() - box.MinX() + 2.0f;
-    const float y = box.MaxY() - box.MinY() + 2.0f;
-    const float z = box.MaxZ() - box.MinZ() + 2.0f;
-    const float longest = std::max({x, y, z});
-    return !(longest / std::min({x, y, z}) < 50.0f) && longest < 3e7f;
 }

@@ -8,9 +8,9 @@
 
 #include "TeskDataBasic/Transcendental.h"
 #include "pose/facets/FacetMeasures.h"
-#include "pose/geometry/OuterPoints.h"
 #include "pose/geometry/PoseTurn.h"
 #include "pose/mesh/FarthestVertex.h"
+#include "pose/resting/FlatPoints.h"
 
 namespace Tesk::pose {
 
@@ -165,25 +165,6 @@ double roomFor(const std::vector<Vector>& points, const Vector& up, double withi
     return room;
 }
 
-/// Of points that lie in the plane that `up` stands on, to within rounding, leaves those at the
-/// corners of their outline: what a fine mesh makes of a flat face.
-void thinFlat(const Vector& up, double bottom, double rounding,
-              std::vector<UPoint3<float>>& points) {
-    constexpr std::size_t kFew = 256;
-    if (points.size() < kFew) return;
-    const auto above = [&](const UPoint3<float>& p) { return (wide(p) | up) > bottom + rounding; };
-    const auto flat = std::partition(points.begin(), points.end(), above);
-    const std::vector<UPoint3<float>> inPlane(flat, points.end());
-    points.erase(flat, points.end());
-    const PoseTurn turn = PoseTurn::ontoUp(up);
-    const std::vector<std::size_t> corners =
-        hullPlacesOf(inPlane.size(), [&](std::size_t i) -> PlanePoint {
-            const Vector p = turn.turned(wide(inPlane[i]));
-            return {p.x, p.y};
-        });
-    for (const std::size_t i : corners) points.push_back(inPlane[i]);
-}
-
 /// What one look at a direction needs to know of each vertex.
 class Look {
  public:
@@ -263,6 +244,7 @@ NearPlate nearPlate(const PoseMesh& mesh, const Vector& up, double withinDeg, do
     if (!look.isFound()) return near;
     look.forReached(0.0, [&](const UPoint3<float>& p, const Vector&) { near.points.push_back(p); });
     thinFlat(up, look.bottom(), look.rounding(), near.points);
+    thinTilted(up, look.rounding(), near.points);
     if (!(roomWanted > 0.0)) return near;
     // Room enough by far is not looked at closer.
     constexpr double kByFar = 16.0;
