@@ -55,16 +55,11 @@ void thinFlat(const Vector& up, double bottom, double rounding,
 void thinTilted(const Vector& up, double rounding, std::vector<UPoint3<float>>& points) {
     constexpr std::size_t kMany = 1024;
     if (points.size() < kMany) return;
-    const PoseTurn turn = PoseTurn::ontoUp(up);
-    const std::vector<std::size_t> places =
-        hullPlacesOf(points.size(), [&](std::size_t i) -> PlanePoint {
-            const Vector p = turn.turned(wide(points[i]));
-            return {p.x, p.y};
-        });
-    if (places.size() >= kMany) return;
-    std::vector<UPoint3<float>> corners;
-    for (const std::size_t i : places) corners.push_back(points[i]);
-    const Vector tilted = upOnLargest(corners, up);
+    // Any few hundred of them span about the whole face.
+    const std::size_t stride = points.size() / (kMany / 2);
+    std::vector<UPoint3<float>> some;
+    for (std::size_t i = 0; i < points.size(); i += stride) some.push_back(points[i]);
+    const Vector tilted = upOnLargest(some, up);
     double bottom = std::numeric_limits<double>::infinity();
     for (const UPoint3<float>& p : points) bottom = std::min(bottom, wide(p) | tilted);
     thinFlat(tilted, bottom, rounding, points);

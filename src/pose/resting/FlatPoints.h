@@ -15,8 +15,8 @@ namespace Tesk::pose {
 void thinFlat(const UVector3<double>& up, double bottom, double rounding,
               std::vector<UPoint3<float>>& points);
 
-/// The same for a flat face that is tilted from that plane. The corners of the outline of all
-/// points, seen from below, tell its plane.
+/// The same for a flat face that is tilted from that plane: the largest that the hull of some of
+/// the points has.
 void thinTilted(const UVector3<double>& up, double rounding, std::vector<UPoint3<float>>& points);
 
 }  // namespace Tesk::pose
