@@ -9,20 +9,15 @@
 #include "TeskMeshData/MeshKernel.h"
 #include "TeskSDKTriangleOrientExport.h"
 
-/// How a part should lie on the build plate: an answer, where OrientOptimizer gives a ranking.
+/// How a part should lie on the build plate: an answer, whereas OrientOptimizer gives a ranking.
 ///
 /// A pose is a rotation R that follows the mesh's placement M: p' = p · M · R for row vectors. It
 /// is measured as it will lie, with its lowest point on the plate, z = 0. Lengths are in the mesh's
 /// unit, taken as millimetres.
 ///
 /// The cost of a pose is in millimetres of filament of 1.75 mm. Its constants were fitted to slices
-/// of printed parts by one slicer with one profile, at 55°: there the predicted support filament
-/// follows the sliced one with a rank correlation of 0.94, and 15 mm per millimetre of height
-/// stands for the time of further layers. Other slicers put down other amounts: one needs 1.7 times
-/// less support for the same poses, in much the same order. To fit the constants to yours, slice a
-/// few dozen parts in several poses each, measure these with measurePose(), and fit
-/// supportVolumeCost and overhangAreaCost to the support filament by least squares; the height's
-/// cost is what a layer's time is worth to you.
+/// of printed parts by one slicer with one profile, at 55°. Another slicer puts down other amounts:
+/// docs/poses.md says how to fit the constants to yours.
 ///
 /// Nothing here considers strength across layers, the look of surfaces, or accuracy of holes.
 namespace OptimizeOrient {
@@ -102,7 +97,7 @@ struct PoseCost {
 };
 
 struct BuildPose {
-    /// Turns the placed part; exactly the identity where the part may stay as it lies. No
+    /// Turns the placed part; exactly the identity if the part may stay as it lies. No
     /// translation.
     UMatrix4<float> rotation;
     PoseMeasures measures;
@@ -118,8 +113,10 @@ struct PassedOver {
 };
 
 struct BuildPoses {
-    /// At most 12, the best first. The pose that leaves the part as it lies goes before others that
-    /// cost up to 1 % less. Empty where no pose is allowed, or none can be measured.
+    /// At most 12, in the order of their costs, but for the first: of the poses that cost up to 3 %
+    /// more than the least, it is the one with the least support. The pose that leaves the part as
+    /// it lies goes before others that cost less by under 1 %, and stays first if it is. Empty if
+    /// no pose is allowed, or none can be measured.
     std::vector<BuildPose> poses;
     /// The part without any turn, measured alike, whether or not it is allowed.
     BuildPose asItLies;
@@ -127,7 +124,7 @@ struct BuildPoses {
     bool noneStands = false;
     PassedOver passedOver;
     /// Of the poses that do not fit the build volume, footprint and height of the one that comes
-    /// nearest; 0 where there is none.
+    /// nearest; 0 if there is none.
     UVector3<float> nearestMisfit;
 };
 
@@ -136,14 +133,15 @@ struct BuildPoses {
 /// All candidate directions of OrientOptimizer are measured at the goal's angle. The best are set
 /// down on the largest face of the convex hull within 3° (facets of one plane count as one face);
 /// those that end up alike become one. Each is turned about Z so that its walls lie along X and Y,
-/// or its footprint in its least rectangle where it has no walls, with the long side along X; it
-/// stays as it is where that will do. They are measured once more, as measurePose() does, and
-/// ranked by cost; of those that cost up to 3 % more than the best, as much as the sampling is off,
-/// the one with the least support goes first. Poses that do not stand are listed only where none
-/// does, on the largest faces of the hull neither.
+/// or, if it has no walls, its footprint in its least rectangle, with the long side along X; it
+/// keeps its angle if that will do. They are measured once more, as measurePose() does, and ranked
+/// by cost. If none of them stands, the faces of the hull under the centroid are tried. Poses that
+/// do not stand are listed only if no pose stands.
 ///
 /// A mesh that has been turned by the best pose and is given again stays as it is, unless another
-/// pose costs at least 1 % less.
+/// pose costs at least 1 % less. Printed parts stay, or what is found then costs less by under 1 %.
+/// The candidates depend on the frame of the mesh, however: of a soup of random triangles, which
+/// has hundreds of directions, a pose that costs up to 5 % less may be found.
 ///
 /// The same mesh always gives the same poses, whatever the host has drawn from its random numbers,
 /// which are not advanced. A mesh without triangles, or one whose size is not finite, has no poses.
@@ -159,7 +157,8 @@ struct BuildPoses {
 /// inside a parallel stage leaves the call as a new Tesk::AbortException("Aborting...").
 ///
 /// Runs on as many OpenMP threads as the caller's setting allows; the result does not depend on how
-/// many. Cost: about that of OrientOptimizer::calculateOrients().
+/// many. Cost: one and a half to two times that of OrientOptimizer::calculateOrients() for most
+/// meshes, more if several poses have many overhangs above fine surfaces.
 TESK_ORIENT_API BuildPoses findBuildPoses(const MeshKernel& mesh, const PoseGoal& goal,
                                           const std::function<void(int)>& progress = {});
 

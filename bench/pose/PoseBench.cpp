@@ -22,7 +22,7 @@ struct Options {
     int runs = 5;
     int threads = 2;
     std::size_t minTriangles = 0;
-    std::size_t maxTriangles = 1'100'000;
+    std::size_t maxTriangles = 1'200'000;
     double limit = 1.5;
 };
 

@@ -19,17 +19,17 @@ constexpr std::size_t kBatch = 12;
 
 constexpr std::size_t kMostPoses = 12;
 
-/// Where no candidate stands, so many faces of the hull are tried.
+/// The number of hull faces that are tried if no candidate stands.
 constexpr std::size_t kMostFaces = 32;
 
-/// Where no pose stands, fewer are listed.
+/// The number of poses that are listed if none stands.
 constexpr std::size_t kMostFallen = 2;
 
 /// The share of its cost that the part as it lies is ranked by: others must be better by that.
 constexpr float kStays = 0.99f;
 
-/// Costs within this factor are equal: turning a pose by 180° changes its sampled volume, which is
-/// most of many a cost, by up to 5 %.
+/// Costs within this factor of the least are equal for all that sampling can tell: turning a pose
+/// by 180° changes its sampled volume, which is most of many a cost, by up to 5 %.
 constexpr float kTie = 1.03f;
 
 /// How often another frame's directions are tried.
@@ -67,7 +67,7 @@ OptimizeOrient::BuildPoses PoseSearch::run() {
 }
 
 void PoseSearch::tryCandidates(const std::vector<PoseCandidate>& candidates) {
-    // The part may stay on the face that it lies on, even where a larger one is near.
+    // The part may stay on the face that it lies on, even if a larger one is near.
     const std::vector<PoseOnFace> present =
         takeNew({setDown(m_mesh, m_goal, {0.0, 0.0, 1.0}, SetDownTo::kPresentFace)});
     for (std::size_t first = 0; first < candidates.size(); first += kBatch) {
@@ -253,12 +253,13 @@ PoseSearch::Directions PoseSearch::cheapEnough(const Directions& directions) {
     constexpr float kWithinReach = 2.0f;
     const float limit = keyOf(m_result.poses.front());
     const std::function<void(int)> still = [this](int) { report(m_percent); };
-    const Directions low = lowEnough(m_mesh, m_goal, directions, limit);
+    const Directions low = worthSampling(m_mesh, m_goal, directions, limit, kWithinReach * limit);
     Directions ups;
     for (const PoseCandidate& candidate :
          costedCandidates(m_mesh, m_goal, low, low.size(), still)) {
         if (candidate.cost < kWithinReach * limit) ups.push_back(candidate.up);
     }
+    m_log.logElapse("Pose-CandidatesOfWinner");
     return ups;
 }
 
@@ -278,8 +279,8 @@ void PoseSearch::rank() {
     putLeastSupportFirst();
 }
 
-/// Of the poses that cost as much as the best, for all that the sampling can tell, the one with the
-/// least support goes first, unless the part lies in the best already.
+/// Of the poses that cost no more than the best but for a tie, the one with the least support goes
+/// first, unless the part lies in the best already.
 void PoseSearch::putLeastSupportFirst() {
     std::vector<BuildPose>& poses = m_result.poses;
     if (poses.empty() || poses.front().rotation.isIdenticalMatrix()) return;

@@ -16,23 +16,18 @@ namespace Tesk::pose {
 
 namespace {
 
-using OptimizeOrient::Configure;
 using OptimizeOrient::PoseGoal;
 using Directions = std::vector<UVector3<float>>;
 using Candidates = std::vector<PoseCandidate>;
 
-/// The sampling as poses want it.
-Configure configureOf(const PoseGoal& goal, bool isSupportWanted) {
-    Configure config;
-    config.overhangAngle = goal.overhangAngleDeg;
-    config.supportVolumeWeight = isSupportWanted ? 1 : 0;
-    config.baseHeight = 0.0f;
-    return config;
-}
-
-orient::ScoreLists evaluated(const PoseMesh& mesh, const Configure& config,
+/// Samples all directions.
+orient::ScoreLists evaluated(const PoseMesh& mesh, const PoseGoal& goal,
                              const Directions& directions,
                              const std::function<void(int)>& progress) {
+    OptimizeOrient::Configure config;
+    config.overhangAngle = goal.overhangAngleDeg;
+    config.supportVolumeWeight = 1;
+    config.baseHeight = 0.0f;
     orient::ScoreLists scores(directions.size());
     orient::CandidateLoop(mesh.flat, mesh.areas, directions, config, progress, scores).run();
     return scores;
@@ -93,8 +88,7 @@ Directions fixedDirectionsIn(const UMatrix4<float>& rotation) {
 Candidates costedCandidates(const PoseMesh& mesh, const PoseGoal& goal,
                             const Directions& directions, std::size_t exact,
                             const std::function<void(int)>& progress) {
-    const orient::ScoreLists scores =
-        evaluated(mesh, configureOf(goal, /*isSupportWanted=*/true), directions, progress);
+    const orient::ScoreLists scores = evaluated(mesh, goal, directions, progress);
     Candidates candidates;
     for (std::size_t i = 0; i < directions.size(); ++i) {
         const PoseCandidate candidate = {
@@ -114,15 +108,25 @@ Candidates costedCandidates(const PoseMesh& mesh, const PoseGoal& goal,
     return candidates;
 }
 
-Directions lowEnough(const PoseMesh& mesh, const PoseGoal& goal, const Directions& directions,
-                     float limit) {
-    const orient::ScoreLists scores =
-        evaluated(mesh, configureOf(goal, /*isSupportWanted=*/false), directions, {});
-    Directions low;
+Directions worthSampling(const PoseMesh& mesh, const PoseGoal& goal, const Directions& directions,
+                         float mostForHeight, float most) {
+    const float cosine = orient::overhangCosineOf(goal.overhangAngleDeg);
+    std::vector<char> isWorth(directions.size());
+    const std::function<void(int)> none;
+    PoseWork(none, 0, 0).run(directions.size(), [&](std::size_t i) {
+        const UVector3<float> up = directions[i].GetNormal();
+        const orient::TurnedPart part = onlyHeights(mesh, up);
+        const std::int32_t highest = farthestAlong(mesh, up, -1);
+        const float height = highest < 0 ? 0.0f : part.point(mesh.flat, highest).z;
+        if (!(goal.heightCost * height < mostForHeight)) return;
+        const float area = overhangAreaOf(mesh, part, up, cosine);
+        isWorth[i] = costOf(goal, 0.0f, area, height).total() < most ? 1 : 0;
+    });
+    Directions worth;
     for (std::size_t i = 0; i < directions.size(); ++i) {
-        if (goal.heightCost * scores.height[i] < limit) low.push_back(directions[i]);
+        if (isWorth[i] != 0) worth.push_back(directions[i]);
     }
-    return low;
+    return worth;
 }
 
 }  // namespace Tesk::pose

@@ -38,8 +38,11 @@ std::vector<PoseCandidate> costedCandidates(const PoseMesh& mesh,
                                             std::size_t exact,
                                             const std::function<void(int)>& progress);
 
-/// The directions that could cost less than a limit by their height alone.
-std::vector<UVector3<float>> lowEnough(const PoseMesh& mesh, const OptimizeOrient::PoseGoal& goal,
-                                       const std::vector<UVector3<float>>& directions, float limit);
+/// The directions whose height alone costs less than one limit, and height and overhangs together
+/// less than another: found without sampling.
+std::vector<UVector3<float>> worthSampling(const PoseMesh& mesh,
+                                           const OptimizeOrient::PoseGoal& goal,
+                                           const std::vector<UVector3<float>>& directions,
+                                           float mostForHeight, float most);
 
 }  // namespace Tesk::pose

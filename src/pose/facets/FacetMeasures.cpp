@@ -78,7 +78,7 @@ void forOverhanging(const PoseMesh& mesh, const orient::TurnedPart& part, const 
     const std::size_t first = block * kBlockSize;
     const std::size_t length = std::min(kBlockSize, mesh.areas.size() - first);
     for (std::size_t k = 0; k < length; ++k) normals[k] = normalUp(mesh, first + k, up);
-    // Which facets overhang cannot be foretold: no branch depends on it.
+    // Whether a facet overhangs is unpredictable: no branch depends on it.
     std::size_t overhanging = 0;
     for (std::size_t k = 0; k < length; ++k) {
         found[overhanging] = first + k;
@@ -90,18 +90,19 @@ void forOverhanging(const PoseMesh& mesh, const orient::TurnedPart& part, const 
     }
 }
 
-/// What can be told of a block without a look at its facets.
+/// What is known of a block before a look at its facets.
 struct OverhangingBlock {
-    bool isPossible;  ///< some facet may overhang
-    bool isCertain;   ///< all do
-    bool isAbove;     ///< all lie above the gap
+    bool isPossible;       ///< some facet may overhang
+    bool isCertain;        ///< all do
+    bool isAbove = false;  ///< all lie above the gap
 
     OverhangingBlock(const PoseMesh& mesh, const orient::TurnedPart& part,
-                     const UVector3<float>& up, float overhangCosine, std::size_t block)
-        : isPossible(orient::isOverhang(mesh.normalBounds[block].leastAlong(up), overhangCosine)),
-          isCertain(isPossible &&
-                    orient::isOverhang(mesh.normalBounds[block].mostAlong(up), overhangCosine)),
-          isAbove(isPossible && leastHeight(mesh, part, block) > kPlateGap) {}
+                     const UVector3<float>& up, float overhangCosine, std::size_t block) {
+        const BlockBounds::Range normals = mesh.normalBounds[block].along(up);
+        isPossible = orient::isOverhang(normals.least, overhangCosine);
+        isCertain = orient::isOverhang(normals.most, overhangCosine);
+        if (isPossible) isAbove = leastHeight(mesh, part, block) > kPlateGap;
+    }
 };
 
 }  // namespace

@@ -39,7 +39,7 @@ Overhangs overhangsOf(const PoseMesh& mesh, const orient::TurnedPart& part,
 float overhangAreaOf(const PoseMesh& mesh, const orient::TurnedPart& part,
                      const UVector3<float>& up, float overhangCosine);
 
-/// The number of patches that facets form, joined where they have a corner at the same place.
+/// The number of patches that facets form, joined if they have a corner at the same place.
 std::int32_t countIslands(const orient::FlatMesh& mesh, const std::vector<std::int32_t>& facets);
 
 }  // namespace Tesk::pose

@@ -4,11 +4,10 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <utility>
 
 #include "orient/sampling/TreeSampling.h"
-#include "orient/sampling/TriangleRectTree.h"
 #include "orient/turn/TurnedTriangle.h"
+#include "pose/facets/FacetsFromAbove.h"
 
 namespace Tesk::pose {
 
@@ -136,27 +135,16 @@ std::vector<std::int32_t> upwardBelow(const PoseMesh& mesh, const orient::Turned
     return facets;
 }
 
-/// A facet that may lie below a drop.
-struct FacetBelow {
-    orient::Rect rect;
-    float lowest;
-    std::int32_t facet;
-};
-
-/// Of upward facets, those that may lie below a drop; and their entries for the tree, which name
-/// places in this list.
-std::vector<FacetBelow> facetsBelow(const PoseMesh& mesh, const orient::TurnedPart& part,
-                                    const std::vector<std::int32_t>& upward, DropCells& cells,
-                                    std::vector<orient::TriangleRect>& entries) {
-    std::vector<FacetBelow> below;
+/// Of upward facets, those that may lie below a drop.
+std::vector<FacetFromAbove> facetsBelow(const PoseMesh& mesh, const orient::TurnedPart& part,
+                                        const std::vector<std::int32_t>& upward, DropCells& cells) {
+    std::vector<FacetFromAbove> below;
     for (const std::int32_t facet : upward) {
         const orient::TurnedTriangle t(mesh.flat, part, facet);
         const float lowest = std::min({t.a.z, t.b.z, t.c.z});
         if (!(lowest < cells.top())) continue;
         const orient::Rect rect = orient::rectOf(t);
-        if (!cells.mayBeBelow(rect, lowest)) continue;
-        entries.push_back({rect, dropFrom(t).foot, static_cast<std::int32_t>(below.size())});
-        below.push_back({rect, lowest, facet});
+        if (cells.mayBeBelow(rect, lowest)) below.push_back({rect, lowest, facet});
     }
     return below;
 }
@@ -174,26 +162,19 @@ float areaRestingOnPart(const PoseMesh& mesh, const orient::TurnedPart& part,
         drops.push_back(dropFrom(orient::TurnedTriangle(mesh.flat, part, facet)));
     }
     DropCells cells(drops);
-    std::vector<orient::TriangleRect> entries;
-    const std::vector<FacetBelow> below = facetsBelow(mesh, part, upward, cells, entries);
-    const orient::TriangleRectTree tree(std::move(entries));
+    const FacetsFromAbove below(facetsBelow(mesh, part, upward, cells));
     double area = 0.0;
-    Drop drop{};
-    bool isMet = false;
-    const orient::TriangleRectTree::Visitor meet = [&](int place) {
-        const FacetBelow& under = below[static_cast<std::size_t>(place)];
-        if (isMet || !(under.lowest < drop.top) || !under.rect.contains(drop.foot)) return;
-        const orient::TurnedTriangle t(mesh.flat, part, under.facet);
-        isMet = orient::isUnder(t, drop.foot) &&
-                orient::heightOver(t, drop.foot) < drop.top - toleranceAt(drop.top);
-    };
     for (std::size_t i = 0; i < drops.size(); ++i) {
-        if (!cells.mayMeet(drops[i])) continue;
-        drop = drops[i];
-        isMet = false;
-        tree.query(drop.foot, meet);
-        if (!isMet) continue;
-        area += static_cast<double>(mesh.areas[static_cast<std::size_t>(overhanging[i])]);
+        const Drop& drop = drops[i];
+        if (!cells.mayMeet(drop)) continue;
+        const auto isHit = [&](const FacetFromAbove& facet) {
+            const orient::TurnedTriangle t(mesh.flat, part, facet.facet);
+            return orient::isUnder(t, drop.foot) &&
+                   orient::heightOver(t, drop.foot) < drop.top - toleranceAt(drop.top);
+        };
+        const bool isMet = below.anyBelow(drop.foot, drop.top, isHit);
+        if (isMet)
+            area += static_cast<double>(mesh.areas[static_cast<std::size_t>(overhanging[i])]);
     }
     return static_cast<float>(area);
 }

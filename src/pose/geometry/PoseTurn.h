@@ -5,8 +5,8 @@
 
 namespace Tesk::pose {
 
-/// A rotation in double, for row vectors: a direction d becomes d · R, and a column of it is where
-/// a coordinate axis of the turned frame points in the frame before.
+/// A rotation in double, for row vectors: a direction d becomes d · R, and a column of it is a
+/// coordinate axis of the turned frame, seen in the frame before.
 class PoseTurn {
  public:
     /// No turn.
@@ -33,7 +33,7 @@ class PoseTurn {
     /// The larger, the smaller the angle of the turn: 1 + 2 cos(angle).
     double trace() const { return m_cells[0][0] + m_cells[1][1] + m_cells[2][2]; }
 
-    /// Rounded to float; exactly along the axes where it is so to within rounding.
+    /// Rounded to float; exactly along the axes if it is so to within rounding.
     UMatrix4<float> matrix() const;
 
  private:

@@ -12,7 +12,7 @@ namespace Tesk::pose {
 constexpr std::size_t kBlockSize = 64;
 
 /// How many blocks of vertices share a bound once more.
-constexpr std::size_t kGroupOfBlocks = 64;
+constexpr std::size_t kGroupOfBlocks = 16;
 
 /// Bounds of some vectors, component by component; NaN is ignored. If the bounds rule out a whole
 /// block of a mesh, its facets need not be tested one by one.
@@ -34,23 +34,35 @@ struct BlockBounds {
         extend(other.high);
     }
 
-    /// Not above any product with d, rounded as it may be.
-    float leastAlong(const UVector3<float>& d) const { return -mostAlong(d * -1.0f); }
+    /// Lower and upper bounds of products.
+    struct Range {
+        float least, most;
+    };
 
-    /// Not below any product with d; nor NaN, where bounds are not finite.
-    float mostAlong(const UVector3<float>& d) const {
+    /// Bounds of all products with d, with room for their rounding; infinite, and never NaN, if
+    /// bounds are not finite.
+    Range along(const UVector3<float>& d) const {
         constexpr float kRounding = 1e-5f;
-        float most = 0.0f;
+        constexpr float kInfinity = std::numeric_limits<float>::infinity();
+        Range range = {0.0f, 0.0f};
         float size = 0.0f;
         for (int i = 0; i < 3; ++i) {
             const float atLow = low[i] * d[i];
             const float atHigh = high[i] * d[i];
-            most += atLow > atHigh ? atLow : atHigh;
+            range.least += atLow < atHigh ? atLow : atHigh;
+            range.most += atLow > atHigh ? atLow : atHigh;
             size += std::fabs(atLow) + std::fabs(atHigh);
         }
-        const float bound = most + size * kRounding;
-        return std::isfinite(bound) ? bound : std::numeric_limits<float>::infinity();
+        range.least -= size * kRounding;
+        range.most += size * kRounding;
+        // Infinite products make NaN of the other bound, too.
+        if (!std::isfinite(range.most) || !std::isfinite(range.least))
+            return {-kInfinity, kInfinity};
+        return range;
     }
+
+    float leastAlong(const UVector3<float>& d) const { return along(d).least; }
+    float mostAlong(const UVector3<float>& d) const { return along(d).most; }
 };
 
 }  // namespace Tesk::pose

@@ -34,14 +34,14 @@ struct PoseMesh {
     /// Per block of facets, bounds of their corners in the mesh's own frame, and of their normals.
     std::vector<BlockBounds> facetBounds, normalBounds;
     std::vector<double> blockAreas;  ///< of a block's facets together
-    /// Per block of kept vertices, bounds of where they are placed; and per group of blocks.
+    /// Per block of kept vertices, bounds of their placed positions; and per group of blocks.
     std::vector<BlockBounds> vertexBounds, vertexGroupBounds;
     double surface = 0.0;  ///< sum of the areas
     /// Volume of the placed solid, by signed tetrahedra; never negative. Of an open mesh what comes
     /// of the sum.
     double volume = 0.0;
-    /// Centroid of the solid in the mesh's own frame; of the surface where the volume is next to
-    /// nothing, or where the solid's lies outside the box, as an open mesh's may.
+    /// Centroid of the solid in the mesh's own frame; of the surface if the volume is next to
+    /// nothing, or if the solid's lies outside the box, as an open mesh's may.
     UVector3<double> centroid;
 };
 

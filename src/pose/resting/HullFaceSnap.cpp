@@ -63,7 +63,7 @@ Vector faceAround(std::vector<Facet>& facets, std::size_t seed) {
     return sum;
 }
 
-/// Where hundreds of small facets surround the plate, the largest face is among the first seeds.
+/// If hundreds of small facets surround the plate, the largest face is among the first seeds.
 constexpr int kMostSeeds = 64;
 
 /// The largest face among facets.

@@ -21,7 +21,7 @@ struct RestingFace {
 };
 
 /// The largest face of the placed mesh's convex hull whose outward normal is within an angle of
-/// straight down, as `up` points up; none where there is no such face. Facets of the hull within
+/// straight down, as `up` points up; none if there is no such face. Facets of the hull within
 /// 0.1° of one another are one face: rounding alone makes them differ.
 ///
 /// @param near  nearPlate() for that direction and angle

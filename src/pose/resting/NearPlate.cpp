@@ -8,8 +8,9 @@
 
 #include "TeskDataBasic/Transcendental.h"
 #include "pose/facets/FacetMeasures.h"
-#include "pose/geometry/OuterPoints.h"
 #include "pose/geometry/PoseTurn.h"
+#include "pose/mesh/FarthestVertex.h"
+#include "pose/resting/FlatPoints.h"
 
 namespace Tesk::pose {
 
@@ -29,37 +30,37 @@ Vector highOf(const UBox3<float>& box) {
     return wide({box.MaxX(), box.MaxY(), box.MaxZ()});
 }
 
-/// Walks the kept vertices in blocks that reach below a limit.
-template <class Limit, class Take>
-void forVerticesBelow(const PoseMesh& mesh, const UVector3<float>& up, Limit limit, Take take) {
-    const std::size_t count = mesh.flat.keptVertices;
-    constexpr std::size_t kGroup = kBlockSize * kGroupOfBlocks;
-    for (std::size_t first = 0; first < count; first += kBlockSize) {
-        if (first % kGroup == 0 &&
-            !(mesh.vertexGroupBounds[first / kGroup].leastAlong(up) <= limit())) {
-            first += kGroup - kBlockSize;
+/// Calls take(vertex) for the kept vertices, but for groups and blocks of them that are out.
+template <class IsOut, class Take>
+void forVertices(const PoseMesh& mesh, IsOut isOut, Take take) {
+    const std::size_t blocks = mesh.vertexBounds.size();
+    for (std::size_t block = 0; block < blocks; ++block) {
+        if (block % kGroupOfBlocks == 0 && isOut(mesh.vertexGroupBounds[block / kGroupOfBlocks])) {
+            block += kGroupOfBlocks - 1;
             continue;
         }
-        if (!(mesh.vertexBounds[first / kBlockSize].leastAlong(up) <= limit())) continue;
-        const std::size_t end = std::min(first + kBlockSize, count);
-        for (std::size_t v = first; v < end; ++v) {
-            const auto vertex = static_cast<std::int32_t>(v);
-            take(vertex, mesh.placed(vertex).Dot(up));
-        }
+        if (isOut(mesh.vertexBounds[block])) continue;
+        const std::size_t first = block * kBlockSize;
+        const std::size_t end = std::min(first + kBlockSize, mesh.flat.keptVertices);
+        for (std::size_t v = first; v < end; ++v) take(static_cast<std::int32_t>(v));
     }
 }
 
-/// The lowest vertex; none where no height is a number. Heights are in float: what rounding adds is
-/// far below the gap.
+/// The first of the lowest vertices; none if no height is a number. Heights are in float: the
+/// rounding is far below the gap.
 struct Lowest {
     float height = std::numeric_limits<float>::max();
     std::int32_t vertex = -1;
 
     Lowest(const PoseMesh& mesh, const UVector3<float>& up) {
-        forVerticesBelow(
-            mesh, up, [this] { return height; },
-            [this](std::int32_t v, float value) {
-                if (!(value < height)) return;
+        const std::int32_t low = farthestAlong(mesh, up * -1.0f, -1);
+        if (low < 0) return;
+        height = mesh.placed(low).Dot(up);
+        forVertices(
+            mesh, [&](const BlockBounds& b) { return !(b.leastAlong(up) <= height); },
+            [&](std::int32_t v) {
+                const float value = mesh.placed(v).Dot(up);
+                if (!(value < height) && (vertex >= 0 || value != height)) return;
                 height = value;
                 vertex = v;
             });
@@ -120,25 +121,35 @@ struct Slope {
 /// The octagon around those of some points that are near a plate.
 double roomAmong(const std::vector<Vector>& points, const Vector& up, double withinDeg,
                  double rounding) {
-    const auto isLower = [&](const Vector& a, const Vector& b) { return (a | up) < (b | up); };
-    const auto lowest = std::min_element(points.begin(), points.end(), isLower);
-    if (lowest == points.end()) return 0.0;
+    const Vector* lowest = nullptr;
+    double least = std::numeric_limits<double>::infinity();
+    for (const Vector& p : points) {
+        const double height = p | up;
+        if (!(height < least)) continue;
+        least = height;
+        lowest = &p;
+    }
+    if (lowest == nullptr) return 0.0;
     const Slope slope(withinDeg);
+    const double tangentSq = slope.tangent * slope.tangent * (1.0 + 1e-9);
     Octagon octagon(PoseTurn::ontoUp(up));
     for (const Vector& p : points) {
         const Vector offset = p - *lowest;
-        if ((offset | up) - rounding <= slope.at(offset, up) + slope.gap) octagon.add(offset);
+        const double along = offset | up;
+        const double depth = along - rounding - slope.gap;
+        const double lateralSq = (offset | offset) - along * along;
+        if (depth <= 0.0 || depth * depth <= tangentSq * lateralSq) octagon.add(offset);
     }
     return octagon.area();
 }
 
 /// Seven cones of half the angle hold every plate: that around `up`, and six around it. No plate
-/// has more room than the one that its cone leaves. Ends where there is enough.
+/// has more room than the one that its cone leaves. Stops once there is enough.
 double roomFor(const std::vector<Vector>& points, const Vector& up, double withinDeg,
                double rounding, double wanted) {
     constexpr double kSixth = std::numbers::pi / 3.0;
     const double half = withinDeg * 0.5;
-    // A little wider than in the plane, where they would just do.
+    // A little wider than in the plane, in which this angle would just do.
     const double within = half * 1.01;
     double room = roomAmong(points, up, within, rounding);
     if (room >= wanted) return room;
@@ -152,25 +163,6 @@ double roomFor(const std::vector<Vector>& points, const Vector& up, double withi
         if (room >= wanted) return room;
     }
     return room;
-}
-
-/// Of points that lie in the plane that `up` stands on, to within rounding, leaves those at the
-/// corners of their outline: what a fine mesh makes of a flat face.
-void thinFlat(const Vector& up, double bottom, double rounding,
-              std::vector<UPoint3<float>>& points) {
-    constexpr std::size_t kFew = 256;
-    if (points.size() < kFew) return;
-    const auto above = [&](const UPoint3<float>& p) { return (wide(p) | up) > bottom + rounding; };
-    const auto flat = std::partition(points.begin(), points.end(), above);
-    const std::vector<UPoint3<float>> inPlane(flat, points.end());
-    points.erase(flat, points.end());
-    const PoseTurn turn = PoseTurn::ontoUp(up);
-    const std::vector<std::size_t> corners =
-        hullPlacesOf(inPlane.size(), [&](std::size_t i) -> PlanePoint {
-            const Vector p = turn.turned(wide(inPlane[i]));
-            return {p.x, p.y};
-        });
-    for (const std::size_t i : corners) points.push_back(inPlane[i]);
 }
 
 /// What one look at a direction needs to know of each vertex.
@@ -187,7 +179,6 @@ class Look {
         const Vector low = lowOf(mesh.flat.placedBox);
         const Vector high = highOf(mesh.flat.placedBox);
         m_rounding = 1e-6 * std::max(low.GetLength(), high.GetLength());
-        m_deepest = m_slope.tangent * 1.001 * (high - low).GetLength();
     }
 
     bool isFound() const { return m_lowest.vertex >= 0; }
@@ -198,14 +189,17 @@ class Look {
     /// within a gap of.
     template <class Take>
     void forReached(double gap, Take take) const {
-        const auto limit = static_cast<float>(bottom() + gap + m_rounding + m_deepest);
-        forVerticesBelow(
-            m_mesh, m_along, [&] { return limit; },
-            [&](std::int32_t v, float height) {
-                if (!(height <= limit)) return;
+        const double flat = bottom() + m_rounding + gap;
+        forVertices(
+            m_mesh,
+            [&](const BlockBounds& b) {
+                const double depth = static_cast<double>(b.leastAlong(m_along)) - flat;
+                return depth > 0.0 && depth > m_slope.tangent * mostDistance(b);
+            },
+            [&](std::int32_t v) {
                 const UPoint3<float> p = m_mesh.placed(v);
                 const Vector offset = wide(p) - m_q;
-                const double depth = static_cast<double>(height) - bottom() - m_rounding - gap;
+                const double depth = static_cast<double>(p.Dot(m_along)) - flat;
                 if (depth <= 0.0 || depth <= m_slope.at(offset, m_up)) take(p, offset);
             });
     }
@@ -213,6 +207,18 @@ class Look {
     double gap() const { return m_slope.gap; }
 
  private:
+    /// At least the distance of each of the block's vertices from the lowest.
+    double mostDistance(const BlockBounds& b) const {
+        double sum = 0.0;
+        for (int i = 0; i < 3; ++i) {
+            const double below = m_q[i] - static_cast<double>(b.low[i]);
+            const double above = static_cast<double>(b.high[i]) - m_q[i];
+            const double most = std::max(std::fabs(below), std::fabs(above));
+            sum += most * most;
+        }
+        return std::sqrt(sum) * (1.0 + 1e-9);
+    }
+
     const PoseMesh& m_mesh;
     Vector m_up;
     UVector3<float> m_along;
@@ -220,7 +226,6 @@ class Look {
     Slope m_slope;
     Vector m_q;
     double m_rounding = 0.0;
-    double m_deepest = 0.0;
 };
 
 /// A quick bound of the room: the square around what is within reach of any plate.
@@ -239,6 +244,7 @@ NearPlate nearPlate(const PoseMesh& mesh, const Vector& up, double withinDeg, do
     if (!look.isFound()) return near;
     look.forReached(0.0, [&](const UPoint3<float>& p, const Vector&) { near.points.push_back(p); });
     thinFlat(up, look.bottom(), look.rounding(), near.points);
+    thinTilted(up, look.rounding(), near.points);
     if (!(roomWanted > 0.0)) return near;
     // Room enough by far is not looked at closer.
     constexpr double kByFar = 16.0;

@@ -37,27 +37,27 @@ double leastContactFor(double volume) {
     return low * 0.99;
 }
 
-/// Where a direction is set down to.
+/// The face that a direction is set down on.
 std::optional<RestingFace> faceFor(const PoseMesh& mesh, const UVector3<double>& up,
-                                   const NearPlate& near, SetDownTo where) {
+                                   const NearPlate& near, SetDownTo target) {
     // A dome of so many points has only tiny faces there, and their hull takes long.
     constexpr std::size_t kDome = 4096;
     if (near.room < leastContactFor(mesh.volume) && near.points.size() > kDome) return std::nullopt;
-    if (where != SetDownTo::kPresentFace) return largestFaceNear(near, up, kSnapDeg);
+    if (target != SetDownTo::kPresentFace) return largestFaceNear(near, up, kSnapDeg);
     return restingFaceNear(mesh, up, kFlatDeg);
 }
 
 }  // namespace
 
 PoseOnFace setDown(const PoseMesh& mesh, const OptimizeOrient::PoseGoal& goal,
-                   const UVector3<double>& direction, SetDownTo where) {
+                   const UVector3<double>& direction, SetDownTo target) {
     PoseOnFace pose{.up = direction.GetNormal()};
     const auto leastContact = static_cast<double>(goal.leastContactArea);
     const double wanted = std::max(leastContact, leastContactFor(mesh.volume));
     const NearPlate near = nearPlate(mesh, pose.up, kSnapDeg, wanted);
-    pose.isSetDown = where == SetDownTo::kAnyFace || near.room >= wanted;
+    pose.isSetDown = target == SetDownTo::kAnyFace || near.room >= wanted;
     const std::optional<RestingFace> face =
-        pose.isSetDown ? faceFor(mesh, pose.up, near, where) : std::nullopt;
+        pose.isSetDown ? faceFor(mesh, pose.up, near, target) : std::nullopt;
     if (face) pose.up = face->up;
     pose.isOnFace = face.has_value();
     pose.isKeptOff = isKeptOff(goal, uprightTurn(pose.up));

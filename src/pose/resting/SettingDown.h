@@ -32,12 +32,12 @@ enum class SetDownTo {
 /// Sets a direction down on a face; without such a face, the direction is kept. judge() determines
 /// whether the pose stands.
 PoseOnFace setDown(const PoseMesh& mesh, const OptimizeOrient::PoseGoal& goal,
-                   const UVector3<double>& direction, SetDownTo where);
+                   const UVector3<double>& direction, SetDownTo target);
 
 /// Fills isLittleContact and stands. Does nothing for a pose that is kept off or was not set down.
 void judge(const PoseMesh& mesh, const OptimizeOrient::PoseGoal& goal, PoseOnFace& pose);
 
-/// The turn that brings a direction up: none where it points up already, to within 0.03°, which
+/// The turn that brings a direction up: none if it points up already, to within 0.03°, which
 /// over 100 mm is a quarter of a layer.
 PoseTurn uprightTurn(const UVector3<double>& up);
 

@@ -16,7 +16,7 @@ double turned(const UVector3<double>& p, const orient::TurnedCoordinate& c) {
            p.z * static_cast<double>(c.fromZ) + static_cast<double>(c.shift);
 }
 
-/// Where the facets' corners stand, each vertex once.
+/// The facets' corners seen from above, each vertex once.
 std::vector<PlanePoint> footprintOf(const PoseMesh& mesh, const orient::TurnedPart& part,
                                     const std::vector<std::int32_t>& facets) {
     std::vector<bool> isTaken(mesh.flat.x.size());

@@ -15,7 +15,7 @@ enum class Fit { kAsItIs, kTurnedBy90, kNot };
 Fit fitOf(const OptimizeOrient::PoseGoal& goal, const PoseSize& size);
 
 /// By what factor a size is too large for the build volume, turned by 90° if that is better; at
-/// most 1 where it fits.
+/// most 1 if it fits.
 double excessOf(const OptimizeOrient::PoseGoal& goal, const PoseSize& size);
 
 }  // namespace Tesk::pose

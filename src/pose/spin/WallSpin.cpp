@@ -131,7 +131,7 @@ std::vector<PlanePoint> outlineOf(const PoseMesh& mesh, const PoseTurn& turn) {
     return hullOf(points.size(), [&](std::size_t i) { return points[i]; });
 }
 
-/// The angle of the footprint's least rectangle; 0 where the footprint as it is does as well.
+/// The angle of the footprint's least rectangle; 0 if the footprint as it is does as well.
 double rectangleAngle(const PoseMesh& mesh, const PoseTurn& turn) {
     const std::vector<PlanePoint> outline = outlineOf(mesh, turn);
     if (outline.size() < 3) return 0.0;

@@ -16,7 +16,7 @@ PoseSize sizeOf(const PoseMesh& mesh, const PoseTurn& turn);
 
 /// Turns a pose on about Z so that the part's walls, facets within 6° of upright, lie along X and
 /// Y: their normals' angles modulo 90° are counted by area, and the walls of the fullest degree
-/// decide where they are at least a tenth of the surface. Without such walls the least rectangle of
+/// decide if they are at least a tenth of the surface. Without such walls the least rectangle of
 /// the footprint decides.
 ///
 /// The long side then lies along X. Of the turns that achieve this, the one with the smallest total

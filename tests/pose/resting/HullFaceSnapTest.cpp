@@ -6,7 +6,7 @@
 
 #include "PoseShapes.h"
 #include "plain/PlainPoseMeasures.h"
-#include "shapes/BoxShapes.h"
+#include "pose/resting/NearPlate.h"
 #include "tools/TestRandom.h"
 
 using namespace Tesk::pose;
@@ -83,6 +83,24 @@ TEST(HullFaceSnap, AFineMeshOfAFlatFaceIsOneFace) {
     ASSERT_TRUE(face);
     EXPECT_NEAR(face->area, 2500.0, 0.5);
     EXPECT_GT(face->up | up, 1.0 - 1e-9);
+}
+
+TEST(HullFaceSnap, AFineTiltedFaceIsOneFace) {
+    Part part = makeWavySheet(120, 50.0f);
+    for (UPoint3<float>& p : part.positions) p.z = 0.0f;
+    part = part.join(makeBox({0, 0, 0}, {50, 50, 20})).placed(someTurn());
+    const PoseMesh mesh(part.kernel());
+    const UMatrix4<float> turn = someTurn();
+    const auto column = [&](int i) { return static_cast<double>(turn.at(2, i)); };
+    const Vector up(column(0), column(1), column(2));
+    for (const Vector& aside : {Vector(1, 0, 0), Vector(0, 1, 0), Vector(0, 0, 1)}) {
+        const Vector tilted = (up + (aside * up).GetNormal() * 0.04).GetNormal();
+        const std::optional<RestingFace> face = restingFaceNear(mesh, tilted, kSnapDeg);
+        ASSERT_TRUE(face);
+        EXPECT_NEAR(face->area, 2500.0, 0.5);
+        EXPECT_GT(face->up | up, 1.0 - 1e-9);
+        EXPECT_LT(nearPlate(mesh, tilted, kSnapDeg, 0.0).points.size(), 1024u);
+    }
 }
 
 }  // namespace
