@@ -6,7 +6,7 @@
 #include "minbox/axes/AxisSearch.h"
 #include "minbox/axes/PrincipalAxes.h"
 #include "minbox/basearea/BaseAreaSearch.h"
-#include "minbox/frame/MinBoundingBoxImpl.h"
+#include "minbox/call/MinBoundingBoxImpl.h"
 #include "minbox/volume/VolumeSearch.h"
 
 struct MinBoundingBox::Cell {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <span>
 
+#include "TeskCommon/Assert.h"
 #include "TeskDebug/Exception.h"
-#include "common/Assert.h"
 
 namespace Tesk::orient {
 

@@ -8,8 +8,8 @@
 
 #include "MinBoundingBox.h"
 #include "OrientOptimizer.h"
+#include "TeskCommon/Assert.h"
 #include "TeskMeshData/TeskMath.h"
-#include "common/Assert.h"
 
 namespace Tesk::placement {
 namespace {

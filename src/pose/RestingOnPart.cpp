@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "orient/sampling/PoseSampling.h"
+#include "orient/sampling/TreeSampling.h"
 #include "orient/sampling/TriangleRectTree.h"
 #include "orient/turn/TurnedTriangle.h"
 

@@ -2,7 +2,7 @@
 
 #include "BoxTestSupport.h"
 #include "minbox/bound/BoxBound.h"
-#include "minbox/frame/MinBoundingBoxImpl.h"
+#include "minbox/call/MinBoundingBoxImpl.h"
 
 /// The numbers with which an implementation object starts.
 inline Tesk::minbox::SearchConstants startConstants() {

@@ -1,9 +1,9 @@
 #include "QuickHull.h"
 
 #include <algorithm>
-#include <cassert>
 
 #include "ExactPlane.h"
+#include "TeskCommon/Assert.h"
 
 namespace {
 
@@ -237,6 +237,6 @@ Span findSpan(const std::vector<GridPoint>& points) {
 }
 
 std::vector<HullFacet> quickHull(const std::vector<GridPoint>& points, const Span& span) {
-    assert(span.dimension == 3);
+    TESK_ASSERT(span.dimension == 3);
     return Builder(points, span).takeSurface();
 }

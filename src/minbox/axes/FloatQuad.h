@@ -4,9 +4,9 @@
 #include <bit>
 #include <cstdint>
 
+#include "TeskCommon/Sse2.h"
 #include "TeskDataBasic/UPoint3.h"
 #include "TeskDataBasic/UVector3.h"
-#include "common/Sse2.h"
 
 namespace Tesk::minbox {
 

@@ -6,9 +6,9 @@
 #include <limits>
 #include <vector>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 #include "minbox/axes/FloatQuad.h"
-#include "minbox/box/BoxCandidate.h"
+#include "minbox/fit/BoxFit.h"
 
 namespace Tesk::minbox {
 namespace {

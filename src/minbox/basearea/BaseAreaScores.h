@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "minbox/box/BoxCandidate.h"
 #include "minbox/outline/Calipers.h"
 
 namespace Tesk::minbox {

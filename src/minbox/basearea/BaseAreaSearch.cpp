@@ -5,9 +5,10 @@
 #include "TeskDebug/Exception.h"
 #include "minbox/basearea/BaseAreaScores.h"
 #include "minbox/bound/BoxBound.h"
+#include "minbox/call/SearchCall.h"
+#include "minbox/fit/BoxFit.h"
 #include "minbox/fit/FaceWorkspace.h"
 #include "minbox/fit/OfferBox.h"
-#include "minbox/frame/SearchCall.h"
 #include "minbox/workers/FaceWorkers.h"
 
 namespace Tesk::minbox {

@@ -2,7 +2,9 @@
 
 #include <optional>
 
-#include "minbox/frame/MinBoundingBoxImpl.h"
+#include "OrientedBox3.h"
+#include "minbox/box/BoxCandidate.h"
+#include "minbox/call/MinBoundingBoxImpl.h"
 #include "minbox/hull/SearchHull.h"
 
 namespace Tesk::minbox {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 
 namespace Tesk::minbox {
 namespace {

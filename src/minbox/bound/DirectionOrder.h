@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "minbox/box/BoxCandidate.h"
+#include "minbox/box/Vector.h"
 
 namespace Tesk::minbox {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "minbox/box/BoxCandidate.h"
+#include "minbox/box/Vector.h"
 
 namespace Tesk::minbox {
 

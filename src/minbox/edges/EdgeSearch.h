@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "minbox/bound/BoxBound.h"
+#include "minbox/box/BoxCandidate.h"
 #include "minbox/hull/SearchHull.h"
 
 namespace Tesk::minbox {

@@ -2,7 +2,8 @@
 
 #include <optional>
 
-#include "minbox/fit/BoxFit.h"
+#include "minbox/box/BoxCandidate.h"
+#include "minbox/fit/BoxCheck.h"
 #include "minbox/outline/Calipers.h"
 
 namespace Tesk::minbox {

@@ -5,9 +5,9 @@
 #include <span>
 #include <vector>
 
+#include "TeskCommon/Assert.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
-#include "common/Assert.h"
-#include "minbox/box/BoxCandidate.h"
+#include "minbox/box/Vector.h"
 
 namespace Tesk::minbox {
 

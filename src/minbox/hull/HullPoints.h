@@ -2,8 +2,9 @@
 
 #include <vector>
 
-#include "common/Assert.h"
-#include "minbox/box/BoxCandidate.h"
+#include "TeskCommon/Assert.h"
+#include "minbox/box/BoxFrame.h"
+#include "minbox/box/SearchConstants.h"
 
 namespace Tesk::minbox {
 

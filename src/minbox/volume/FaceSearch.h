@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "minbox/bound/BoxBound.h"
+#include "minbox/box/BoxCandidate.h"
 #include "minbox/fit/FaceWorkspace.h"
 #include "minbox/workers/FaceWorkers.h"
 

@@ -5,32 +5,21 @@
 #include <system_error>
 #include <thread>
 
-#include "TeskDebug/Exception.h"
+#include "minbox/call/SearchCall.h"
 #include "minbox/edges/EdgeSearch.h"
+#include "minbox/fit/BoxFit.h"
 #include "minbox/fit/OfferBox.h"
-#include "minbox/frame/SearchCall.h"
 #include "minbox/workers/FaceWorkers.h"
+#include "minbox/workers/WorkerAbort.h"
 
 namespace Tesk::minbox {
 namespace {
-
-const char* const kAborting = "Aborting...";
 
 /// The best boxes of the two searches.
 struct Found {
     std::optional<VolumeCandidate> onFace;
     std::optional<VolumeCandidate> alongEdges;
 };
-
-/// The body of a worker thread: reports every face, and stops at the first abort.
-void workUntilAborted(MinBoundingBoxImpl& impl, std::atomic<bool>& isAborted,
-                      FaceSearch::Worker& worker) {
-    try {
-        worker.run([&] { return !isAborted && impl.progress->step(); });
-    } catch (const Tesk::AbortException&) {
-        isAborted = true;
-    }
-}
 
 /// The edge search on a thread of its own, which is joined however the scope ends.
 class EdgeThread {
@@ -88,10 +77,10 @@ Found searchConcurrently(MinBoundingBoxImpl& impl, const SearchHull& hull) {
         // Any other exception of the callback is an abort, too.
         isAborted = true;
         edges.join();
-        throw Tesk::AbortException(kAborting);
+        throwAborted();
     }
     found.alongEdges = edges.join();
-    if (isAborted) throw Tesk::AbortException(kAborting);
+    throwIfAborted(isAborted);
     return found;
 }
 
@@ -122,10 +111,14 @@ std::optional<VolumeCandidate> searchFaces(MinBoundingBoxImpl& impl, FaceSearch&
             return true;
         });
     } else {
+        const auto work = [&](std::size_t t) {
+            workUntilAborted(isAborted, [&] {
+                workers[t].run([&] { return !isAborted && impl.progress->step(); });
+            });
+        };
         runWorkers(
-            workers.size(), [&](std::size_t t) { workUntilAborted(impl, isAborted, workers[t]); },
-            [](std::size_t) {}, [&] { isAborted = true; });
-        if (isAborted) throw Tesk::AbortException(kAborting);
+            workers.size(), work, [](std::size_t) {}, [&] { isAborted = true; });
+        throwIfAborted(isAborted);
     }
     return search.best(workers, ranges);
 }

@@ -3,7 +3,9 @@
 #include <atomic>
 #include <optional>
 
-#include "minbox/frame/MinBoundingBoxImpl.h"
+#include "OrientedBox3.h"
+#include "minbox/box/BoxCandidate.h"
+#include "minbox/call/MinBoundingBoxImpl.h"
 #include "minbox/volume/FaceSearch.h"
 
 namespace Tesk::minbox {

@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 
 namespace Tesk::minbox {
 
@@ -39,7 +39,8 @@ inline std::vector<FaceRange> splitFaces(int faceCount, std::uint32_t threadCoun
 /// If a thread cannot be started, calls giveUp(), joins those that run, and rethrows. If a
 /// std::bad_alloc or std::system_error leaves work(), calls giveUp() on that thread and rethrows
 /// the exception after all threads have been joined; of several, that of the lowest t. Any other
-/// exception that leaves work() ends the process.
+/// exception that leaves work() ends the process. An abort must therefore not leave it: see
+/// WorkerAbort.h.
 ///
 /// @tparam Thread  std::thread, or a test's substitute
 template <class Thread = std::thread, class Work, class Joined, class GiveUp>

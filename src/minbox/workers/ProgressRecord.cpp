@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 
 namespace Tesk::minbox {
 

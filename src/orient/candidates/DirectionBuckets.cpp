@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 #include "orient/candidates/DirectionKey.h"
 
 namespace Tesk::orient {

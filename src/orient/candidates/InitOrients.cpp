@@ -11,8 +11,8 @@
 #include <span>
 #include <utility>
 
+#include "TeskCommon/Assert.h"
 #include "TeskThreads/Team.h"
-#include "common/Assert.h"
 #include "orient/candidates/DirectionBuckets.h"
 #include "orient/candidates/DirectionKey.h"
 #include "orient/candidates/RandomSource.h"

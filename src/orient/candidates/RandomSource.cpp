@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "OrientOptimizer.h"
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 
 namespace Tesk::orient {
 namespace {

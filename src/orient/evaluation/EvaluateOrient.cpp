@@ -2,9 +2,9 @@
 
 #include <numbers>
 
+#include "TeskCommon/Assert.h"
 #include "TeskDataBasic/Transcendental.h"
-#include "common/Assert.h"
-#include "orient/sampling/PoseSampling.h"
+#include "orient/sampling/TreeSampling.h"
 #include "orient/turn/Flatten.h"
 
 namespace Tesk::orient {
@@ -75,8 +75,8 @@ void evaluateOrient(const std::vector<float>& areas, const MeshKernel* mesh,
     turnParts(flat, {&direction, 1}, baseHeight, {&part, 1});
     SupportMeasures support;
     if (computeSupport) {
-        support =
-            samplePose(flat, areas, part, makeSampleGrid(part.box), cosineOfDegrees(overhangAngle));
+        support = sampleWithTree(flat, areas, part, makeSampleGrid(part.box),
+                                 cosineOfDegrees(overhangAngle));
     }
     const OrientMeasures measures = measuresOf(part.box, support);
     height = measures.height;

@@ -84,8 +84,8 @@ class OrientEvaluator {
 };
 
 /// Measures a single build direction. Gives the same bits as an OrientEvaluator, but searches a
-/// TriangleRectTree for every sample (see samplePose()). Only reads the mesh, so it may run for any
-/// number of directions at once. Sets all six outputs, which are the fields of OrientMeasures.
+/// TriangleRectTree for every sample (see sampleWithTree()). Only reads the mesh, so it may run for
+/// any number of directions at once. Sets all six outputs, which are the fields of OrientMeasures.
 ///
 /// @param areas           area of every triangle as placed, in mesh order
 /// @param mesh            not null

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "TeskCommon/Assert.h"
 #include "TeskDataBasic/UBox3.h"
-#include "common/Assert.h"
 #include "orient/kernels/TurnKernels.h"
 
 namespace Tesk::orient {

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "common/Sse2.h"
+#include "TeskCommon/Sse2.h"
 
 #ifdef TESK_HAS_SSE2
 #include <immintrin.h>

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <atomic>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 #include "orient/kernels/TurnKernelWidths.h"
 
 #if defined(_MSC_VER) && !defined(__clang__)

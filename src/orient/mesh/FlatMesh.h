@@ -4,11 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "TeskCommon/Assert.h"
 #include "TeskDataBasic/UBox3.h"
 #include "TeskDataBasic/UMatrix4.h"
 #include "TeskDataBasic/UPoint3.h"
 #include "TeskThreads/RawVector.h"
-#include "common/Assert.h"
 
 namespace Tesk::orient {
 

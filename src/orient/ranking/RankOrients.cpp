@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 #include "orient/rotation/CandidateRotation.h"
 
 namespace Tesk::orient {

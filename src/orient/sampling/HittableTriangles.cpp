@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "common/Assert.h"
-#include "common/Sse2.h"
+#include "TeskCommon/Assert.h"
+#include "TeskCommon/Sse2.h"
 
 namespace Tesk::orient {
 namespace {

@@ -4,7 +4,7 @@
 #include <array>
 #include <limits>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 
 namespace Tesk::orient {
 namespace {

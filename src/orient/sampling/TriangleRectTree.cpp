@@ -5,7 +5,7 @@
 #include <numeric>
 #include <utility>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 
 namespace Tesk::orient {
 namespace {

@@ -6,7 +6,7 @@
 #include <numeric>
 #include <vector>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 #include "orient/turn/TurnedPart.h"
 
 namespace Tesk::orient {

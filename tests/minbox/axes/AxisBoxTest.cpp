@@ -3,7 +3,7 @@
 #include <limits>
 
 #include "BoxTestSupport.h"
-#include "minbox/axes/AxisSearch.h"
+#include "minbox/axes/AxisPlane.h"
 
 using namespace Tesk::minbox;
 

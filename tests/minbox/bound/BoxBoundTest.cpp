@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "PreparedHull.h"
-#include "minbox/fit/BoxFit.h"
+#include "minbox/fit/BoxCheck.h"
 #include "minbox/fit/FaceWorkspace.h"
 
 using namespace Tesk::minbox;

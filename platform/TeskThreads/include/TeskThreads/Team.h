@@ -3,9 +3,6 @@
 #ifdef _OPENMP
 #include <omp.h>
 #endif
-#if defined(__SSE2__) || defined(_M_X64)
-#include <emmintrin.h>
-#endif
 
 #include <algorithm>
 #include <atomic>
@@ -17,6 +14,8 @@
 #include <thread>
 #include <type_traits>
 #include <utility>
+
+#include "TeskCommon/Sse2.h"
 
 namespace Tesk {
 
@@ -58,7 +57,7 @@ class WatchedNumber {
     }
 
     static void relax() {
-#if defined(__SSE2__) || defined(_M_X64)
+#ifdef TESK_HAS_SSE2
         _mm_pause();
 #else
         std::this_thread::yield();

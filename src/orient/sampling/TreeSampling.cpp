@@ -1,10 +1,10 @@
-#include "orient/sampling/PoseSampling.h"
+#include "orient/sampling/TreeSampling.h"
 
 #include <cstdint>
 #include <limits>
 #include <utility>
 
-#include "common/Assert.h"
+#include "TeskCommon/Assert.h"
 #include "orient/kernels/TurnKernels.h"
 #include "orient/sampling/TriangleRectTree.h"
 
@@ -46,8 +46,9 @@ std::vector<TriangleRect> rectsOf(const FlatMesh& mesh, const TurnedPart& part) 
 
 }  // namespace
 
-SupportMeasures samplePose(const FlatMesh& mesh, const std::vector<float>& areas,
-                           const TurnedPart& part, const SampleGrid& grid, float overhangCosine) {
+SupportMeasures sampleWithTree(const FlatMesh& mesh, const std::vector<float>& areas,
+                               const TurnedPart& part, const SampleGrid& grid,
+                               float overhangCosine) {
     TESK_ASSERT(areas.size() == mesh.corners.size());
     SupportMeasures sums;
     if (grid.columns.size() == 0 || grid.rows.size() == 0) return sums;

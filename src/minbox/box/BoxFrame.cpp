@@ -1,4 +1,4 @@
-#include "minbox/box/BoxCandidate.h"
+#include "minbox/box/BoxFrame.h"
 
 #include <cmath>
 
@@ -9,14 +9,6 @@ namespace {
 constexpr double kMaxCosine = 1e-9;
 
 }  // namespace
-
-Vector anyOrthogonal(const Vector& v) {
-    // The product with the coordinate axis of the smallest component is the longest.
-    const Vector size{std::fabs(v.x), std::fabs(v.y), std::fabs(v.z)};
-    if (size.x <= size.y && size.x <= size.z) return v * Vector(1, 0, 0);
-    if (size.y <= size.z) return v * Vector(0, 1, 0);
-    return v * Vector(0, 0, 1);
-}
 
 double volumeOf(const BoxFrame& frame) {
     const auto& [r0, r1, r2] = frame.ranges;
@@ -35,11 +27,6 @@ bool hasOrthogonalAxes(const BoxFrame& frame) {
         if (!(dot * dot <= bound * frame.squaredLengths[j])) return false;
     }
     return true;
-}
-
-OrientedBox3 noBox() {
-    const UVector3<float> ones(1.0f, 1.0f, 1.0f);
-    return {UVector3<float>(), {ones, ones, ones}, ones};
 }
 
 }  // namespace Tesk::minbox

@@ -29,7 +29,8 @@ float heightOver(const TurnedTriangle& t, const UPoint2<float>& p);
 ///
 /// @param areas           the area of every triangle
 /// @param overhangCosine  a triangle overhangs if its unit normal's z is below −overhangCosine
-SupportMeasures samplePose(const FlatMesh& mesh, const std::vector<float>& areas,
-                           const TurnedPart& part, const SampleGrid& grid, float overhangCosine);
+SupportMeasures sampleWithTree(const FlatMesh& mesh, const std::vector<float>& areas,
+                               const TurnedPart& part, const SampleGrid& grid,
+                               float overhangCosine);
 
 }  // namespace Tesk::orient

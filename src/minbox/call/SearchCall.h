@@ -1,6 +1,7 @@
 #pragma once
 
-#include "minbox/frame/MinBoundingBoxImpl.h"
+#include "OrientedBox3.h"
+#include "minbox/call/MinBoundingBoxImpl.h"
 #include "minbox/hull/SearchHull.h"
 
 namespace Tesk::minbox {

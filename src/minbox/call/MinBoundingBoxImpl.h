@@ -8,7 +8,7 @@
 
 #include "TeskDataBasic/UPoint3.h"
 #include "TeskSDKCommonTools/ConvexHull3.h"
-#include "minbox/box/BoxCandidate.h"
+#include "minbox/box/SearchConstants.h"
 #include "minbox/workers/ProgressRecord.h"
 
 namespace Tesk::minbox {

@@ -1,4 +1,4 @@
-#include "minbox/frame/SearchCall.h"
+#include "minbox/call/SearchCall.h"
 
 #include "minbox/fit/BoxFit.h"
 
