@@ -1,6 +1,5 @@
 #include "c/Arrays.h"
 
-#include <cstring>
 #include <limits>
 #include <string>
 
@@ -35,6 +34,9 @@ Rows rowsOf(const void* data, std::int64_t count, std::int64_t stride, std::int6
     if (stride != 0 && stride < packed) {
         refuse(name + ": the stride is " + std::to_string(stride) + " bytes, less than the " +
                std::to_string(packed) + " of one element");
+    }
+    if (count > 0 && stride > std::numeric_limits<std::int64_t>::max() / count) {
+        refuse(name + ": the stride is " + std::to_string(stride) + " bytes, more than memory has");
     }
     return {static_cast<const unsigned char*>(data), count, stride == 0 ? packed : stride};
 }
@@ -84,12 +86,15 @@ std::vector<std::array<std::int32_t, 3>> trianglesOf(const tesk_mesh_arrays& arr
 
 UMatrix4<float> matrixOf(const float* values) {
     UMatrix4<float> matrix;
-    for (int i = 0; i < 16; ++i) matrix.at(i / 4, i % 4) = values[i];
+    const auto copied = floatsOf<16>(values);
+    for (int i = 0; i < 16; ++i) matrix.at(i / 4, i % 4) = copied[static_cast<std::size_t>(i)];
     return matrix;
 }
 
 void copyTo(float* values, const UMatrix4<float>& matrix) {
-    for (int i = 0; i < 16; ++i) values[i] = matrix.at(i / 4, i % 4);
+    std::array<float, 16> copied;
+    for (int i = 0; i < 16; ++i) copied[static_cast<std::size_t>(i)] = matrix.at(i / 4, i % 4);
+    std::memcpy(static_cast<void*>(values), copied.data(), sizeof copied);
 }
 
 }  // namespace Tesk::c

@@ -21,7 +21,8 @@ OrientedBox3 search(const std::vector<UPoint3<float>>& points, std::int32_t crit
     if (criterion == TESK_BOX_BASE_HEIGHT) {
         return calculator.minBaseAreaAndHeightBox(count, points.data());
     }
-    return calculator.minBaseAreaBoxAroundAxis(count, points.data(), {axis[0], axis[1], axis[2]});
+    const auto [x, y, z] = floatsOf<3>(axis);
+    return calculator.minBaseAreaBoxAroundAxis(count, points.data(), {x, y, z});
 }
 
 tesk_box recordOf(const OrientedBox3& found, float half) {

@@ -3,20 +3,48 @@
 #include <omp.h>
 
 #include <algorithm>
-#include <thread>
+#include <string>
+
+#if defined(_WIN32)
+#define NOMINMAX
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#endif
 
 #include "TeskDebug/Exception.h"
 #include "c/Guard.h"
 
 namespace Tesk::c {
 
+namespace {
+
+constexpr int kMostThreads = 1024;
+
+/// OpenMP's threads stay when a computation has ended: were the library unloaded then, they would
+/// run on in memory that is gone. Elsewhere the linker is told to keep it.
+void stayLoaded() {
+#if defined(_WIN32)
+    static const bool isPinned = [] {
+        HMODULE self = nullptr;
+        return GetModuleHandleExA(
+                   GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                   reinterpret_cast<LPCSTR>(&tesk_version), &self) != 0;
+    }();
+    static_cast<void>(isPinned);
+#endif
+}
+
+}  // namespace
+
 Call::Call(const tesk_call* call)
-    : m_threads(std::max(1u, std::thread::hardware_concurrency())),
+    : m_threads(static_cast<unsigned>(std::max(1, omp_get_max_threads()))),
       m_formerThreads(omp_get_max_threads()) {
+    stayLoaded();
     if (call == nullptr) return;
     needStruct(call, "call");
-    if (call->threads < 0 || call->threads > 4096) {
-        refuse("call: threads is " + std::to_string(call->threads) + ", outside 0..4096");
+    if (call->threads < 0 || call->threads > kMostThreads) {
+        refuse("call: threads is " + std::to_string(call->threads) + ", outside 0.." +
+               std::to_string(kMostThreads));
     }
     m_callback = call->progress;
     m_user = call->user;

@@ -34,11 +34,13 @@ void needStruct(const Struct* record, const char* name) {
            "; this version knows " + std::to_string(sizeof(Struct)));
 }
 
-/// Throws CallError unless an array of structs has room for `capacity` of a known size.
+/// Throws CallError unless an array holds, or has room for, `count` structs of a known size.
 template <class Struct>
-void needStructs(const Struct* records, std::int32_t capacity, const char* name) {
-    if (capacity < 0) refuse("capacity is " + std::to_string(capacity));
-    if (capacity > 0) needStruct(records, name);
+void needStructs(const Struct* records, std::int32_t count, const char* name) {
+    if (count < 0) {
+        refuse(std::string(name) + ": the number of them is " + std::to_string(count));
+    }
+    if (count > 0) needStruct(records, name);
 }
 
 /// The text that tesk_last_error() returns on this thread.

@@ -1,7 +1,8 @@
 #include <filesystem>
-#include <limits>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 #include "TeskPartFiles/PartFiles.h"
 #include "c/Arrays.h"
@@ -23,7 +24,11 @@ namespace {
 std::filesystem::path pathOf(const char* utf8) {
     need(utf8, "path");
     const std::string_view text(utf8);
-    return std::filesystem::path(std::u8string(text.begin(), text.end()));
+    try {
+        return std::filesystem::path(std::u8string(text.begin(), text.end()));
+    } catch (const std::system_error&) {
+        refuse("path is not UTF-8");
+    }
 }
 
 Tesk::ReadOptions optionsOf(const tesk_read_options* options, Call& how) {
@@ -86,8 +91,10 @@ tesk_status tesk_part_read_bytes(const void* bytes, int64_t size, int32_t format
         need(part, "part");
         if (size < 0) refuse("size is " + std::to_string(size));
         if (size > 0) need(bytes, "bytes");
-        if (format < TESK_STL || format > TESK_3MF) refuse("no format is " + std::to_string(format));
-        const std::string_view view(static_cast<const char*>(bytes), static_cast<std::size_t>(size));
+        if (format < TESK_STL || format > TESK_3MF)
+            refuse("no format is " + std::to_string(format));
+        const std::string_view view(static_cast<const char*>(bytes),
+                                    static_cast<std::size_t>(size));
         Call how(call);
         how.run([&] {
             *part = new tesk_part(
@@ -112,7 +119,7 @@ tesk_status tesk_part_describe(const tesk_part* part, tesk_part_details* details
 tesk_status tesk_part_warning(const tesk_part* part, int32_t index, const char** code,
                               const char** text) {
     return guarded([&] {
-        need(part, "part");
+        needHandle(part, "part");
         const auto& warnings = part->file.warnings;
         if (index < 0 || static_cast<std::size_t>(index) >= warnings.size()) {
             refuse("index is " + std::to_string(index) + "; the part has " +
@@ -126,7 +133,7 @@ tesk_status tesk_part_warning(const tesk_part* part, int32_t index, const char**
 
 tesk_status tesk_part_mesh(const tesk_part* part, tesk_mesh** mesh) {
     return guarded([&] {
-        need(part, "part");
+        needHandle(part, "part");
         need(mesh, "mesh");
         *mesh = new tesk_mesh(kernelOf(part->file.mesh));
     });
@@ -135,8 +142,7 @@ tesk_status tesk_part_mesh(const tesk_part* part, tesk_mesh** mesh) {
 tesk_status tesk_part_write(const char* path, const tesk_mesh* mesh) {
     return guarded([&] {
         const std::filesystem::path file = pathOf(path);
-        need(mesh, "mesh");
-        const std::shared_lock lock(mesh->mutex);
+        needHandle(mesh, "mesh");
         Tesk::writePart(file, placedMeshOf(mesh->kernel));
     });
 }

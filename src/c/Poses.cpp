@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "BuildPose.h"
@@ -10,17 +11,27 @@
 using namespace Tesk::c;
 using OptimizeOrient::BuildPose;
 using OptimizeOrient::BuildPoses;
+using OptimizeOrient::KeepOff;
 using OptimizeOrient::PoseGoal;
 
 namespace {
 
+/// A direction that says nothing is refused: a host that forgot to set it would think that a face
+/// is kept off the plate.
+KeepOff ruleOf(const tesk_keep_off& rule, std::int32_t i) {
+    const UVector3<float> direction(rule.direction[0], rule.direction[1], rule.direction[2]);
+    const bool isFinite =
+        std::isfinite(direction.x) && std::isfinite(direction.y) && std::isfinite(direction.z);
+    if (isFinite && !(direction == UVector3<float>(0, 0, 0)) && std::isfinite(rule.angle_deg)) {
+        return {direction, rule.angle_deg};
+    }
+    refuse("goal: keep_off " + std::to_string(i) + " has no direction or angle");
+}
+
 PoseGoal goalOf(const tesk_goal* goal) {
     if (goal == nullptr) return PoseGoal::balanced();
     needStruct(goal, "goal");
-    if (goal->keep_off_count < 0) {
-        refuse("goal: keep_off_count is " + std::to_string(goal->keep_off_count));
-    }
-    if (goal->keep_off_count > 0) need(goal->keep_off, "goal: keep_off");
+    needStructs(goal->keep_off, goal->keep_off_count, "goal: keep_off");
     PoseGoal read;
     read.overhangAngleDeg = goal->overhang_angle_deg;
     read.supportVolumeCost = goal->support_volume_cost;
@@ -29,9 +40,7 @@ PoseGoal goalOf(const tesk_goal* goal) {
     read.buildVolume = {goal->build_volume[0], goal->build_volume[1], goal->build_volume[2]};
     read.leastContactArea = goal->least_contact_area;
     for (std::int32_t i = 0; i < goal->keep_off_count; ++i) {
-        const tesk_keep_off& rule = goal->keep_off[i];
-        read.keepOff.push_back(
-            {{rule.direction[0], rule.direction[1], rule.direction[2]}, rule.angle_deg});
+        read.keepOff.push_back(ruleOf(goal->keep_off[i], i));
     }
     return read;
 }
@@ -59,15 +68,15 @@ tesk_pose recordOf(const BuildPose& pose) {
 }
 
 tesk_pose_summary summaryOf(const BuildPoses& found) {
-    return {.struct_size = sizeof(tesk_pose_summary),
-            .pose_count = static_cast<std::int32_t>(found.poses.size()),
-            .none_stands = found.noneStands ? 1 : 0,
-            .kept_off = found.passedOver.keptOff,
-            .too_large = found.passedOver.tooLarge,
-            .little_contact = found.passedOver.littleContact,
-            .cannot_stand = found.passedOver.cannotStand,
-            .nearest_misfit = {found.nearestMisfit.x, found.nearestMisfit.y,
-                               found.nearestMisfit.z}};
+    return {
+        .struct_size = sizeof(tesk_pose_summary),
+        .pose_count = static_cast<std::int32_t>(found.poses.size()),
+        .none_stands = found.noneStands ? 1 : 0,
+        .kept_off = found.passedOver.keptOff,
+        .too_large = found.passedOver.tooLarge,
+        .little_contact = found.passedOver.littleContact,
+        .cannot_stand = found.passedOver.cannotStand,
+        .nearest_misfit = {found.nearestMisfit.x, found.nearestMisfit.y, found.nearestMisfit.z}};
 }
 
 void refuseNoPose(const BuildPoses& found) {
@@ -103,16 +112,16 @@ tesk_status tesk_find_poses(const tesk_mesh* mesh, const tesk_goal* goal, const 
                             tesk_pose* poses, int32_t capacity, tesk_pose* as_it_lies,
                             tesk_pose_summary* summary) {
     return guarded([&] {
-        need(mesh, "mesh");
+        needHandle(mesh, "mesh");
         needStructs(poses, capacity, "poses");
         if (as_it_lies != nullptr) needStruct(as_it_lies, "as_it_lies");
         if (summary != nullptr) needStruct(summary, "summary");
         const PoseGoal wanted = goalOf(goal);
         Call how(call);
         how.run([&] {
-            const std::shared_lock lock(mesh->mutex);
             const BuildPoses found = findBuildPoses(mesh->kernel, wanted, how.progress());
-            const std::size_t room = std::min(found.poses.size(), static_cast<std::size_t>(capacity));
+            const std::size_t room =
+                std::min(found.poses.size(), static_cast<std::size_t>(capacity));
             std::transform(found.poses.begin(),
                            found.poses.begin() + static_cast<std::ptrdiff_t>(room), poses,
                            recordOf);
@@ -126,12 +135,11 @@ tesk_status tesk_find_poses(const tesk_mesh* mesh, const tesk_goal* goal, const 
 tesk_status tesk_measure_pose(const tesk_mesh* mesh, const tesk_goal* goal, const tesk_call* call,
                               const float rotation[16], tesk_pose* pose) {
     return guarded([&] {
-        need(mesh, "mesh");
+        needHandle(mesh, "mesh");
         need(rotation, "rotation");
         needStruct(pose, "pose");
         const PoseGoal wanted = goalOf(goal);
         const Call how(call);
-        const std::shared_lock lock(mesh->mutex);
         *pose = recordOf(measurePose(mesh->kernel, wanted, matrixOf(rotation)));
     });
 }

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <functional>
+#include <mutex>
 #include <vector>
 
 #include "OrientOptimizer.h"
@@ -25,6 +27,21 @@ Configure configOf(const tesk_rank_settings* settings) {
     config.computeSupport = settings->compute_support;
     config.baseHeight = settings->base_height;
     return config;
+}
+
+/// The kernel's topology and normals are refreshed and read before the first report, not later.
+std::vector<OptOrientation> ranked(const tesk_mesh& mesh, const Configure& config,
+                                   const std::function<void(int)>& progress) {
+    std::unique_lock refreshing(mesh.refreshing);
+    const auto report = [&](int percent) {
+        if (refreshing.owns_lock()) refreshing.unlock();
+        if (progress) progress(percent);
+    };
+    UVector3<float> axis;
+    float angle = 0.0f;
+    std::vector<OptOrientation> found;
+    OrientOptimizer::calculateOrients(&mesh.kernel, config, axis, angle, &found, report);
+    return found;
 }
 
 tesk_orientation recordOf(const OptOrientation& found) {
@@ -64,17 +81,12 @@ tesk_status tesk_rank(const tesk_mesh* mesh, const tesk_rank_settings* settings,
                       const tesk_call* call, tesk_orientation* records, int32_t capacity,
                       int32_t* count) {
     return guarded([&] {
-        need(mesh, "mesh");
+        needHandle(mesh, "mesh");
         needStructs(records, capacity, "records");
         const Configure config = configOf(settings);
         Call how(call);
         how.run([&] {
-            const std::unique_lock lock(mesh->mutex);
-            UVector3<float> axis;
-            float angle = 0.0f;
-            std::vector<OptOrientation> found;
-            OrientOptimizer::calculateOrients(&mesh->kernel, config, axis, angle, &found,
-                                              how.progress());
+            const std::vector<OptOrientation> found = ranked(*mesh, config, how.progress());
             const std::size_t room = std::min(found.size(), static_cast<std::size_t>(capacity));
             std::transform(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(room),
                            records, recordOf);
@@ -85,13 +97,14 @@ tesk_status tesk_rank(const tesk_mesh* mesh, const tesk_rank_settings* settings,
 
 tesk_status tesk_lay_flat(const tesk_mesh* mesh, const tesk_call* call, float matrix[16]) {
     return guarded([&] {
-        need(mesh, "mesh");
+        needHandle(mesh, "mesh");
         need(matrix, "matrix");
         Call how(call);
         how.run([&] {
-            const std::unique_lock lock(mesh->mutex);
+            // The call keeps the mesh's box in the kernel; a copy shares the mesh itself.
+            MeshKernel kernel = mesh->kernel;
             UMatrix4<float> found;
-            OrientOptimizer::calculateOrients_minBoundingBox(&mesh->kernel, found, how.progress());
+            OrientOptimizer::calculateOrients_minBoundingBox(&kernel, found, how.progress());
             copyTo(matrix, found);
         });
     });

@@ -14,8 +14,7 @@ tesk_status tesk_check_abi(int32_t abi_version) {
     return guarded([&] {
         if (abi_version == TESK_ABI_VERSION) return;
         refuse("the program was compiled for version " + std::to_string(abi_version) +
-               " of the binary interface; this library serves " +
-               std::to_string(TESK_ABI_VERSION));
+               " of the binary interface; this library serves " + std::to_string(TESK_ABI_VERSION));
     });
 }
 
