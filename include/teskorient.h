@@ -69,8 +69,7 @@
 extern "C" {
 #endif
 
-/* ---- Versions and errors ----------------------------------------------------------------------
- */
+/* ---- Versions and errors ---- */
 
 /* Grows when a program compiled with an older header would no longer work. */
 #define TESK_ABI_VERSION 1
@@ -101,8 +100,7 @@ TESK_C_API const char* TESK_CALL tesk_version(void);
  * empty before the first. Valid until the next call on this thread. */
 TESK_C_API const char* TESK_CALL tesk_last_error(void);
 
-/* ---- Calls ------------------------------------------------------------------------------------
- */
+/* ---- Calls ---- */
 
 /* Told how far a computation is, in whole percentages that never fall. Nonzero aborts it: the call
  * then returns TESK_ABORTED, and does not call again. Called on the calling thread;
@@ -120,8 +118,7 @@ typedef struct tesk_call {
 /* Frees a handle of any kind, which must not be in use; NULL is ignored. */
 TESK_C_API void TESK_CALL tesk_free(void* handle);
 
-/* ---- Meshes -----------------------------------------------------------------------------------
- */
+/* ---- Meshes ---- */
 
 enum { TESK_FLOAT32 = 0, TESK_FLOAT64 = 1 };
 
@@ -159,8 +156,7 @@ TESK_C_API tesk_status TESK_CALL tesk_mesh_copy_triangles(const tesk_mesh* mesh,
 /* Replaces the placement. */
 TESK_C_API tesk_status TESK_CALL tesk_mesh_set_placement(tesk_mesh* mesh, const float matrix[16]);
 
-/* ---- Build poses: an answer -------------------------------------------------------------------
- */
+/* ---- Build poses: an answer ---- */
 
 /* A direction of the placed part that must not face down. */
 typedef struct tesk_keep_off {
@@ -239,8 +235,7 @@ TESK_C_API tesk_status TESK_CALL tesk_measure_pose(const tesk_mesh* mesh, const 
                                                    const tesk_call* call, const float rotation[16],
                                                    tesk_pose* pose);
 
-/* ---- Ranking by weights -----------------------------------------------------------------------
- */
+/* ---- Ranking by weights ---- */
 
 /* What counts, and how much; tesk_rank_settings_init() fills in the defaults. */
 typedef struct tesk_rank_settings {
@@ -284,8 +279,7 @@ TESK_C_API tesk_status TESK_CALL tesk_rank(const tesk_mesh* mesh,
                                            const tesk_call* call, tesk_orientation* records,
                                            int32_t capacity, int32_t* count);
 
-/* ---- Boxes and hulls --------------------------------------------------------------------------
- */
+/* ---- Boxes and hulls ---- */
 
 typedef struct tesk_points {
     uint32_t struct_size;
@@ -334,8 +328,7 @@ TESK_C_API tesk_status TESK_CALL tesk_lay_flat(const tesk_mesh* mesh, const tesk
 TESK_C_API tesk_status TESK_CALL tesk_convex_hull(const tesk_points* points, tesk_mesh** hull,
                                                   int32_t* dimension);
 
-/* ---- Part files -------------------------------------------------------------------------------
- */
+/* ---- Part files ---- */
 
 enum { TESK_STL = 0, TESK_OBJ = 1, TESK_PLY = 2, TESK_OFF = 3, TESK_3MF = 4 };
 

@@ -105,7 +105,7 @@ tesk_status tesk_part_read_bytes(const void* bytes, int64_t size, int32_t format
 
 tesk_status tesk_part_describe(const tesk_part* part, tesk_part_details* details) {
     return guarded([&] {
-        need(part, "part");
+        needHandle(part, "part");
         needStruct(details, "details");
         const Tesk::PartFile& file = part->file;
         *details = {.struct_size = sizeof *details,
