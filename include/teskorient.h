@@ -360,6 +360,7 @@ typedef struct tesk_part_details {
     const char* form; /* "binary" or "ASCII"; empty for formats with one form */
     const char* unit; /* as a 3MF states it: "millimeter"; empty for other formats */
     int32_t warning_count;
+    int32_t object_count; /* names of solids (STL) and objects (OBJ); 0 for other formats */
 } tesk_part_details;
 
 TESK_C_API tesk_status TESK_CALL tesk_part_describe(const tesk_part* part,
@@ -368,6 +369,10 @@ TESK_C_API tesk_status TESK_CALL tesk_part_describe(const tesk_part* part,
 /* Something that the reader passed over or put right: a fixed short code and a sentence. */
 TESK_C_API tesk_status TESK_CALL tesk_part_warning(const tesk_part* part, int32_t index,
                                                    const char** code, const char** text);
+
+/* The name of a solid or object, in the file's order. */
+TESK_C_API tesk_status TESK_CALL tesk_part_object(const tesk_part* part, int32_t index,
+                                                  const char** name);
 
 /* A copy of the part's mesh. */
 TESK_C_API tesk_status TESK_CALL tesk_part_mesh(const tesk_part* part, tesk_mesh** mesh);

@@ -47,6 +47,15 @@ Tesk::ReadOptions optionsOf(const tesk_read_options* options, Call& how) {
     return read;
 }
 
+template <class Element>
+const Element& elementOf(const std::vector<Element>& list, std::int32_t index, const char* what) {
+    if (index >= 0 && static_cast<std::size_t>(index) < list.size()) {
+        return list[static_cast<std::size_t>(index)];
+    }
+    refuse("index is " + std::to_string(index) + "; the part has " + std::to_string(list.size()) +
+           " " + what);
+}
+
 MeshKernel kernelOf(const Tesk::PartMesh& mesh) {
     std::vector<UPoint3<float>> positions;
     positions.reserve(mesh.positions.size());
@@ -112,7 +121,8 @@ tesk_status tesk_part_describe(const tesk_part* part, tesk_part_details* details
                     .format = static_cast<std::int32_t>(file.format),
                     .form = file.form.c_str(),
                     .unit = file.unit ? file.unit->c_str() : "",
-                    .warning_count = static_cast<std::int32_t>(file.warnings.size())};
+                    .warning_count = static_cast<std::int32_t>(file.warnings.size()),
+                    .object_count = static_cast<std::int32_t>(file.objectNames.size())};
     });
 }
 
@@ -120,14 +130,17 @@ tesk_status tesk_part_warning(const tesk_part* part, int32_t index, const char**
                               const char** text) {
     return guarded([&] {
         needHandle(part, "part");
-        const auto& warnings = part->file.warnings;
-        if (index < 0 || static_cast<std::size_t>(index) >= warnings.size()) {
-            refuse("index is " + std::to_string(index) + "; the part has " +
-                   std::to_string(warnings.size()) + " warnings");
-        }
-        const Tesk::PartWarning& warning = warnings[static_cast<std::size_t>(index)];
+        const Tesk::PartWarning& warning = elementOf(part->file.warnings, index, "warnings");
         if (code != nullptr) *code = warning.code.c_str();
         if (text != nullptr) *text = warning.text.c_str();
+    });
+}
+
+tesk_status tesk_part_object(const tesk_part* part, int32_t index, const char** name) {
+    return guarded([&] {
+        needHandle(part, "part");
+        need(name, "name");
+        *name = elementOf(part->file.objectNames, index, "objects").c_str();
     });
 }
 

@@ -136,6 +136,7 @@ TEST_F(CErrors, HandlesOfAnotherKind) {
     expectRefused(tesk_part_mesh(notAPart, &mesh), kind);
     expectRefused(tesk_part_describe(notAPart, &details), kind);
     expectRefused(tesk_part_warning(notAPart, 0, nullptr, nullptr), kind);
+    expectRefused(tesk_part_object(notAPart, 0, &kind), kind);
 }
 
 TEST_F(CErrors, HowACallIsToRun) {
@@ -289,6 +290,8 @@ TEST_F(CErrors, PartFiles) {
     tesk_mesh* mesh = nullptr;
     expectRefused(tesk_part_describe(nullptr, &details), "part is null");
     expectRefused(tesk_part_warning(nullptr, 0, nullptr, nullptr), "part is null");
+    const char* name = nullptr;
+    expectRefused(tesk_part_object(nullptr, 0, &name), "part is null");
     expectRefused(tesk_part_mesh(nullptr, &mesh), "part is null");
     expectRefused(tesk_part_write(nullptr, m_mesh.get()), "path is null");
     expectRefused(tesk_part_write("a.stl", nullptr), "mesh is null");

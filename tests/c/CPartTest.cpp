@@ -143,6 +143,23 @@ TEST_F(CParts, WarningsAreThoseOfCpp) {
     }
 }
 
+TEST_F(CParts, ObjectsHaveNames) {
+    const std::string text = "o lid\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\no box\nf 3 2 1\n";
+    const PartHandle part = readBytes(text, TESK_OBJ);
+    auto details = sized<tesk_part_details>();
+    ASSERT_EQ(tesk_part_describe(part.get(), &details), TESK_OK);
+    ASSERT_EQ(details.object_count, 2);
+    const char* name = nullptr;
+    ASSERT_EQ(tesk_part_object(part.get(), 0, &name), TESK_OK);
+    EXPECT_STREQ(name, "lid");
+    ASSERT_EQ(tesk_part_object(part.get(), 1, &name), TESK_OK);
+    EXPECT_STREQ(name, "box");
+    EXPECT_EQ(tesk_part_object(part.get(), 2, &name), TESK_INVALID_ARGUMENT);
+    EXPECT_EQ(lastError(), "index is 2; the part has 2 objects");
+    EXPECT_EQ(tesk_part_object(part.get(), -1, &name), TESK_INVALID_ARGUMENT);
+    EXPECT_EQ(tesk_part_object(part.get(), 0, nullptr), TESK_INVALID_ARGUMENT);
+}
+
 TEST_F(CParts, FilesThatCannotBeReadOrWrittenAreFileErrors) {
     tesk_part* part = nullptr;
     EXPECT_EQ(tesk_part_read(pathOf("none.stl").c_str(), nullptr, nullptr, &part), TESK_FILE_ERROR);
