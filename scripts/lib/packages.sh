@@ -30,6 +30,9 @@ g++-mingw-w64-x86-64-posix|the compiler for Windows
 wine64|runs programs for Windows
 googletest|sources of the test framework
 libz-mingw-w64-dev|tesk-orient's compression, for Windows
+clang|compiles a client for MSVC
+lld-14|links it
+llvm-14|makes import libraries for MSVC
 dpkg-dev|unpacks source packages
 LIST
             ;;
