@@ -38,7 +38,10 @@ LIST
             ;;
         package)
             packages_for test
-            echo "dpkg-dev|finds what a Debian package depends on"
+            cat <<'LIST'
+dpkg-dev|finds what a Debian package depends on, unpacks source packages
+pkg-config|tries the package file of the C interface
+LIST
             ;;
         checks)
             packages_for test
@@ -61,6 +64,10 @@ libqhull-dev|a convex hull to compare with
 libcgal-dev|an oriented bounding box to compare with
 libeigen3-dev|which it needs
 LIST
+            ;;
+        interfaces)
+            packages_for build
+            echo "abigail-tools|compares the interfaces of libraries"
             ;;
         docs) echo "doxygen|makes pages of the headers' comments" ;;
         plot)
