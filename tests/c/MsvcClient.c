@@ -1,5 +1,6 @@
-/* Calls every function of the C interface and prints what it answers, floats as their bits: once as a program of
- * this machine, once as one that Clang made for the MSVC target, without any C runtime. Both must print the same.
+/* Calls every function of the C interface and prints what it answers, floats as their bits: once as
+ * a program of this machine, once as one that Clang made for the MSVC target, without any C
+ * runtime. Both must print the same.
  */
 #include "MsvcClient.h"
 #include "teskorient.h"
@@ -37,8 +38,8 @@ static void say_status(const char* what, tesk_status status) {
 /* An angle bracket, tilted. */
 static const double bracket_profile[6][2] = {{0, 0}, {15, 0}, {15, 4}, {4, 4}, {4, 60}, {0, 60}};
 static const int32_t bracket_triangles[20][3] = {
-    {0, 1, 2},   {0, 2, 3}, {0, 3, 4}, {0, 4, 5},  {8, 7, 6},  {9, 8, 6},  {10, 9, 6},
-    {11, 10, 6}, {0, 6, 1}, {1, 6, 7}, {1, 7, 2},  {2, 7, 8},  {2, 8, 3},  {3, 8, 9},
+    {0, 1, 2},   {0, 2, 3},  {0, 3, 4},  {0, 4, 5},   {8, 7, 6},  {9, 8, 6}, {10, 9, 6},
+    {11, 10, 6}, {0, 6, 1},  {1, 6, 7},  {1, 7, 2},   {2, 7, 8},  {2, 8, 3}, {3, 8, 9},
     {3, 9, 4},   {4, 9, 10}, {4, 10, 5}, {5, 10, 11}, {5, 11, 0}, {0, 11, 6}};
 static const float placement[16] = {0.8f, 0.6f, 0, 0, -0.6f, 0.8f, 0, 0, 0, 0, 1, 0, 10, 20, 30, 1};
 static const char tetrahedron[] =
@@ -190,8 +191,8 @@ static void try_part(const tesk_part* part) {
 static void try_files(const tesk_mesh* mesh, const char* path) {
     tesk_read_options options = {sizeof options, 1, 0};
     tesk_part* part = 0;
-    say_status("part_read_bytes", tesk_part_read_bytes(tetrahedron, sizeof tetrahedron - 1, TESK_OBJ,
-                                                       &options, 0, &part));
+    say_status("part_read_bytes", tesk_part_read_bytes(tetrahedron, sizeof tetrahedron - 1,
+                                                       TESK_OBJ, &options, 0, &part));
     try_part(part);
     tesk_free(part);
     say_status("part_write", tesk_part_write(path, mesh));

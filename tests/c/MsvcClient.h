@@ -1,7 +1,7 @@
 #pragma once
 
-/* What the client needs of the system: MsvcSystem.c has it for Windows without a C runtime, PosixSystem.c for
- * all else. */
+/* What the client needs of the system: MsvcSystem.c has it for Windows without a C runtime,
+ * PosixSystem.c for all else. */
 
 #include <stdint.h>
 

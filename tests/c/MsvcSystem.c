@@ -8,8 +8,9 @@ __declspec(dllimport) void* __stdcall GetStdHandle(unsigned long which);
 __declspec(dllimport) int __stdcall WriteFile(void* file, const void* bytes, unsigned long size,
                                               unsigned long* written, void* overlapped);
 __declspec(dllimport) void __stdcall ExitProcess(unsigned int code);
-__declspec(dllimport) void* __stdcall CreateThread(void* security, size_t stack, thread_body body, void* user,
-                                                   unsigned long flags, unsigned long* id);
+__declspec(dllimport) void* __stdcall CreateThread(void* security, size_t stack, thread_body body,
+                                                   void* user, unsigned long flags,
+                                                   unsigned long* id);
 __declspec(dllimport) unsigned long __stdcall WaitForSingleObject(void* object, unsigned long ms);
 __declspec(dllimport) int __stdcall CloseHandle(void* object);
 

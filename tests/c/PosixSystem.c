@@ -30,7 +30,8 @@ void run_threads(void (*body)(void*), void** users, int count) {
     for (i = 0; i < count; ++i) {
         starts[i].body = body;
         starts[i].user = users[i];
-        if (pthread_create(&threads[i], NULL, run_start, &starts[i]) != 0) say("a thread did not start\n");
+        if (pthread_create(&threads[i], NULL, run_start, &starts[i]) != 0)
+            say("a thread did not start\n");
     }
     for (i = 0; i < count; ++i) pthread_join(threads[i], NULL);
 }
