@@ -9,6 +9,7 @@
 #include "HostSide.h"
 #include "Shapes.h"
 #include "TeskPartFiles/PartFiles.h"
+#include "orient/OmpThreads.h"
 
 namespace {
 
@@ -100,7 +101,9 @@ TEST(CCallbacks, PercentagesNeverFall) {
             EXPECT_FALSE(listener.hasFallen) << which;
             EXPECT_FALSE(listener.isTwiceAtOnce) << which;
             EXPECT_LE(listener.last, 100) << which;
-            if (threads == 1 || which < 5) EXPECT_GT(listener.reports, 0) << which;
+            if (threads == 1 || which < 5) {
+                EXPECT_GT(listener.reports, 0) << which;
+            }
         }
     }
 }
@@ -174,6 +177,15 @@ TEST(CCallbacks, TheyMayCallTheLibraryOnTheSameHandle) {
     Calls calls(makeTable());
     for (int which = 0; which < Calls::kCount; ++which) {
         EXPECT_EQ(calls.run(which, callOn(2, useTheMesh, &calls)), TESK_OK) << which;
+    }
+}
+
+TEST(CCallbacks, TheThreadCountOfACallEndsWithIt) {
+    const Calls calls(makeTable());
+    const OmpThreads four(4);
+    for (int which = 0; which < Calls::kCount; ++which) {
+        ASSERT_EQ(calls.run(which, callOn(2)), TESK_OK);
+        EXPECT_EQ(omp_get_max_threads(), 4) << which;
     }
 }
 

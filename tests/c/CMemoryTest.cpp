@@ -22,7 +22,9 @@ void expectCodes(const Call& call) {
         if (status == TESK_OK && wasEnough) return;
         // A lack of memory that cost no more than time is no error.
         ASSERT_TRUE(status == TESK_OUT_OF_MEMORY || status == TESK_OK) << status << lastError();
-        if (status != TESK_OK) ASSERT_EQ(lastError(), "out of memory");
+        if (status != TESK_OK) {
+            ASSERT_EQ(lastError(), "out of memory");
+        }
         ASSERT_EQ(blocksHeld, before);
         if (allowed > 200) allowed += allowed / 10;  // the later ones are much alike
     }
