@@ -26,10 +26,15 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/TeskSDKTriangleOrientConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/TeskSDKTriangleOrientConfigVersion.cmake
         DESTINATION ${packageFolder})
 
+if(TESK_BUILD_C)
+    include(TeskInstallC)
+endif()
+
 set(dataFolder ${CMAKE_INSTALL_DATADIR}/TeskSDKTriangleOrient)
 if(TESK_BUILD_APPS)
     install(TARGETS example_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
     install(DIRECTORY examples/host/ DESTINATION ${dataFolder}/example)
+    install(DIRECTORY examples/c DESTINATION ${dataFolder})
 endif()
 install(FILES README.md LICENSE THIRD_PARTY.md CHANGELOG.md SECURITY.md CONTRIBUTING.md
         DESTINATION ${dataFolder})

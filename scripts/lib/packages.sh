@@ -35,12 +35,18 @@ g++-mingw-w64-x86-64-posix|the compiler for Windows
 wine64|runs programs for Windows
 googletest|sources of the test framework
 libz-mingw-w64-dev|tesk-orient's compression, for Windows
+clang|compiles a client for MSVC
+lld-14|links it
+llvm-14|makes import libraries for MSVC
 dpkg-dev|unpacks source packages
 LIST
             ;;
         package)
             packages_for test
-            echo "dpkg-dev|finds what a Debian package depends on"
+            cat <<'LIST'
+dpkg-dev|finds what a Debian package depends on, unpacks source packages
+pkg-config|tries the package file of the C interface
+LIST
             ;;
         checks)
             packages_for test
@@ -81,6 +87,10 @@ fonts-dejavu-core|letters for it
 LIST
             ;;
         npm) echo "npm|fetches axe-core, which finds what keeps people from reading a page" ;;
+        interfaces)
+            packages_for build
+            echo "abigail-tools|compares the interfaces of libraries"
+            ;;
         docs) echo "doxygen|makes pages of the headers' comments" ;;
         plot)
             packages_for build
