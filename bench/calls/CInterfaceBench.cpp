@@ -12,8 +12,8 @@
 #include "BuildPose.h"
 #include "MinBoundingBox.h"
 #include "OrientOptimizer.h"
-#include "support/PairedTimer.h"
 #include "shapes/Shapes.h"
+#include "support/PairedTimer.h"
 #include "teskorient.h"
 #include "tools/FloatBits.h"
 

@@ -7,6 +7,7 @@
 #include "PoseShapes.h"
 #include "plain/PlainPoseMeasures.h"
 #include "pose/resting/NearPlate.h"
+#include "shapes/BoxShapes.h"
 #include "tools/TestRandom.h"
 
 using namespace Tesk::pose;
