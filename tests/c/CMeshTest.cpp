@@ -19,8 +19,11 @@ Copied copiedOut(const tesk_mesh* mesh) {
     EXPECT_EQ(tesk_mesh_counts(mesh, &positions, &triangles), TESK_OK);
     Copied copied{std::vector<UPoint3<float>>(static_cast<std::size_t>(positions)),
                   std::vector<Part::Corners>(static_cast<std::size_t>(triangles))};
-    EXPECT_EQ(tesk_mesh_copy_positions(mesh, &copied.positions.data()->x, positions), TESK_OK);
-    EXPECT_EQ(tesk_mesh_copy_triangles(mesh, copied.triangles.data()->data(), triangles), TESK_OK);
+    // There may be none, and so nothing to name a member of.
+    auto* const xyz = reinterpret_cast<float*>(copied.positions.data());
+    auto* const corners = reinterpret_cast<std::int32_t*>(copied.triangles.data());
+    EXPECT_EQ(tesk_mesh_copy_positions(mesh, xyz, positions), TESK_OK);
+    EXPECT_EQ(tesk_mesh_copy_triangles(mesh, corners, triangles), TESK_OK);
     return copied;
 }
 
