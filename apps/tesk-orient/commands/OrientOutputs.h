@@ -19,7 +19,7 @@ struct OrientOutputs {
 
     std::optional<FileOutput> page;
     std::optional<FileOutput> picture;
-    std::optional<MeshOutput> mesh;  ///< last: its temporary file is the one that Ctrl-C removes
+    std::optional<MeshOutput> mesh;
 };
 
 }  // namespace App

@@ -85,7 +85,9 @@ FileOutput::FileOutput(fs::path path) : m_path(std::move(path)) {
 
 void FileOutput::write(std::string_view bytes) {
     TemporaryFile file(m_path);
-    if (!file.isOpen()) fail(m_path, "cannot be written");
+    if (!file.isOpen()) {
+        fail(m_path, "cannot be written: its folder takes no files any more");
+    }
     if (!file.write(bytes)) fail(m_path, "cannot be written: is the disk full?");
     if (const std::error_code error = file.rename(m_path)) {
         fail(m_path, "cannot be written: " + error.message());

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "TriangleMesh.h"
+#include "part/FileOutput.h"
 
 namespace App {
 
@@ -16,11 +17,6 @@ class MeshOutput {
     /// Throws Failure with ExitCode::kOutput.
     explicit MeshOutput(const std::filesystem::path& path);
 
-    /// Removes what is half written.
-    ~MeshOutput();
-    MeshOutput(const MeshOutput&) = delete;
-    MeshOutput& operator=(const MeshOutput&) = delete;
-
     /// Writes the mesh, in millimetres. Throws Failure with ExitCode::kOutput.
     void write(const TriangleMesh& mesh);
 
@@ -31,7 +27,7 @@ class MeshOutput {
 
  private:
     std::filesystem::path m_path;
-    std::filesystem::path m_temporary;
+    FileOutput m_file;
 };
 
 /// Of a file name that a half-written output has (for the time until it is complete, or for good
