@@ -1,5 +1,7 @@
 #include "orient/evaluation/EvaluateOrient.h"
 
+#include <algorithm>
+
 #include "TeskCommon/Assert.h"
 #include "orient/sampling/Overhang.h"
 #include "orient/sampling/TreeSampling.h"
@@ -35,11 +37,10 @@ void OrientEvaluator::begin(std::span<const UVector3<float>> directions) {
     findHittable(parts);
 }
 
-void OrientEvaluator::begin(std::span<const UMatrix4<float>> placements) {
-    TESK_ASSERT(!placements.empty() && placements.size() <= kGroupSize);
-    m_groupSize = placements.size();
-    const auto parts = std::span(m_parts).first(placements.size());
-    standParts(m_mesh, placements, parts);
+void OrientEvaluator::begin(std::span<const TurnedPart> parts) {
+    TESK_ASSERT(!parts.empty() && parts.size() <= kGroupSize);
+    m_groupSize = parts.size();
+    std::copy(parts.begin(), parts.end(), m_parts.begin());
     findHittable(parts);
 }
 

@@ -54,12 +54,11 @@ class OrientEvaluator {
     /// @param directions  1 to kGroupSize, of any length above zero
     void begin(std::span<const UVector3<float>> directions);
 
-    /// Sets the part down on z = 0 as matrices place it, instead of the mesh's own placement.
-    /// evaluate() then gives the same bits as for the direction +Z and the base height 0 of a mesh
-    /// with that placement.
+    /// Takes parts that standParts() has set down. evaluate() then gives the same bits as for the
+    /// direction +Z and the base height 0 of a mesh with that placement.
     ///
-    /// @param placements  1 to kGroupSize
-    void begin(std::span<const UMatrix4<float>> placements);
+    /// @param parts  1 to kGroupSize
+    void begin(std::span<const TurnedPart> parts);
 
     /// The part as begin() turned it, by its index in the group.
     const TurnedPart& part(std::size_t index) const { return m_parts[index]; }

@@ -107,16 +107,16 @@ struct OverhangingBlock {
 
 }  // namespace
 
-float leastHeight(const PoseMesh& mesh, const orient::TurnedPart& part, std::size_t block) {
-    const orient::TurnedCoordinate& z = part.coordinates[2];
-    const float least = mesh.facetBounds[block].leastAlong({z.fromX, z.fromY, z.fromZ}) + z.shift;
-    return least - std::fabs(z.shift) * kRounding;
+CoordinateRange coordinateRange(const PoseMesh& mesh, const orient::TurnedCoordinate& coordinate,
+                                std::size_t block) {
+    const BlockBounds::Range range =
+        mesh.facetBounds[block].along({coordinate.fromX, coordinate.fromY, coordinate.fromZ});
+    const float rounding = std::fabs(coordinate.shift) * kRounding;
+    return {range.least + coordinate.shift - rounding, range.most + coordinate.shift + rounding};
 }
 
-float mostHeight(const PoseMesh& mesh, const orient::TurnedPart& part, std::size_t block) {
-    const orient::TurnedCoordinate& z = part.coordinates[2];
-    const float most = mesh.facetBounds[block].mostAlong({z.fromX, z.fromY, z.fromZ}) + z.shift;
-    return most + std::fabs(z.shift) * kRounding;
+float leastHeight(const PoseMesh& mesh, const orient::TurnedPart& part, std::size_t block) {
+    return coordinateRange(mesh, part.coordinates[2], block).least;
 }
 
 Contact contactOf(const PoseMesh& mesh, const orient::TurnedPart& part, const UVector3<float>& up) {

@@ -11,9 +11,17 @@ namespace Tesk::pose {
 /// Nothing within this of the plate needs support; facets within it touch the plate. In mm.
 constexpr float kPlateGap = 0.2f;
 
-/// Not above the z of any corner of a block of facets, as the part turns them; not below any.
+/// Lower and upper bounds of a coordinate.
+struct CoordinateRange {
+    float least, most;
+};
+
+/// Bounds of one turned coordinate of all corners of a block of facets.
+CoordinateRange coordinateRange(const PoseMesh& mesh, const orient::TurnedCoordinate& coordinate,
+                                std::size_t block);
+
+/// Not above the z of any corner of a block of facets, as the part turns them.
 float leastHeight(const PoseMesh& mesh, const orient::TurnedPart& part, std::size_t block);
-float mostHeight(const PoseMesh& mesh, const orient::TurnedPart& part, std::size_t block);
 
 /// The downward facets of a part on z = 0 that lie within the gap.
 struct Contact {

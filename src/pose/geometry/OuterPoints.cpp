@@ -20,11 +20,6 @@ constexpr std::size_t kMany = 8192;
 
 constexpr std::size_t kDirections = 32;
 
-struct Side {
-    double normalX, normalY;  ///< inward, a unit vector
-    double offset;            ///< points farther inside than this are left out
-};
-
 std::array<PlanePoint, kDirections> directions() {
     std::array<PlanePoint, kDirections> list{};
     for (std::size_t k = 0; k < kDirections; ++k) {
@@ -41,7 +36,7 @@ bool isFinite(const PlanePoint& p) {
 /// The farthest point in each direction, in the order of the directions: a convex polygon. Of many
 /// points, looks at some: any polygon of points of the set will do.
 std::vector<PlanePoint> farthest(std::size_t count,
-                                 const std::function<PlanePoint(std::size_t)>& pointAt) {
+                                 const PointAt& pointAt) {
     std::array<PlanePoint, kDirections> best{};
     std::array<double, kDirections> reach{};
     reach.fill(-std::numeric_limits<double>::infinity());
@@ -65,10 +60,32 @@ std::vector<PlanePoint> farthest(std::size_t count,
     return polygon;
 }
 
-std::vector<Side> sidesOf(const std::vector<PlanePoint>& polygon) {
+}  // namespace
+
+InnerPolygon::InnerPolygon(std::size_t count, const PointAt& pointAt) {
+    const std::vector<PlanePoint> polygon = farthest(count, pointAt);
+    setSides(polygon);
+    for (const PlanePoint& p : polygon) {
+        m_middle[0] += p[0] / static_cast<double>(polygon.size());
+        m_middle[1] += p[1] / static_cast<double>(polygon.size());
+    }
+    double radius = std::numeric_limits<double>::max();
+    for (const Side& side : m_sides) radius = std::min(radius, depthOf(side, m_middle));
+    m_radiusSq = radius > 0.0 ? radius * radius * 0.999 : 0.0;
+}
+
+bool InnerPolygon::holds(const PlanePoint& p) const {
+    if (m_sides.size() < 3) return false;
+    const double dx = p[0] - m_middle[0];
+    const double dy = p[1] - m_middle[1];
+    if (dx * dx + dy * dy < m_radiusSq) return true;
+    return std::all_of(m_sides.begin(), m_sides.end(),
+                       [&](const Side& side) { return depthOf(side, p) > 0.0; });
+}
+
+void InnerPolygon::setSides(const std::vector<PlanePoint>& polygon) {
     double size = 0.0;
     for (const PlanePoint& p : polygon) size = std::max({size, std::fabs(p[0]), std::fabs(p[1])});
-    std::vector<Side> sides;
     for (std::size_t i = 0; i < polygon.size(); ++i) {
         const PlanePoint& a = polygon[i];
         const PlanePoint& b = polygon[(i + 1) % polygon.size()];
@@ -78,48 +95,17 @@ std::vector<Side> sidesOf(const std::vector<PlanePoint>& polygon) {
         if (length == 0.0) continue;
         const double nx = -dy / length;
         const double ny = dx / length;
-        sides.push_back({nx, ny, nx * a[0] + ny * a[1] + size * 1e-12});
+        m_sides.push_back({nx, ny, nx * a[0] + ny * a[1] + size * 1e-12});
     }
-    return sides;
 }
 
-/// The inside of a convex polygon, with a circle in it that holds most points.
-class Inside {
- public:
-    explicit Inside(const std::vector<PlanePoint>& polygon) : m_sides(sidesOf(polygon)) {
-        for (const PlanePoint& p : polygon) {
-            m_middle[0] += p[0] / static_cast<double>(polygon.size());
-            m_middle[1] += p[1] / static_cast<double>(polygon.size());
-        }
-        double radius = std::numeric_limits<double>::max();
-        for (const Side& side : m_sides) radius = std::min(radius, depthOf(side, m_middle));
-        m_radiusSq = radius > 0.0 ? radius * radius * 0.999 : 0.0;
-    }
-
-    bool holds(const PlanePoint& p) const {
-        if (m_sides.size() < 3) return false;
-        const double dx = p[0] - m_middle[0];
-        const double dy = p[1] - m_middle[1];
-        if (dx * dx + dy * dy < m_radiusSq) return true;
-        return std::all_of(m_sides.begin(), m_sides.end(),
-                           [&](const Side& side) { return depthOf(side, p) > 0.0; });
-    }
-
- private:
-    static double depthOf(const Side& side, const PlanePoint& p) {
-        return side.normalX * p[0] + side.normalY * p[1] - side.offset;
-    }
-
-    std::vector<Side> m_sides;
-    PlanePoint m_middle{};
-    double m_radiusSq = 0.0;
-};
-
-}  // namespace
+double InnerPolygon::depthOf(const Side& side, const PlanePoint& p) {
+    return side.normalX * p[0] + side.normalY * p[1] - side.offset;
+}
 
 std::vector<std::size_t> hullPlacesOf(std::size_t count,
-                                      const std::function<PlanePoint(std::size_t)>& pointAt) {
-    const Inside inside(count > kFew ? farthest(count, pointAt) : std::vector<PlanePoint>());
+                                      const PointAt& pointAt) {
+    const InnerPolygon inside(count > kFew ? count : 0, pointAt);
     std::vector<std::size_t> outer;
     std::vector<double> coordinates;
     for (std::size_t i = 0; i < count; ++i) {
@@ -135,7 +121,7 @@ std::vector<std::size_t> hullPlacesOf(std::size_t count,
 }
 
 std::vector<PlanePoint> hullOf(std::size_t count,
-                               const std::function<PlanePoint(std::size_t)>& pointAt) {
+                               const PointAt& pointAt) {
     std::vector<PlanePoint> corners;
     for (const std::size_t i : hullPlacesOf(count, pointAt)) corners.push_back(pointAt(i));
     return corners;

@@ -1,8 +1,9 @@
 #include "pose/measures/PoseMeasuring.h"
 
 #include <algorithm>
-#include <array>
+#include <cstdint>
 
+#include "TeskThreads/Team.h"
 #include "orient/evaluation/EvaluateOrient.h"
 #include "orient/sampling/Overhang.h"
 #include "pose/facets/FacetMeasures.h"
@@ -62,23 +63,35 @@ void takeFacets(const PoseMesh& mesh, const PoseGoal& goal, const orient::Turned
         isStanding(measures.liesFlat, measures.tiltMarginDeg, measures.contactArea, mesh.volume);
 }
 
-/// Poses that go through the mesh together.
-void measureGroup(const PoseMesh& mesh, const PoseGoal& goal, std::span<BuildPose> poses) {
+/// The part as each rotation sets it down.
+std::vector<orient::TurnedPart> setDownBy(const PoseMesh& mesh,
+                                          std::span<const UMatrix4<float>> rotations) {
+    constexpr auto kGroup = static_cast<std::int64_t>(orient::kGroupSize);
+    std::vector<UMatrix4<float>> placements;
+    for (const UMatrix4<float>& rotation : rotations) {
+        placements.push_back(mesh.flat.placement * rotation);
+    }
+    std::vector<orient::TurnedPart> parts(rotations.size());
+    const auto count = static_cast<std::int64_t>(parts.size());
+    Tesk::withTeam(Tesk::threadsFor(count, kGroup), [&](Tesk::Team& team) {
+        team.forPieces(count, kGroup, [&](std::int64_t first, std::int64_t end, int) {
+            const auto from = static_cast<std::size_t>(first);
+            const auto size = static_cast<std::size_t>(end - first);
+            orient::standParts(mesh.flat, std::span(placements).subspan(from, size),
+                               std::span(parts).subspan(from, size));
+        });
+    });
+    return parts;
+}
+
+/// Samples poses that go through the mesh together.
+void sampleGroup(const PoseMesh& mesh, const PoseGoal& goal,
+                 std::span<const orient::TurnedPart> parts, std::span<BuildPose> poses) {
     orient::OrientEvaluator evaluator(mesh.areas, mesh.flat, goal.overhangAngleDeg,
                                       /*computeSupport=*/true,
                                       /*baseHeight=*/0.0f);
-    std::array<UMatrix4<float>, orient::kGroupSize> placements;
-    for (std::size_t k = 0; k < poses.size(); ++k) {
-        placements[k] = mesh.flat.placement * poses[k].rotation;
-    }
-    evaluator.begin(std::span<const UMatrix4<float>>(placements).first(poses.size()));
-    for (std::size_t k = 0; k < poses.size(); ++k) {
-        PoseMeasures& measures = poses[k].measures;
-        takeSampled(evaluator, k, measures);
-        takeFacets(mesh, goal, evaluator.part(k), upOf(poses[k].rotation), measures);
-        poses[k].cost =
-            costOf(goal, measures.supportVolume, measures.overhangArea, measures.height);
-    }
+    evaluator.begin(parts);
+    for (std::size_t k = 0; k < poses.size(); ++k) takeSampled(evaluator, k, poses[k].measures);
 }
 
 }  // namespace
@@ -93,15 +106,29 @@ std::vector<BuildPose> measurePoses(const PoseMesh& mesh, const PoseGoal& goal,
                                     std::span<const UMatrix4<float>> rotations, PoseWork& work) {
     std::vector<BuildPose> poses(rotations.size());
     for (std::size_t i = 0; i < poses.size(); ++i) poses[i].rotation = rotations[i];
+    const std::vector<orient::TurnedPart> parts = setDownBy(mesh, rotations);
     // Full groups, unless threads would go without work.
     const std::size_t full = (poses.size() + orient::kGroupSize - 1) / orient::kGroupSize;
     const auto threads = static_cast<std::size_t>(Tesk::mostThreads());
     const std::size_t groups = std::max(full, std::min(threads, poses.size()));
-    work.run(groups, [&](std::size_t group) {
+    // Sampling and facets are pieces of their own, so that few poses keep all threads busy. The
+    // part as it lies comes last and takes longest if it does not lie flat, so the last goes first.
+    work.run(poses.size() + groups, [&](std::size_t piece) {
+        if (piece < poses.size()) {
+            const std::size_t i = poses.size() - 1 - piece;
+            takeFacets(mesh, goal, parts[i], upOf(poses[i].rotation), poses[i].measures);
+            return;
+        }
+        const std::size_t group = piece - poses.size();
         const std::size_t first = poses.size() * group / groups;
-        const std::size_t end = poses.size() * (group + 1) / groups;
-        measureGroup(mesh, goal, std::span(poses).subspan(first, end - first));
+        const std::size_t size = poses.size() * (group + 1) / groups - first;
+        sampleGroup(mesh, goal, std::span(parts).subspan(first, size),
+                    std::span(poses).subspan(first, size));
     });
+    for (BuildPose& pose : poses) {
+        const PoseMeasures& measures = pose.measures;
+        pose.cost = costOf(goal, measures.supportVolume, measures.overhangArea, measures.height);
+    }
     return poses;
 }
 

@@ -38,18 +38,32 @@ Vector upOnLargest(const std::vector<UPoint3<float>>& points, const Vector& up) 
 void thinFlat(const Vector& up, double bottom, double rounding,
               std::vector<UPoint3<float>>& points) {
     constexpr std::size_t kFew = 256;
+    constexpr std::size_t kMany = 16384;
     if (points.size() < kFew) return;
-    const auto above = [&](const UPoint3<float>& p) { return (wide(p) | up) > bottom + rounding; };
-    const auto flat = std::partition(points.begin(), points.end(), above);
+    const PoseTurn turn = PoseTurn::ontoUp(up);
+    const auto fromBelow = [&](const UPoint3<float>& p) -> PlanePoint {
+        const Vector seen = turn.turned(wide(p));
+        return {seen.x, seen.y};
+    };
+    const auto isAbove = [&](const UPoint3<float>& p) {
+        return (wide(p) | up) > bottom + rounding;
+    };
+    // Any few thousand of them span about the whole outline.
+    std::vector<PlanePoint> some;
+    const std::size_t stride = points.size() / kMany + 1;
+    for (std::size_t i = 0; i < points.size(); i += stride) {
+        if (!isAbove(points[i])) some.push_back(fromBelow(points[i]));
+    }
+    if (some.size() < 3) return;
+    const InnerPolygon face(some.size(), [&](std::size_t i) { return some[i]; });
+    std::erase_if(points, [&](const UPoint3<float>& p) { return face.holds(fromBelow(p)); });
+    const auto flat = std::partition(points.begin(), points.end(), isAbove);
     const std::vector<UPoint3<float>> inPlane(flat, points.end());
     points.erase(flat, points.end());
-    const PoseTurn turn = PoseTurn::ontoUp(up);
-    const std::vector<std::size_t> corners =
-        hullPlacesOf(inPlane.size(), [&](std::size_t i) -> PlanePoint {
-            const Vector p = turn.turned(wide(inPlane[i]));
-            return {p.x, p.y};
-        });
-    for (const std::size_t i : corners) points.push_back(inPlane[i]);
+    for (const std::size_t i : hullPlacesOf(
+             inPlane.size(), [&](std::size_t place) { return fromBelow(inPlane[place]); })) {
+        points.push_back(inPlane[i]);
+    }
 }
 
 void thinTilted(const Vector& up, double rounding, std::vector<UPoint3<float>>& points) {

@@ -7,9 +7,10 @@
 
 namespace Tesk::pose {
 
-/// Of many points that lie in the plane that `up` stands on, to within rounding, leaves those at
-/// the corners of their outline: a fine mesh has thousands of vertices in a flat face, and only
-/// these matter for the convex hull. Few points are left alone.
+/// Leaves out of many points those that lie above the inside of a flat face, or within it: a fine
+/// mesh has thousands of vertices there, and none of them matters to what the convex hull is like
+/// from below. The face lies in the plane that `up` stands on, to within rounding. Few points are
+/// left alone.
 ///
 /// @param bottom  where the plane crosses `up`; no point lies below it but for rounding
 void thinFlat(const UVector3<double>& up, double bottom, double rounding,
