@@ -91,7 +91,9 @@ std::optional<RestingFace> largestFaceNear(const NearPlate& near, const Vector& 
 
 std::optional<RestingFace> restingFaceNear(const PoseMesh& mesh, const Vector& up,
                                            double withinDeg) {
-    return largestFaceNear(nearPlate(mesh, up, withinDeg, /*roomWanted=*/0.0), up, withinDeg);
+    NearPlate near = nearPlate(mesh, up, withinDeg, /*roomWanted=*/0.0);
+    thin(up, near);
+    return largestFaceNear(near, up, withinDeg);
 }
 
 }  // namespace Tesk::pose

@@ -243,8 +243,8 @@ NearPlate nearPlate(const PoseMesh& mesh, const Vector& up, double withinDeg, do
     const Look look(mesh, up, withinDeg);
     if (!look.isFound()) return near;
     look.forReached(0.0, [&](const UPoint3<float>& p, const Vector&) { near.points.push_back(p); });
-    thinFlat(up, look.bottom(), look.rounding(), near.points);
-    thinTilted(up, look.rounding(), near.points);
+    near.bottom = look.bottom();
+    near.rounding = look.rounding();
     if (!(roomWanted > 0.0)) return near;
     // Room enough by far is not looked at closer.
     constexpr double kByFar = 16.0;
@@ -255,6 +255,11 @@ NearPlate nearPlate(const PoseMesh& mesh, const Vector& up, double withinDeg, do
                     [&](const UPoint3<float>&, const Vector& p) { touchable.push_back(p); });
     near.room = roomFor(touchable, up, withinDeg, 2.0 * look.rounding(), roomWanted);
     return near;
+}
+
+void thin(const Vector& up, NearPlate& near) {
+    thinFlat(up, near.bottom, near.rounding, near.points);
+    thinTilted(up, near.rounding, near.points);
 }
 
 }  // namespace Tesk::pose

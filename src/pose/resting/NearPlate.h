@@ -9,10 +9,12 @@ namespace Tesk::pose {
 
 /// What a plate can touch if it is tilted by at most an angle from the plane perpendicular to `up`.
 struct NearPlate {
-    /// The placed vertices that such a plate can touch: few, even of a sphere of a million points.
-    /// The faces of their convex hull whose outward normal is within the angle of straight down are
-    /// those of the hull of all vertices.
+    /// The placed vertices that such a plate can touch: few, even of a sphere of a million points,
+    /// but all of a flat face. The faces of their convex hull whose outward normal is within the
+    /// angle of straight down are those of the hull of all vertices.
     std::vector<UPoint3<float>> points;
+    double bottom = 0.0;    ///< the least height along `up`
+    double rounding = 0.0;  ///< more than heights are rounded by
     /// An upper bound of the contact area on any such plate, counting what lies within kPlateGap of
     /// it. The computation stops at `roomWanted`.
     double room = 0.0;
@@ -30,5 +32,8 @@ struct NearPlate {
 /// @param roomWanted  stop once `room` reaches this; 0: do not compute it
 NearPlate nearPlate(const PoseMesh& mesh, const UVector3<double>& up, double withinDeg,
                     double roomWanted);
+
+/// Leaves out points of flat faces, and above them, that do not matter to those faces of the hull.
+void thin(const UVector3<double>& up, NearPlate& near);
 
 }  // namespace Tesk::pose

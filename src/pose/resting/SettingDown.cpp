@@ -54,10 +54,13 @@ PoseOnFace setDown(const PoseMesh& mesh, const OptimizeOrient::PoseGoal& goal,
     PoseOnFace pose{.up = direction.GetNormal()};
     const auto leastContact = static_cast<double>(goal.leastContactArea);
     const double wanted = std::max(leastContact, leastContactFor(mesh.volume));
-    const NearPlate near = nearPlate(mesh, pose.up, kSnapDeg, wanted);
+    NearPlate near = nearPlate(mesh, pose.up, kSnapDeg, wanted);
     pose.isSetDown = target == SetDownTo::kAnyFace || near.room >= wanted;
-    const std::optional<RestingFace> face =
-        pose.isSetDown ? faceFor(mesh, pose.up, near, target) : std::nullopt;
+    std::optional<RestingFace> face;
+    if (pose.isSetDown) {
+        thin(pose.up, near);
+        face = faceFor(mesh, pose.up, near, target);
+    }
     if (face) pose.up = face->up;
     pose.isOnFace = face.has_value();
     pose.isKeptOff = isKeptOff(goal, uprightTurn(pose.up));
