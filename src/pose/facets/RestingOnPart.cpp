@@ -131,8 +131,8 @@ float topOf(const PoseMesh& mesh, const orient::TurnedPart& part,
 /// Calls visit(block, its least height) for blocks that may have upward facets below a height,
 /// until it returns true; whether it did.
 template <class Visit>
-bool anyUpwardBlock(const PoseMesh& mesh, const orient::TurnedPart& part,
-                    const UVector3<float>& up, float top, Visit visit) {
+bool anyUpwardBlock(const PoseMesh& mesh, const orient::TurnedPart& part, const UVector3<float>& up,
+                    float top, Visit visit) {
     for (std::size_t block = 0; block < mesh.facetBounds.size(); ++block) {
         if (!(mesh.normalBounds[block].mostAlong(up) > 0.0f)) continue;
         const float lowest = leastHeight(mesh, part, block);
@@ -159,9 +159,8 @@ bool anyUpwardBelow(const PoseMesh& mesh, const orient::TurnedPart& part, const 
                     float top) {
     const auto isBelow = [&](std::int32_t facet) {
         const auto& corners = mesh.flat.corners[static_cast<std::size_t>(facet)];
-        return std::any_of(corners.begin(), corners.end(), [&](std::int32_t v) {
-            return part.point(mesh.flat, v).z < top;
-        });
+        return std::any_of(corners.begin(), corners.end(),
+                           [&](std::int32_t v) { return part.point(mesh.flat, v).z < top; });
     };
     return anyUpwardBlock(mesh, part, up, top, [&](std::size_t block, float) {
         return anyUpwardFacet(mesh, up, block, isBelow);

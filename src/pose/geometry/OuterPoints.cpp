@@ -35,8 +35,7 @@ bool isFinite(const PlanePoint& p) {
 
 /// The farthest point in each direction, in the order of the directions: a convex polygon. Of many
 /// points, looks at some: any polygon of points of the set will do.
-std::vector<PlanePoint> farthest(std::size_t count,
-                                 const PointAt& pointAt) {
+std::vector<PlanePoint> farthest(std::size_t count, const PointAt& pointAt) {
     std::array<PlanePoint, kDirections> best{};
     std::array<double, kDirections> reach{};
     reach.fill(-std::numeric_limits<double>::infinity());
@@ -103,8 +102,7 @@ double InnerPolygon::depthOf(const Side& side, const PlanePoint& p) {
     return side.normalX * p[0] + side.normalY * p[1] - side.offset;
 }
 
-std::vector<std::size_t> hullPlacesOf(std::size_t count,
-                                      const PointAt& pointAt) {
+std::vector<std::size_t> hullPlacesOf(std::size_t count, const PointAt& pointAt) {
     const InnerPolygon inside(count > kFew ? count : 0, pointAt);
     std::vector<std::size_t> outer;
     std::vector<double> coordinates;
@@ -120,8 +118,7 @@ std::vector<std::size_t> hullPlacesOf(std::size_t count,
     return places;
 }
 
-std::vector<PlanePoint> hullOf(std::size_t count,
-                               const PointAt& pointAt) {
+std::vector<PlanePoint> hullOf(std::size_t count, const PointAt& pointAt) {
     std::vector<PlanePoint> corners;
     for (const std::size_t i : hullPlacesOf(count, pointAt)) corners.push_back(pointAt(i));
     return corners;

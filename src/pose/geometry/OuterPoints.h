@@ -41,11 +41,9 @@ class InnerPolygon {
 /// points span no area. Points that are not finite are left out.
 ///
 /// Points inside their InnerPolygon are skipped: of a million points few remain to be sorted.
-std::vector<std::size_t> hullPlacesOf(std::size_t count,
-                                      const PointAt& pointAt);
+std::vector<std::size_t> hullPlacesOf(std::size_t count, const PointAt& pointAt);
 
 /// The corners themselves.
-std::vector<PlanePoint> hullOf(std::size_t count,
-                               const PointAt& pointAt);
+std::vector<PlanePoint> hullOf(std::size_t count, const PointAt& pointAt);
 
 }  // namespace Tesk::pose
