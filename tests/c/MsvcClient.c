@@ -20,6 +20,19 @@ static void say_bits(const char* what, const float* values, int count) {
     say("\n");
 }
 
+static void say_double(const char* what, double value) {
+    union {
+        double value;
+        uint64_t bits;
+    } both;
+    both.value = value;
+    say(what);
+    say(" ");
+    say_hex((uint32_t)(both.bits >> 32));
+    say_hex((uint32_t)both.bits);
+    say("\n");
+}
+
 static void say_int(const char* what, int64_t value) {
     say(what);
     say(" ");
@@ -82,6 +95,18 @@ static void say_mesh(const tesk_mesh* mesh) {
     for (i = 0; i < triangles * 3; ++i) say_int("corner", abc[i]);
 }
 
+static void say_surface(const tesk_mesh* mesh) {
+    tesk_mesh_surface surface = {sizeof surface};
+    int i;
+    say_status("mesh_check", tesk_mesh_check(mesh, 0, &surface));
+    say_int("open edges", surface.open_edges);
+    say_int("non-manifold edges", surface.non_manifold_edges);
+    say_int("inconsistent edges", surface.inconsistent_edges);
+    say_int("degenerate triangles", surface.degenerate_triangles);
+    say_double("volume", surface.volume);
+    for (i = 0; i < 3; ++i) say_double("size", surface.size[i]);
+}
+
 /* Ends a call at a percentage. */
 struct ending {
     int32_t at;
@@ -141,6 +166,7 @@ static void try_poses(const tesk_mesh* mesh) {
 }
 
 static void say_ranking(const tesk_mesh* mesh) {
+    static tesk_orientation all[58] = {{sizeof all[0]}};
     tesk_orientation records[12] = {{sizeof records[0]}};
     tesk_rank_settings settings = {sizeof settings};
     int32_t count = 0;
@@ -150,6 +176,9 @@ static void say_ranking(const tesk_mesh* mesh) {
     say_status("seed", tesk_seed(5));
     say_status("rank", tesk_rank(mesh, &settings, 0, records, 12, &count));
     for (i = 0; i < count; ++i) say_bits("record", records[i].axis, 10);
+    say_status("seed", tesk_seed(5));
+    say_status("rank_all", tesk_rank_all(mesh, &settings, 0, all, 58, &count));
+    for (i = 0; i < count; ++i) say_bits("record", all[i].axis, 10);
 }
 
 static void try_boxes(void) {
@@ -275,6 +304,7 @@ void run_client(const char* path) {
     say("\n");
     mesh = make_bracket();
     say_mesh(mesh);
+    say_surface(mesh);
     say_status("mesh_set_placement", tesk_mesh_set_placement(mesh, placement));
     try_poses(mesh);
     say_ranking(mesh);

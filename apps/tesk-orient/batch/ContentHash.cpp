@@ -8,6 +8,8 @@
 
 #include "commands/Interrupt.h"
 
+// GCC cannot inline all that the header insists on where it optimises for debugging (-Og).
+#define XXH_NO_INLINE_HINTS 1
 #define XXH_INLINE_ALL
 #include <xxhash.h>
 
