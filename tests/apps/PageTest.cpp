@@ -69,7 +69,7 @@ Json poseValue() {
 }
 
 App::PageInput inputOf(const TriangleMesh& mesh, const std::string& name) {
-    App::PageInput input{name, {{"overhangAngleDeg", 55.0}}, {}};
+    App::PageInput input{name, {{"overhangAngleDeg", 55.0}}, Json::array(), {}};
     const Json result = {{"input", {{"triangles", mesh.triangles.size()}}},
                          {"chosenRank", 1},
                          {"asItLies", poseValue()},

@@ -70,6 +70,14 @@ Tesk::Plate plateIn(const std::string& file) {
     return Tesk::readPlate(readAll(file), Tesk::PartFormat::kThreeMf);
 }
 
+/// The data of a page.
+json dataOf(const std::string& page) {
+    const std::string text = readAll(page);
+    const std::string start = "id=\"data\">";
+    const std::size_t from = text.find(start) + start.size();
+    return json::parse(text.substr(from, text.find("</script>", from) - from));
+}
+
 class PlateProgram : public testing::Test {
  protected:
     ProgramResult run(const std::string& input, Arguments more = {}) const {
@@ -218,8 +226,10 @@ TEST_F(PlateProgram, OverlapsAreNamedWithTheirDepth) {
     const std::string near = m_folder.write(
         "near.3mf", packageOf(itemXml(2, at(100, 0, 0, 90.0f, {0, 0, 1})) +
                               itemXml(1, at(100, 2, 0)) + itemXml(1, at(300, 0, 0))));
-    const json report = jsonOf(near, {"-q"});
+    const std::string page = m_folder.file("near.html");
+    const json report = jsonOf(near, {"-q", "--report", page});
     ASSERT_EQ(report["warnings"].size(), 1u);
+    EXPECT_EQ(dataOf(page)["warnings"], report["warnings"]);
     const json& warning = report["warnings"][0];
     EXPECT_EQ(warning["code"], "parts-overlap");
     EXPECT_EQ(warning["items"], json({1, 2}));
