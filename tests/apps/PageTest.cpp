@@ -41,7 +41,7 @@ unsigned int numberAt(const std::vector<unsigned char>& bytes, std::size_t index
 }
 
 TriangleMesh tetrahedron() {
-    return {{{0, 0, 0}, {10, 0, 0}, {0, 20, 0}, {0, 0, -7}, {99, 99, 99}},
+    return {{{0, 0, 0}, {10, 3.7f, -1.3f}, {0, 20, 0}, {0, 0, -7}, {99, 99, 99}},
             {{0, 1, 2}, {0, 2, 3}, {0, 3, 1}, {1, 3, 2}}};
 }
 
