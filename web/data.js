@@ -20,6 +20,8 @@
  * @property {{axis: number[], angleDeg: number}} turn
  * @property {number[][]} matrix
  *
+ * @typedef {{code: string, text: string}} Warning
+ *
  * @typedef {object} PackedMesh  numbers are little-endian
  * @property {number} vertices
  * @property {number} triangles
@@ -36,7 +38,7 @@
  * @property {string} partNumber
  * @property {number} copies
  * @property {string} reason
- * @property {{triangles: number, vertices: number, sizeMm: number[], warnings: {code: string, text: string}[]}} input
+ * @property {{triangles: number, vertices: number, sizeMm: number[], warnings: Warning[]}} input
  * @property {number} chosenRank
  * @property {boolean} noneStands
  * @property {Record<string, number>} passedOver
@@ -51,6 +53,7 @@
  * @property {string} three
  * @property {{material: string, diameterMm: number, densityGPerCm3: number}} filament
  * @property {Record<string, any>} settings
+ * @property {Warning[]} [warnings]  about the plate and not about one part
  * @property {PartData[]} objects
  */
 

@@ -155,6 +155,7 @@ function followColors(/** @type {Section[]} */ sections) {
 function openPage() {
   const text = /** @type {HTMLElement} */ (document.getElementById("data")).textContent;
   const page = /** @type {PageData} */ (JSON.parse(text || ""));
+  fillWarnings(/** @type {HTMLElement} */ (document.getElementById("plate-warnings")), page.warnings || []);
   fillFooter(page);
   followColors(fillSections(page));
 }

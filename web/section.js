@@ -27,6 +27,15 @@ function capitalized(text) {
   return text.charAt(0).toUpperCase() + text.slice(1) + (text.endsWith(".") ? "" : ".");
 }
 
+/**
+ * @param {HTMLElement} list
+ * @param {Warning[]} warnings
+ */
+function fillWarnings(list, warnings) {
+  for (const warning of warnings) list.append(element("li", {}, capitalized(warning.text)));
+  list.hidden = warnings.length === 0;
+}
+
 /** Work for when the browser has time, one piece at a time, so that the page opens at once. */
 class Queue {
   constructor() {
@@ -84,9 +93,7 @@ class Section {
     // The title says it already, but headings have to go level by level.
     inside(root, ".name").classList.toggle("unseen", this.page.objects.length === 1);
     inside(root, ".reason").textContent = data.reason;
-    const list = inside(root, ".warnings");
-    for (const warning of data.input.warnings) list.append(element("li", {}, capitalized(warning.text)));
-    list.hidden = data.input.warnings.length === 0;
+    fillWarnings(inside(root, ".warnings"), data.input.warnings);
     inside(root, "caption span").textContent =
       "Measured at an overhang angle of " + numberText(this.page.settings.overhangAngleDeg) +
       "°. A column's heading sorts by it; a pose's name shows it above.";

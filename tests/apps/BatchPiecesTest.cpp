@@ -70,7 +70,7 @@ TEST(InputList, AFolderIsSearchedInTheOrderOfNames) {
         fs::create_directories((root / name).parent_path());
         std::ofstream(root / name) << "x";
     }
-    EXPECT_THAT(namesOf(App::listInputs({{root}, {}, {}, {}, root / "out"}), root),
+    EXPECT_THAT(namesOf(App::listInputs({{root}, {}, {}, {}, {root / "out"}}), root),
                 ElementsAre("a/c/d.3MF", "a/z.obj", "b.stl", "c.ply"));
     EXPECT_THAT(namesOf(App::listInputs({{root}, {}, {"*.txt", "a/*.obj"}, {}, {}}), root),
                 ElementsAre("a/z.obj", "a.txt"));
@@ -155,11 +155,12 @@ TEST(BatchFormat, NamesOfAnyBytesComeBack) {
     EXPECT_EQ(App::percentDecoded(App::percentEncoded(name)), name);
     EXPECT_EQ(App::percentEncoded("a b\n%\xff"), "a%20b%0A%25%FF");
     EXPECT_EQ(App::percentDecoded("100%, %4"), "100%, %4");
-    const auto job = App::jobIn(App::lineOf(App::WorkerJob{7, name, "o\xff", ""}));
+    const auto job = App::jobIn(App::lineOf(App::WorkerJob{7, name, "o\xff", "", "r\xfe", "f"}));
     ASSERT_TRUE(job);
     EXPECT_EQ(job->id, 7u);
     EXPECT_EQ(job->input, name);
     EXPECT_EQ(job->output, "o\xff");
+    EXPECT_EQ(job->report, "r\xfe");
     EXPECT_FALSE(App::jobIn("7"));
 }
 

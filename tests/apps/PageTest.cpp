@@ -41,7 +41,7 @@ unsigned int numberAt(const std::vector<unsigned char>& bytes, std::size_t index
 }
 
 TriangleMesh tetrahedron() {
-    return {{{0, 0, 0}, {10, 0, 0}, {0, 20, 0}, {0, 0, -7}, {99, 99, 99}},
+    return {{{0, 0, 0}, {10, 3.7f, -1.3f}, {0, 20, 0}, {0, 0, -7}, {99, 99, 99}},
             {{0, 1, 2}, {0, 2, 3}, {0, 3, 1}, {1, 3, 2}}};
 }
 
@@ -69,7 +69,7 @@ Json poseValue() {
 }
 
 App::PageInput inputOf(const TriangleMesh& mesh, const std::string& name) {
-    App::PageInput input{name, {{"overhangAngleDeg", 55.0}}, {}};
+    App::PageInput input{name, {{"overhangAngleDeg", 55.0}}, Json::array(), {}};
     const Json result = {{"input", {{"triangles", mesh.triangles.size()}}},
                          {"chosenRank", 1},
                          {"asItLies", poseValue()},

@@ -38,7 +38,8 @@ std::string meshXml(const Part& part) {
 
 /// A plate of three objects: a slab 40 × 30 × 3, a tower 8 × 6 × 50, and a wedge that shows its
 /// overhang when it stands on an edge.
-std::string packageOf(const std::string& items) {
+std::string packageOf(const std::string& items,
+                      const Part& third = makeBox({0, 0, 0}, {20, 10, 5})) {
     const std::string model = fmt::format(
         "<model unit=\"millimeter\" "
         "xmlns=\"http://schemas.microsoft.com/3dmanufacturing/core/2015/02\"><resources>"
@@ -46,7 +47,7 @@ std::string packageOf(const std::string& items) {
         "<object id=\"2\" name=\"Tower\" type=\"model\">{}</object>"
         "<object id=\"3\" type=\"model\">{}</object></resources><build>{}</build></model>",
         meshXml(makeBox({0, 0, 0}, {40, 30, 3})), meshXml(makeBox({0, 0, 0}, {8, 6, 50})),
-        meshXml(makeBox({0, 0, 0}, {20, 10, 5})), items);
+        meshXml(third), items);
     std::vector<ZipFile> files = platePackage();
     for (ZipFile& file : files) {
         if (file.name == "3D/3dmodel.model") file.content = model;
@@ -68,6 +69,14 @@ UMatrix4<float> at(float x, float y, float z, float degrees = 0.0f,
 
 Tesk::Plate plateIn(const std::string& file) {
     return Tesk::readPlate(readAll(file), Tesk::PartFormat::kThreeMf);
+}
+
+/// The data of a page.
+json dataOf(const std::string& page) {
+    const std::string text = readAll(page);
+    const std::string start = "id=\"data\">";
+    const std::size_t from = text.find(start) + start.size();
+    return json::parse(text.substr(from, text.find("</script>", from) - from));
 }
 
 class PlateProgram : public testing::Test {
@@ -258,6 +267,22 @@ TEST_F(PlateProgram, SomeObjectsAreTakenByNameOrIdAndTheOthersStay) {
     const ProgramResult missing = run(plate, {"--object", "Towr"});
     EXPECT_EQ(missing.code, 2);
     EXPECT_THAT(missing.error, HasSubstr("has no such object; it has 2 \"Tower\", 1 \"Slab\", 3"));
+}
+
+TEST_F(PlateProgram, APageTellsThePlateSWarningsFromThoseOfParts) {
+    Part open = makeBox({0, 0, 0}, {20, 10, 5});
+    open.triangles.pop_back();
+    const std::string plate = m_folder.write(
+        "plate.3mf",
+        packageOf(itemXml(1, at(100, 0, 0)) + itemXml(3, at(110, 0, 9, 20.0f, {1, 0, 0})), open));
+    const std::string page = m_folder.file("plate.html");
+    const json report = jsonOf(plate, {"-q", "--report", page});
+    ASSERT_EQ(report["warnings"].size(), 2u) << report["warnings"];
+    const json data = dataOf(page);
+    EXPECT_EQ(data["warnings"], json({report["warnings"][1]}));
+    EXPECT_EQ(data["warnings"][0]["code"], "parts-overlap");
+    EXPECT_EQ(data["objects"][0]["input"]["warnings"].size(), 0u);
+    EXPECT_EQ(data["objects"][1]["input"]["warnings"].size(), 1u);
 }
 
 TEST_F(PlateProgram, TogetherItIsOnePartAsItLies) {

@@ -109,15 +109,21 @@ std::string lineOf(const WorkerJob& job) {
     return lineOf(Json{{"job", job.id},
                        {"input", percentEncoded(job.input)},
                        {"output", percentEncoded(job.output)},
-                       {"folder", percentEncoded(job.folder)}});
+                       {"folder", percentEncoded(job.folder)},
+                       {"report", percentEncoded(job.report)},
+                       {"reportFolder", percentEncoded(job.reportFolder)}});
 }
 
 std::optional<WorkerJob> jobIn(std::string_view line) {
     const Json object = parsed(line);
     if (!object.contains("job") || !object["job"].is_number_unsigned()) return std::nullopt;
-    return WorkerJob{object["job"].get<std::size_t>(), percentDecoded(textAt(object, "input")),
-                     percentDecoded(textAt(object, "output")),
-                     percentDecoded(textAt(object, "folder"))};
+    const auto name = [&](const char* member) { return percentDecoded(textAt(object, member)); };
+    return WorkerJob{object["job"].get<std::size_t>(),
+                     name("input"),
+                     name("output"),
+                     name("folder"),
+                     name("report"),
+                     name("reportFolder")};
 }
 
 void takeAnswer(BatchEntry& entry, const Json& answer) {
@@ -146,6 +152,7 @@ std::string lineOf(const BatchEntry& entry) {
         line["error"] = {{"code", entry.errorCode}, {"text", entry.errorText}};
     }
     if (!entry.output.empty()) line["output"] = entry.output;
+    if (!entry.report.empty()) line["report"] = entry.report;
     line["seconds"] = orNull(entry.seconds);
     line["peakMemoryBytes"] = orNull(entry.peakMemoryBytes);
     return lineOf(line);

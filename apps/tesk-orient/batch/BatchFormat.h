@@ -20,6 +20,7 @@
 ///      "status": "ok",
 ///      "result": {"schema": "tesk-orient/orient/2", ...},
 ///      "output": "out/a.stl",
+///      "report": "pages/a.html",
 ///      "seconds": 0.012, "peakMemoryBytes": 9437184}
 ///
 /// - `path` is the file's name as it was given or found. Where a name is not UTF-8, `path` has
@@ -31,7 +32,7 @@
 ///   `result` but `"error": {"code": "cannot-read", "text": "..."}`. The codes are "cannot-read",
 ///   "cannot-write", "no-pose", "invalid-settings" and "internal" of a part that failed, and else
 ///   the status again.
-/// - `output` is there where a file was written.
+/// - `output` and `report` are there where a part or a page was written.
 /// - `seconds` is the time from handing the job out to its end, and `peakMemoryBytes` the most
 ///   memory that the worker held meanwhile (on Windows: since it was started). Null where the file
 ///   was not handed to a worker; the peak also where the worker did not live to tell it.
@@ -43,11 +44,12 @@
 ///
 /// and is then told one job after another, a line each, on its standard input:
 ///
-///     {"job": 7, "input": "parts/a%20b.stl", "output": "out/a%20b.stl", "folder": "out"}
+///     {"job": 7, "input": "parts/a%20b.stl", "output": "out/a%20b.stl", "folder": "out",
+///      "report": "pages/a%20b.html", "reportFolder": "pages"}
 ///
-/// Names are percent-encoded, as they may hold any byte. `output` is empty for none; `folder` is
-/// the output folder, which has to be there, while folders below it are made. The worker answers
-/// each job with one line on its standard output:
+/// Names are percent-encoded, as they may hold any byte. `output` and `report` are empty for none;
+/// `folder` and `reportFolder` are the folders that they are below. These have to be there, while
+/// folders below them are made. The worker answers each job with one line on its standard output:
 ///
 ///     {"job": 7, "result": {...}, "peakMemoryBytes": 9437184}
 ///     {"job": 7, "error": {"code": "cannot-read", "text": "..."}, "peakMemoryBytes": 9437184}
@@ -76,6 +78,8 @@ struct WorkerJob {
     std::string input;   ///< as displayName() gives it
     std::string output;  ///< empty for none
     std::string folder;  ///< the output folder
+    std::string report;  ///< empty for none
+    std::string reportFolder;
 };
 
 std::string lineOf(const WorkerJob& job);
@@ -92,6 +96,7 @@ struct BatchEntry {
     std::string errorCode;
     std::string errorText;
     std::string output;  ///< empty for none
+    std::string report;  ///< empty for none
     std::optional<double> seconds;
     std::optional<std::uint64_t> peakMemoryBytes;
 };

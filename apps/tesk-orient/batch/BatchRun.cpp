@@ -12,6 +12,7 @@
 #include <mutex>
 #include <optional>
 #include <set>
+#include <system_error>
 #include <utility>
 
 #include "Failure.h"
@@ -32,6 +33,11 @@ namespace {
 constexpr std::uint64_t kTickMs = 20;
 constexpr double kSyncSeconds = 1.0;
 
+bool isMissing(const std::filesystem::path& page) {
+    std::error_code error;
+    return !page.empty() && !std::filesystem::exists(page, error);
+}
+
 using HeldKey = std::pair<std::string, std::string>;  ///< path, hash
 
 class Run {
@@ -50,6 +56,7 @@ class Run {
     std::optional<WorkerJob> nextJob();
     void jobEnded(const WorkerJob& job, const JobEnd& end);
     BatchEntry entryOf(std::size_t index) const;
+    void removeLeftoversOf(std::size_t index) const;
     void refuse(std::size_t index, const char* code, const std::string& text);
     void write(const BatchEntry& entry);
     void finishIfDone();
@@ -118,7 +125,7 @@ BatchCounts Run::toEnd() {
     finishIfDone();
     uv_run(&m_loop, UV_RUN_DEFAULT);
     // A worker that had to be killed left its file.
-    for (const std::size_t index : m_working) removeLeftovers(m_work.outputs[index].path);
+    for (const std::size_t index : m_working) removeLeftoversOf(index);
     if (m_failure) std::rethrow_exception(m_failure);
     m_results.sync();
     return m_counts;
@@ -142,12 +149,15 @@ void Run::identified(std::size_t index, std::optional<FileIdentity> identity) {
     m_identities[index] = std::move(identity);
     const BatchInput& input = m_work.inputs[index];
     const PlannedOutput& output = m_work.outputs[index];
+    const PlannedOutput& report = m_work.reports[index];
     if (isHeld(index)) {
         ++m_counts.skipped;
     } else if (!input.problem.empty()) {
         refuse(index, "cannot-read", displayName(input.path) + ": " + input.problem);
     } else if (!output.problem.empty()) {
         refuse(index, "cannot-write", displayName(output.path) + ": " + output.problem);
+    } else if (!report.problem.empty()) {
+        refuse(index, "cannot-write", displayName(report.path) + ": " + report.problem);
     } else {
         m_ready.push_back(index);
         m_pool->wake();
@@ -163,6 +173,7 @@ bool Run::isHeld(std::size_t index) {
     if (held == m_held.end()) return false;
     const bool isOk = held->second == "ok";
     if (!isOk && m_options.retriesFailed) return false;
+    if (isOk && isMissing(m_work.reports[index].path)) return false;
     if (!isOk) ++m_counts.failed;
     return true;
 }
@@ -172,8 +183,12 @@ std::optional<WorkerJob> Run::nextJob() {
     const std::size_t index = m_ready.front();
     m_ready.pop_front();
     m_working.insert(index);
-    WorkerJob job{index, displayName(m_work.inputs[index].path),
-                  displayName(m_work.outputs[index].path), displayName(m_options.outputFolder)};
+    WorkerJob job{index,
+                  displayName(m_work.inputs[index].path),
+                  displayName(m_work.outputs[index].path),
+                  displayName(m_options.outputFolder),
+                  displayName(m_work.reports[index].path),
+                  displayName(m_options.reportFolder)};
     lookAhead();
     return job;
 }
@@ -184,6 +199,11 @@ BatchEntry Run::entryOf(std::size_t index) const {
     entry.identity = m_identities[index];
     entry.settingsHash = m_work.settingsHash;
     return entry;
+}
+
+void Run::removeLeftoversOf(std::size_t index) const {
+    removeLeftovers(m_work.outputs[index].path);
+    removeLeftovers(m_work.reports[index].path);
 }
 
 void Run::refuse(std::size_t index, const char* code, const std::string& text) {
@@ -201,6 +221,7 @@ void Run::jobEnded(const WorkerJob& job, const JobEnd& end) {
     if (end.how == JobEnd::How::kAnswered) {
         takeAnswer(entry, end.answer);
         if (entry.status == "ok") entry.output = job.output;
+        if (entry.status == "ok") entry.report = job.report;
     } else {
         const bool isTimeout = end.how == JobEnd::How::kTimedOut;
         entry.status = entry.errorCode = isTimeout ? "timeout" : "crashed";
@@ -208,7 +229,7 @@ void Run::jobEnded(const WorkerJob& job, const JobEnd& end) {
             job.input + (isTimeout ? fmt::format(": took longer than {:g} s",
                                                  m_options.timeoutSeconds.value_or(0.0))
                                    : ": the process that worked on it " + end.cause);
-        removeLeftovers(m_work.outputs[job.id].path);
+        removeLeftoversOf(job.id);
     }
     write(entry);
     finishIfDone();

@@ -15,6 +15,7 @@ namespace App {
 struct BatchWork {
     std::vector<BatchInput> inputs;
     std::vector<PlannedOutput> outputs;  ///< of the inputs
+    std::vector<PlannedOutput> reports;  ///< of the inputs
     std::string settingsHash;            ///< settingsHashOf()
 };
 

@@ -43,11 +43,12 @@ WorkerSettings workerSettingsOf(const BatchOptions& options) {
 }
 
 std::string settingsHashOf(const BatchOptions& options) {
-    const Json settings = {{"version", TESK_VERSION},
-                           {"command", options.command},
-                           {"arguments", options.arguments},
-                           {"writesParts", !options.outputFolder.empty()},
-                           {"outputExtension", options.outputExtension}};
+    Json settings = {{"version", TESK_VERSION},
+                     {"command", options.command},
+                     {"arguments", options.arguments},
+                     {"writesParts", !options.outputFolder.empty()},
+                     {"outputExtension", options.outputExtension}};
+    if (!options.reportFolder.empty()) settings["writesReports"] = true;
     return contentHash(lineOf(settings));
 }
 

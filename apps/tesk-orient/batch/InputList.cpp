@@ -41,7 +41,9 @@ class Lister {
     explicit Lister(const InputRequest& request)
         : m_request(request), m_hasOneRoot(request.given.size() + request.listed.size() == 1) {
         if (!request.results.empty()) m_seen.insert(plain(request.results).native());
-        if (!request.outputFolder.empty()) m_output = plain(request.outputFolder);
+        for (const fs::path& folder : request.outputFolders) {
+            if (!folder.empty()) m_outputs.insert(plain(folder).native());
+        }
     }
 
     void take(const fs::path& path, const fs::path& relative) {
@@ -73,7 +75,7 @@ class Lister {
     }
 
     void search(const fs::path& folder, const fs::path& below, const fs::path& prefix) {
-        if (!below.empty() && !m_output.empty() && plain(folder) == m_output) return;
+        if (!below.empty() && m_outputs.count(plain(folder).native()) != 0) return;
         std::vector<fs::directory_entry> entries;
         std::error_code error;
         for (fs::directory_iterator at(folder, error), end; !error && at != end;
@@ -103,7 +105,7 @@ class Lister {
 
     const InputRequest& m_request;
     bool m_hasOneRoot;
-    fs::path m_output;
+    std::unordered_set<fs::path::string_type> m_outputs;
     std::vector<BatchInput> m_inputs;
     std::unordered_set<fs::path::string_type> m_seen;
 };

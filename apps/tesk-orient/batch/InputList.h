@@ -19,9 +19,9 @@ struct BatchInput {
 struct InputRequest {
     std::vector<std::filesystem::path> given;   ///< files and folders
     std::vector<std::filesystem::path> listed;  ///< the same, from a list
-    std::vector<std::string> include;    ///< patterns of globMatchesFile(); empty: all formats
-    std::filesystem::path results;       ///< never a part; empty for none
-    std::filesystem::path outputFolder;  ///< not looked into below a folder; empty for none
+    std::vector<std::string> include;  ///< patterns of globMatchesFile(); empty: all formats
+    std::filesystem::path results;     ///< never a part; empty for none
+    std::vector<std::filesystem::path> outputFolders;  ///< not looked into; empty for none
 };
 
 /// The names in a list: separated by NUL if there is any, else by line feeds. Empty names are left

@@ -25,8 +25,11 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 std::vector<BatchInput> inputsOf(const BatchOptions& options) {
-    InputRequest request{
-        options.inputs, {}, options.include, options.results, options.outputFolder};
+    InputRequest request{options.inputs,
+                         {},
+                         options.include,
+                         options.results,
+                         {options.outputFolder, options.reportFolder}};
     if (options.readsList) {
 #if defined(_WIN32)
         _setmode(_fileno(stdin), _O_BINARY);
@@ -64,11 +67,16 @@ void run(const BatchOptions& options) {
     BatchWork work;
     work.inputs = inputsOf(options);
     work.outputs = planOutputs(work.inputs, options.outputFolder, options.outputExtension);
+    work.reports = planOutputs(work.inputs, options.reportFolder, ".html");
     work.settingsHash = settingsHashOf(options);
     makeOutputFolder(options.outputFolder);
+    makeOutputFolder(options.reportFolder);
     ResultsFile results = options.isResumed ? ResultsFile::resume(options.results)
                                             : ResultsFile::create(options.results);
-    if (options.isResumed) removeLeftovers(work.outputs);
+    if (options.isResumed) {
+        removeLeftovers(work.outputs);
+        removeLeftovers(work.reports);
+    }
     const BatchCounts counts = runBatch(options, work, results);
     const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
     fmt::print("{}", summaryText(counts, seconds));

@@ -31,7 +31,7 @@ class PlateOrienting {
         : m_options(options),
           m_outputs(outputs),
           m_work(options, warn),
-          m_page{displayName(options.part.filename()), settingsOf(options), {}} {}
+          m_page{displayName(options.part.filename()), settingsOf(options), Json::array(), {}} {}
 
     Report run();
 
@@ -173,7 +173,10 @@ Report PlateOrienting::run() {
     m_work.checkPlaces(isByWeights ? UVector3<float>() : m_options.poseGoal.buildVolume);
     stopIfInterrupted();
     if (m_outputs.mesh) m_work.write(*m_outputs.mesh);
-    if (m_outputs.page) m_outputs.page->write(pageOf(m_page));
+    if (m_outputs.page) {
+        m_page.warnings = m_work.plateWarnings();
+        m_outputs.page->write(pageOf(m_page));
+    }
     Report report = m_work.report({"orient", settingsOf(m_options), conventionsOf(m_options)});
     report.notes = notes();
     return report;

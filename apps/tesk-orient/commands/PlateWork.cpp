@@ -42,7 +42,7 @@ CheckedPart PlateWork::check(const Shape& shape, Purpose purpose) {
     CheckedPart checked = checkedPart(m_options, std::move(part), purpose);
     for (Warning warning : checked.part.warnings) {
         warning.text = name + ": " + warning.text;
-        tell({warning, shape.items, 0.0});
+        tell({warning, shape.items, 0.0, /*isOfShape=*/true});
     }
     return checked;
 }
@@ -66,6 +66,14 @@ void PlateWork::checkPlaces(const UVector3<float>& buildVolume) {
     for (PlateFinding& finding : leavingVolume(m_plate, m_places, buildVolume)) {
         tell(std::move(finding));
     }
+}
+
+Json PlateWork::plateWarnings() const {
+    std::vector<PlateFinding> findings;
+    for (const PlateFinding& finding : m_findings) {
+        if (!finding.isOfShape) findings.push_back(finding);
+    }
+    return warningsValue(m_plate, findings);
 }
 
 Report PlateWork::report(const PlateFrame& frame) const {

@@ -47,6 +47,9 @@ class PlateWork {
     /// Writes the items in their new places.
     void write(MeshOutput& output) const { App::write(output, m_plate, m_places); }
 
+    /// Warnings so far that are not about one shape's mesh.
+    Json plateWarnings() const;
+
     Report report(const PlateFrame& frame) const;
 
     /// Throws a Failure that names the file.

@@ -16,6 +16,7 @@ struct BatchOptions {
     std::filesystem::path results;
     std::filesystem::path outputFolder;  ///< empty: write no parts
     std::string outputExtension;         ///< with its dot; empty: that of the input
+    std::filesystem::path reportFolder;  ///< empty: write no pages; of "orient" only
     std::string command;                 ///< "orient", "box" or "lay-flat"
     std::vector<std::string> arguments;  ///< its options, as the command line takes them, sorted
     int jobs = 0;                        ///< 0: as many as the machine has processors

@@ -3,9 +3,11 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 #include <set>
+#include <variant>
 
-#include "Failure.h"
+#include "options/CommonParser.h"
 #include "options/Options.h"
 #include "part/FileBytes.h"
 
@@ -62,6 +64,8 @@ void addOutput(CLI::App& batch, BatchTexts& texts) {
         .add_option("--output-format", texts.outputFormat,
                     "Format of what is written there [that of the part]")
         ->check(CLI::IsMember({"stl", "obj", "ply", "off", "3mf"}));
+    batch.add_option("--report-dir", texts.reportFolder,
+                     "Write a page for each part below this folder, as --report of orient does");
     batch.add_flag("--resume", texts.plain.isResumed,
                    "Go on: skip parts that the results hold for the same content and settings");
     batch.add_flag("--retry-failed", texts.plain.retriesFailed,
@@ -113,7 +117,11 @@ void refuseWrongArguments(const BatchOptions& options) {
     words.insert(words.end(), options.arguments.begin(), options.arguments.end());
     std::vector<char*> argv;
     for (std::string& word : words) argv.push_back(word.data());
-    (void)readCommand(static_cast<int>(argv.size()), argv.data());
+    const std::optional<Command> command = readCommand(static_cast<int>(argv.size()), argv.data());
+    if (options.reportFolder.empty()) return;
+    const auto* orient = command ? std::get_if<OrientOptions>(&*command) : nullptr;
+    if (orient == nullptr) refuse("--report-dir goes with --command orient only");
+    if (orient->goal == Goal::kWeights) refuse("--report-dir does not go with --goal weights");
 }
 
 }  // namespace
@@ -154,6 +162,7 @@ BatchOptions batchOptionsOf(const CLI::App& batch, const BatchTexts& texts) {
     options.include = texts.include;
     options.results = pathOf(texts.results);
     options.outputFolder = pathOf(texts.outputFolder);
+    options.reportFolder = pathOf(texts.reportFolder);
     if (!texts.outputFormat.empty()) options.outputExtension = "." + texts.outputFormat;
     options.command = texts.command;
     if (batch.count("--timeout") > 0) options.timeoutSeconds = texts.timeoutSeconds;

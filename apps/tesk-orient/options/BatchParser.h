@@ -16,6 +16,7 @@ struct BatchTexts {
     std::string results;
     std::string outputFolder;
     std::string outputFormat;
+    std::string reportFolder;
     std::string command = "orient";
     double timeoutSeconds = 0.0;
     BatchOptions plain;  ///< what needs no taking over

@@ -35,6 +35,7 @@ Examples:
   tesk-orient box bracket.stl --criterion around-axis --axis 0,0,1 --json
   tesk-orient lay-flat bracket.stl --output flat.stl
   tesk-orient batch parts --results results.jsonl --output-dir turned
+  tesk-orient batch parts --results results.jsonl --report-dir pages
   tesk-orient batch parts --results boxes.jsonl --command box --include '*.stl' --jobs 4
 
 Exit codes:

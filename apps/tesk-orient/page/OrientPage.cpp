@@ -18,7 +18,7 @@ std::string posesPicture(const OrientOptions& options, const OrientResult& resul
 std::string posesPage(const OrientOptions& options, const OrientResult& result) {
     const std::string name = displayName(options.part.filename());
     Json found = posesJson(options, result);
-    PageInput input{name, found["settings"], {}};
+    PageInput input{name, found["settings"], Json::array(), {}};
     input.objects.push_back(
         {name, "", 1, reasonFor(options, result.poses), std::move(found), &result.part.mesh});
     return pageOf(input);

@@ -49,6 +49,7 @@ Json dataOf(const PageInput& input) {
             {"units", {{"length", "mm"}, {"mass", "g"}}},
             {"filament", {{"material", "PLA"}, {"diameterMm", 1.75}, {"densityGPerCm3", 1.24}}},
             {"settings", input.settings},
+            {"warnings", input.warnings},
             {"objects", objects}};
 }
 

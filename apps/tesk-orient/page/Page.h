@@ -24,6 +24,7 @@ struct PageObject {
 struct PageInput {
     std::string title;  ///< the file's name
     Json settings;      ///< as `--json` prints them, with overhangAngleDeg
+    Json warnings;  ///< about the plate and not about one part, as `--json` prints them; an array
     std::vector<PageObject> objects;
 };
 

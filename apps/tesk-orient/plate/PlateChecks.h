@@ -20,6 +20,7 @@ struct PlateFinding {
     Warning warning;
     std::vector<std::size_t> items;  ///< that it is about; indices into Plate::items
     double distance = 0.0;           ///< mm
+    bool isOfShape = false;          ///< about one shape's mesh, not about the plate
 };
 
 /// Items that overlap where at least one of the two has been moved or turned, seen from above by

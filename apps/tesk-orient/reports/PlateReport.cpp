@@ -97,21 +97,6 @@ Json inputOf(const CommonOptions& options, const LoadedPlate& plate) {
             {"items", plate.plate.items.size()}};
 }
 
-Json findingsOf(const LoadedPlate& plate, const std::vector<PlateFinding>& findings) {
-    Json values = Json::array();
-    for (const PlateFinding& finding : findings) {
-        Json items = Json::array();
-        for (const std::size_t i : finding.items) items.push_back(plate.plate.items[i].place + 1);
-        Json value = {{"code", finding.warning.code},
-                      {"count", finding.warning.count},
-                      {"text", finding.warning.text},
-                      {"items", items}};
-        if (finding.distance > 0.0) value["distanceMm"] = finding.distance;
-        values.push_back(value);
-    }
-    return values;
-}
-
 Json jsonOf(const CommonOptions& options, const LoadedPlate& plate, const PlateFrame& frame,
             const std::vector<PlateSection>& sections, const std::vector<PlateFinding>& findings) {
     Json conventions = {
@@ -129,7 +114,7 @@ Json jsonOf(const CommonOptions& options, const LoadedPlate& plate, const PlateF
     if (!frame.settings.is_null()) report["settings"] = frame.settings;
     report["conventions"] = conventions;
     report["objects"] = objects;
-    report["warnings"] = findingsOf(plate, findings);
+    report["warnings"] = warningsValue(plate, findings);
     return report;
 }
 
@@ -149,6 +134,21 @@ PlateSection withObject(const LoadedPlate& plate, const Shape& shape, const Load
                     {"items", itemsValue(plate, shape, places)}};
     members.update(section.members);
     return {headingOf(plate, shape, lying) + section.table + itemsText(shape, places), members};
+}
+
+Json warningsValue(const LoadedPlate& plate, const std::vector<PlateFinding>& findings) {
+    Json values = Json::array();
+    for (const PlateFinding& finding : findings) {
+        Json items = Json::array();
+        for (const std::size_t i : finding.items) items.push_back(plate.plate.items[i].place + 1);
+        Json value = {{"code", finding.warning.code},
+                      {"count", finding.warning.count},
+                      {"text", finding.warning.text},
+                      {"items", items}};
+        if (finding.distance > 0.0) value["distanceMm"] = finding.distance;
+        values.push_back(value);
+    }
+    return values;
 }
 
 Report plateReport(const CommonOptions& options, const LoadedPlate& plate, const PlateFrame& frame,

@@ -24,6 +24,9 @@ struct PlateSection {
 PlateSection withObject(const LoadedPlate& plate, const Shape& shape, const LoadedPart& lying,
                         const NewPlaces& places, const PlateSection& section);
 
+/// Findings as a report prints them.
+Json warningsValue(const LoadedPlate& plate, const std::vector<PlateFinding>& findings);
+
 /// How to read a report of several parts, and what it was made with.
 struct PlateFrame {
     const char* command;

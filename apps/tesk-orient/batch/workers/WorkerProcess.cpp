@@ -116,17 +116,28 @@ Report reportOf(const BatchOptions&) {
     throw Failure(ExitCode::kUsage, "a batch is no job of a batch");
 }
 
-void fit(CommonOptions& options, const WorkerJob& job) {
+void fitCommon(CommonOptions& options, const WorkerJob& job) {
     options.part = pathOf(job.input);
     options.output = pathOf(job.output);
     options.threads = 1;
     options.isJson = true;
     options.isQuiet = true;
 }
+void fit(OrientOptions& options, const WorkerJob& job) {
+    fitCommon(options, job);
+    options.page = pathOf(job.report);
+}
+void fit(BoxOptions& options, const WorkerJob& job) {
+    fitCommon(options, job);
+}
+void fit(LayFlatOptions& options, const WorkerJob& job) {
+    fitCommon(options, job);
+}
 void fit(BatchOptions&, const WorkerJob&) {}
 
 Json work(Command command, const WorkerJob& job) {
     if (!job.output.empty()) makeFolderFor(pathOf(job.output), pathOf(job.folder));
+    if (!job.report.empty()) makeFolderFor(pathOf(job.report), pathOf(job.reportFolder));
     return std::visit(
         [&](auto& options) {
             fit(options, job);
