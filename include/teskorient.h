@@ -279,6 +279,15 @@ TESK_C_API tesk_status TESK_CALL tesk_rank(const tesk_mesh* mesh,
                                            const tesk_call* call, tesk_orientation* records,
                                            int32_t capacity, int32_t* count);
 
+/* The same, with a record for every candidate. After the same tesk_seed(), those that tesk_rank()
+ * returns are among them, with the same bits.
+ *
+ * count  receives how many there are, at most 58; may be NULL */
+TESK_C_API tesk_status TESK_CALL tesk_rank_all(const tesk_mesh* mesh,
+                                               const tesk_rank_settings* settings,
+                                               const tesk_call* call, tesk_orientation* records,
+                                               int32_t capacity, int32_t* count);
+
 /* ---- Boxes and hulls ---- */
 
 typedef struct tesk_points {

@@ -8,10 +8,12 @@
 #include "c/Call.h"
 #include "c/Guard.h"
 #include "c/Handles.h"
+#include "orient/RankDirections.h"
 
 using namespace Tesk::c;
 using OptimizeOrient::Configure;
 using OptimizeOrient::OptOrientation;
+using Tesk::orient::Records;
 
 namespace {
 
@@ -30,7 +32,7 @@ Configure configOf(const tesk_rank_settings* settings) {
 }
 
 /// The kernel's topology and normals are refreshed and read before the first report, not later.
-std::vector<OptOrientation> ranked(const tesk_mesh& mesh, const Configure& config,
+std::vector<OptOrientation> ranked(const tesk_mesh& mesh, const Configure& config, Records records,
                                    const std::function<void(int)>& progress) {
     std::unique_lock refreshing(mesh.refreshing);
     const auto report = [&](int percent) {
@@ -40,7 +42,7 @@ std::vector<OptOrientation> ranked(const tesk_mesh& mesh, const Configure& confi
     UVector3<float> axis;
     float angle = 0.0f;
     std::vector<OptOrientation> found;
-    OrientOptimizer::calculateOrients(&mesh.kernel, config, axis, angle, &found, report);
+    rankDirections(&mesh.kernel, config, records, axis, angle, &found, report);
     return found;
 }
 
@@ -54,6 +56,24 @@ tesk_orientation recordOf(const OptOrientation& found) {
             .height = found.height,
             .box_volume = found.boxVolume,
             .score = found.score};
+}
+
+tesk_status rank(Records which, const tesk_mesh* mesh, const tesk_rank_settings* settings,
+                 const tesk_call* call, tesk_orientation* records, std::int32_t capacity,
+                 std::int32_t* count) {
+    return guarded([&] {
+        needHandle(mesh, "mesh");
+        needStructs(records, capacity, "records");
+        const Configure config = configOf(settings);
+        Call how(call);
+        how.run([&] {
+            const std::vector<OptOrientation> found = ranked(*mesh, config, which, how.progress());
+            const std::size_t room = std::min(found.size(), static_cast<std::size_t>(capacity));
+            std::transform(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(room),
+                           records, recordOf);
+            if (count != nullptr) *count = static_cast<std::int32_t>(found.size());
+        });
+    });
 }
 
 }  // namespace
@@ -80,19 +100,13 @@ tesk_status tesk_seed(uint32_t seed) {
 tesk_status tesk_rank(const tesk_mesh* mesh, const tesk_rank_settings* settings,
                       const tesk_call* call, tesk_orientation* records, int32_t capacity,
                       int32_t* count) {
-    return guarded([&] {
-        needHandle(mesh, "mesh");
-        needStructs(records, capacity, "records");
-        const Configure config = configOf(settings);
-        Call how(call);
-        how.run([&] {
-            const std::vector<OptOrientation> found = ranked(*mesh, config, how.progress());
-            const std::size_t room = std::min(found.size(), static_cast<std::size_t>(capacity));
-            std::transform(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(room),
-                           records, recordOf);
-            if (count != nullptr) *count = static_cast<std::int32_t>(found.size());
-        });
-    });
+    return rank(Records::kSpread, mesh, settings, call, records, capacity, count);
+}
+
+tesk_status tesk_rank_all(const tesk_mesh* mesh, const tesk_rank_settings* settings,
+                          const tesk_call* call, tesk_orientation* records, int32_t capacity,
+                          int32_t* count) {
+    return rank(Records::kAll, mesh, settings, call, records, capacity, count);
 }
 
 tesk_status tesk_lay_flat(const tesk_mesh* mesh, const tesk_call* call, float matrix[16]) {

@@ -131,6 +131,7 @@ TEST_F(CErrors, HandlesOfAnotherKind) {
     expectRefused(tesk_find_poses(notAMesh, nullptr, nullptr, nullptr, 0, nullptr, nullptr), kind);
     expectRefused(tesk_measure_pose(notAMesh, nullptr, nullptr, m_matrix, &pose), kind);
     expectRefused(tesk_rank(notAMesh, nullptr, nullptr, nullptr, 0, nullptr), kind);
+    expectRefused(tesk_rank_all(notAMesh, nullptr, nullptr, nullptr, 0, nullptr), kind);
     expectRefused(tesk_lay_flat(notAMesh, nullptr, m_matrix), kind);
     expectRefused(tesk_part_write("a.stl", notAMesh), kind);
     expectRefused(tesk_part_mesh(notAPart, &mesh), kind);
@@ -225,6 +226,8 @@ TEST_F(CErrors, Rankings) {
     auto record = sized<tesk_orientation>();
     std::int32_t count = 77;
     expectRefused(tesk_rank(nullptr, nullptr, nullptr, &record, 1, &count), "mesh is null");
+    expectRefused(tesk_rank_all(nullptr, nullptr, nullptr, &record, 1, &count), "mesh is null");
+    expectRefused(tesk_rank_all(mesh, nullptr, nullptr, &record, -1, &count), "records");
     expectRefused(tesk_rank(mesh, nullptr, nullptr, nullptr, 1, &count), "records is null");
     expectRefused(tesk_rank(mesh, nullptr, nullptr, &record, -1, &count), "records");
     record.struct_size = 0;

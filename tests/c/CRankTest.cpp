@@ -2,6 +2,7 @@
 
 #include "HostSide.h"
 #include "OrientOptimizer.h"
+#include "plain/PlainRanking.h"
 #include "shapes/CadShapes.h"
 #include "shapes/Shapes.h"
 
@@ -11,6 +12,7 @@ using OptimizeOrient::Configure;
 using OptimizeOrient::OptOrientation;
 
 constexpr int kMost = 12;
+constexpr int kMostOfAll = 58;
 
 std::vector<OptOrientation> rankedInCpp(const Part& part, const Configure& config) {
     MeshKernel mesh = part.kernel();
@@ -55,6 +57,43 @@ TEST(CRanking, ItHasTheBitsOfTheCppInterface) {
     for (const Part& part : {makeColumnWithArm(), makeSoup(300, 20.0f, 5), makeRandomAssembly(4)}) {
         expectSameRanking(part, nullptr, {});
     }
+}
+
+std::vector<tesk_orientation> allOf(const tesk_mesh* mesh, int threads) {
+    const tesk_call call = callOn(threads);
+    std::vector<tesk_orientation> records(kMostOfAll, sized<tesk_orientation>());
+    std::int32_t count = -1;
+    EXPECT_EQ(tesk_seed(7), TESK_OK);
+    EXPECT_EQ(tesk_rank_all(mesh, nullptr, &call, records.data(), kMostOfAll, &count), TESK_OK);
+    records.resize(static_cast<std::size_t>(count));
+    return records;
+}
+
+TEST(CRanking, AllRecordsHaveTheBitsOfThePlainVersion) {
+    for (const Part& part : {makeColumnWithArm(), makeSoup(300, 20.0f, 5), makeRandomAssembly(4)}) {
+        MeshKernel kernel = part.kernel();
+        const std::vector<OptOrientation> expected =
+            plainCalculate(kernel, {}, 7, PlainSearch::kTrianglesOfColumn).all;
+        EXPECT_GT(expected.size(), std::size_t{kMost});
+        const MeshHandle mesh = meshOf(part);
+        for (const int threads : {1, 3}) {
+            const std::vector<tesk_orientation> records = allOf(mesh.get(), threads);
+            ASSERT_EQ(records.size(), expected.size());
+            for (std::size_t i = 0; i < expected.size(); ++i) {
+                expectSameRecord(records[i], expected[i]);
+            }
+        }
+    }
+}
+
+TEST(CRanking, TheTwelveAreSpreadOverAll) {
+    const Part part = makeRandomAssembly(4);
+    const std::vector<OptOrientation> twelve = rankedInCpp(part, {});
+    const std::vector<tesk_orientation> all = allOf(meshOf(part).get(), 2);
+    ASSERT_EQ(twelve.size(), std::size_t{kMost});
+    const std::size_t step = (all.size() - 2) / 10;
+    for (std::size_t i = 0; i < 11; ++i) expectSameRecord(all.at(i * step), twelve[i]);
+    expectSameRecord(all.back(), twelve.back());
 }
 
 TEST(CRanking, EverySettingArrives) {
@@ -108,6 +147,12 @@ TEST(CRanking, NoMoreThanTheCapacityIsWritten) {
     EXPECT_GT(records[1].height, 0.0f);
     EXPECT_EQ(records[2].height, 77.0f);
     EXPECT_EQ(tesk_rank(mesh.get(), nullptr, nullptr, nullptr, 0, nullptr), TESK_OK);
+
+    records[1].height = 77.0f;
+    ASSERT_EQ(tesk_rank_all(mesh.get(), nullptr, nullptr, records, 1, &count), TESK_OK);
+    EXPECT_GT(count, kMost);
+    EXPECT_EQ(records[1].height, 77.0f);
+    EXPECT_EQ(tesk_rank_all(mesh.get(), nullptr, nullptr, nullptr, 0, nullptr), TESK_OK);
 }
 
 TEST(CRanking, LayingFlatHasTheBitsOfTheCppInterface) {

@@ -141,6 +141,7 @@ static void try_poses(const tesk_mesh* mesh) {
 }
 
 static void say_ranking(const tesk_mesh* mesh) {
+    static tesk_orientation all[58] = {{sizeof all[0]}};
     tesk_orientation records[12] = {{sizeof records[0]}};
     tesk_rank_settings settings = {sizeof settings};
     int32_t count = 0;
@@ -150,6 +151,9 @@ static void say_ranking(const tesk_mesh* mesh) {
     say_status("seed", tesk_seed(5));
     say_status("rank", tesk_rank(mesh, &settings, 0, records, 12, &count));
     for (i = 0; i < count; ++i) say_bits("record", records[i].axis, 10);
+    say_status("seed", tesk_seed(5));
+    say_status("rank_all", tesk_rank_all(mesh, &settings, 0, all, 58, &count));
+    for (i = 0; i < count; ++i) say_bits("record", all[i].axis, 10);
 }
 
 static void try_boxes(void) {

@@ -2,11 +2,22 @@
 
 #include "CompareRecords.h"
 #include "ReferenceShapes.h"
+#include "orient/RankDirections.h"
 #include "plain/PlainRanking.h"
 #include "shapes/Shapes.h"
 #include "tools/TestSize.h"
 
 namespace {
+
+std::vector<OptimizeOrient::OptOrientation> allRecords(MeshKernel& mesh,
+                                                       const OptimizeOrient::Configure& config,
+                                                       std::uint32_t seed) {
+    CallResult result;
+    OptimizeOrient::seedRandom(seed);
+    Tesk::orient::rankDirections(&mesh, config, Tesk::orient::Records::kAll, result.axis,
+                                 result.angle, &result.orientations, {});
+    return result.orientations;
+}
 
 void expectSameResult(MeshKernel& mesh, const OptimizeOrient::Configure& config,
                       std::uint32_t seed) {
@@ -15,6 +26,7 @@ void expectSameResult(MeshKernel& mesh, const OptimizeOrient::Configure& config,
     EXPECT_EQ(shipped.axis, plain.axis);
     EXPECT_TRUE(sameBits(shipped.angle, plain.angle));
     expectSameRecords(shipped.orientations, plain.orientations);
+    expectSameRecords(allRecords(mesh, config, seed), plain.all);
 
     UVector3<float> axis;
     float angle = 0.0f;

@@ -113,7 +113,7 @@ void thinOut(Orientations& orientations) {
 }
 
 void rankOrients(const Directions& candidates, ScoreLists& scores, const Configure& config,
-                 Orientations* orientations, UVector3<float>& axis, float& angle,
+                 Records records, Orientations* orientations, UVector3<float>& axis, float& angle,
                  const std::function<void(int)>& progress, StopWatchLog& log) {
     TESK_ASSERT(!candidates.empty());
     if (orientations) fillRecords(candidates, scores, *orientations);
@@ -128,7 +128,7 @@ void rankOrients(const Directions& candidates, ScoreLists& scores, const Configu
     axis = candidateAxis(candidates[best]);
     if (orientations) sortByScore(*orientations);
     log.logElapse("Orient-3");
-    if (orientations) thinOut(*orientations);
+    if (orientations && records == Records::kSpread) thinOut(*orientations);
     if (progress) progress(100);
     log.logElapse("Orient-4");
 }

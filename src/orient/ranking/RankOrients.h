@@ -33,15 +33,21 @@ void sortByScore(std::vector<OptimizeOrient::OptOrientation>& orientations);
 /// Keeps the first record, ten evenly spaced ones and the last. A list of 12 or fewer is unchanged.
 void thinOut(std::vector<OptimizeOrient::OptOrientation>& orientations);
 
+/// Which records of a ranking the caller gets.
+enum class Records {
+    kSpread,  ///< those that thinOut() keeps
+    kAll      ///< one of every candidate
+};
+
 /// Turns the measures into the caller's outputs: fills `orientations` if it is not null, normalises
 /// the lists, reports 95, computes the weighted sums, writes `axis` and `angle` of the candidate
-/// with the lowest sum (the first of equals), sorts and thins `orientations`, and reports 100. Logs
-/// "Orient-2", "Orient-3" and "Orient-4".
+/// with the lowest sum (the first of equals), sorts `orientations`, thins it for Records::kSpread,
+/// and reports 100. Logs "Orient-2", "Orient-3" and "Orient-4".
 ///
 /// @param candidates  not empty
 /// @param scores      lists as long as `candidates`; left normalised
 void rankOrients(const std::vector<UVector3<float>>& candidates, ScoreLists& scores,
-                 const OptimizeOrient::Configure& config,
+                 const OptimizeOrient::Configure& config, Records records,
                  std::vector<OptimizeOrient::OptOrientation>* orientations, UVector3<float>& axis,
                  float& angle, const std::function<void(int)>& progress, StopWatchLog& log);
 

@@ -61,11 +61,11 @@ struct Ranked {
 };
 
 Ranked ranked(const std::vector<UVector3<float>>& candidates, ScoreLists scores,
-              const Configure& config) {
+              const Configure& config, Records records = Records::kSpread) {
     Ranked r;
     StopWatchLog log;
     rankOrients(
-        candidates, scores, config, &r.result.orientations, r.result.axis, r.result.angle,
+        candidates, scores, config, records, &r.result.orientations, r.result.axis, r.result.angle,
         [&](int percent) { r.progress.push_back(percent); }, log);
     return r;
 }
@@ -318,9 +318,28 @@ TEST(RankOrients, WithoutAListTheBestIsTheSame) {
     UVector3<float> axis;
     float angle = 0.0f;
     StopWatchLog log;
-    rankOrients(directions, scores, kOnlyHeight, nullptr, axis, angle, {}, log);
+    rankOrients(directions, scores, kOnlyHeight, Records::kSpread, nullptr, axis, angle, {}, log);
     EXPECT_EQ(axis, r.result.axis);
     EXPECT_EQ(angle, r.result.angle);
+}
+
+TEST(RankOrients, AllRecordsAreThoseThatThinningStartsFrom) {
+    for (const std::size_t candidates : {1u, 12u, 13u, 41u, 58u}) {
+        Floats heights;
+        for (std::size_t i = 0; i < candidates; ++i) {
+            heights.push_back(static_cast<float>((i * 7 + 3) % 20));
+        }
+        const auto directions = someDirections(candidates);
+        const ScoreLists scores = scoresWithHeights(heights);
+        const Ranked spread = ranked(directions, scores, kOnlyHeight);
+        Ranked all = ranked(directions, scores, kOnlyHeight, Records::kAll);
+        EXPECT_EQ(all.result.orientations.size(), candidates);
+        EXPECT_EQ(all.progress, spread.progress);
+        EXPECT_EQ(all.result.axis, spread.result.axis);
+        EXPECT_EQ(all.result.angle, spread.result.angle);
+        thinOut(all.result.orientations);
+        expectSameRecords(all.result.orientations, spread.result.orientations);
+    }
 }
 
 TEST(RankOrients, TheListIsResizedWhateverItHeldBefore) {
@@ -331,7 +350,8 @@ TEST(RankOrients, TheListIsResizedWhateverItHeldBefore) {
             UVector3<float> axis;
             float angle = 0.0f;
             StopWatchLog log;
-            rankOrients(someDirections(candidates), scores, {}, &records, axis, angle, {}, log);
+            rankOrients(someDirections(candidates), scores, {}, Records::kSpread, &records, axis,
+                        angle, {}, log);
             EXPECT_EQ(records.size(), std::min<std::size_t>(candidates, 12));
             for (const OptOrientation& record : records) EXPECT_GE(record.score, 0.0f);
         }

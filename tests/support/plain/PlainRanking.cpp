@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <utility>
 
 namespace {
 
@@ -101,6 +102,7 @@ PlainRanking plainRanking(const std::vector<UVector3<float>>& candidates,
     ranking.angle = records[best].angle;
     std::stable_sort(records.begin(), records.end(), goesBefore);
     ranking.orientations = thinned(records);
+    ranking.all = std::move(records);
     return ranking;
 }
 

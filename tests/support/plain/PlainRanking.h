@@ -10,7 +10,8 @@
 struct PlainRanking {
     UVector3<float> axis;
     float angle = 0.0f;
-    std::vector<OptimizeOrient::OptOrientation> orientations;
+    std::vector<OptimizeOrient::OptOrientation> all;           ///< of every candidate
+    std::vector<OptimizeOrient::OptOrientation> orientations;  ///< at most 12 of them
 };
 
 /// One score list scaled to 0..1.
