@@ -242,6 +242,17 @@ class Handle:
 
 
 _STATUS = c_int32
+_RANK: Final = (
+    _STATUS,
+    [
+        c_void_p,
+        POINTER(RankSettings),
+        POINTER(Call),
+        POINTER(Orientation),
+        c_int32,
+        POINTER(c_int32),
+    ],
+)
 _PROTOTYPES: dict[str, tuple[Any, list[Any]]] = {
     "tesk_abi_version": (c_int32, []),
     "tesk_check_abi": (_STATUS, [c_int32]),
@@ -272,17 +283,8 @@ _PROTOTYPES: dict[str, tuple[Any, list[Any]]] = {
     ),
     "tesk_rank_settings_init": (_STATUS, [POINTER(RankSettings)]),
     "tesk_seed": (_STATUS, [c_uint32]),
-    "tesk_rank": (
-        _STATUS,
-        [
-            c_void_p,
-            POINTER(RankSettings),
-            POINTER(Call),
-            POINTER(Orientation),
-            c_int32,
-            POINTER(c_int32),
-        ],
-    ),
+    "tesk_rank": _RANK,
+    "tesk_rank_all": _RANK,
     "tesk_smallest_box": (
         _STATUS,
         [POINTER(Points), c_int32, c_void_p, POINTER(Call), POINTER(Box)],

@@ -18,7 +18,7 @@ from teskorient.part import Part
 
 __all__ = ["Orientation", "Ranking", "RankSettings", "rank"]
 
-_MOST_RECORDS: Final = 12
+_MOST_RECORDS: Final = 58
 
 
 @dataclass(frozen=True)
@@ -180,6 +180,7 @@ def rank(
     compute_support: bool = False,
     base_height: float | None = None,
     seed: int = 1,
+    every: bool = False,
     threads: int | None = None,
     progress: Progress | None = None,
 ) -> Ranking:
@@ -200,6 +201,9 @@ def rank(
     seed : int
         Seed of the candidate directions that are drawn, below 2**32: the same seed gives the same
         ranking.
+    every : bool
+        Return a record of every candidate, 18 to 58, and not only the program's twelve: the best, ten
+        spread over the ranking and the worst.
     threads, progress
         As of `orient`.
 
@@ -229,8 +233,9 @@ def rank(
     how = Running(threads, progress)
     records, count = c.array_of(c.Orientation, _MOST_RECORDS), c_int32()
     check(c.library.tesk_seed(seed))
+    find = c.library.tesk_rank_all if every else c.library.tesk_rank
     how.check(
-        c.library.tesk_rank(
+        find(
             part._mesh.pointer,
             byref(settings),
             byref(how.struct),
