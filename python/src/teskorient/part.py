@@ -481,7 +481,7 @@ def _arrays_in(mesh: Any) -> tuple[ArrayLike, ArrayLike]:
     if vertices is None:
         vertices = getattr(mesh, "points", None)
     faces = getattr(mesh, "cells_dict", {}).get("triangle")
-    for name in ("triangles", "faces"):
+    for name in ("faces", "triangles"):  # a trimesh has corners as .triangles
         if faces is None:
             faces = getattr(mesh, name, None)
     if vertices is None or faces is None:
