@@ -1,0 +1,35 @@
+# Reads what a page is made of: -DWEB=... -DSCRIPTS=a.js,b.js -DTHREE=... -DLICENCE=... become `template`, `style`,
+# `script`, `three`, `licence` and `revision`. Include it in a script that does something with them.
+file(READ ${THREE} three)
+file(READ ${WEB}/page.css style)
+file(READ ${WEB}/page.html template)
+set(script "\"use strict\";\n")
+string(REPLACE "," ";" SCRIPTS "${SCRIPTS}")
+foreach(file IN LISTS SCRIPTS)
+    file(READ ${WEB}/${file} part)
+    string(APPEND script "${part}")
+endforeach()
+
+# Of Debian's copyright file, what is said of the library as a whole: the owner, and the text.
+file(READ ${LICENCE} copyright)
+if(NOT copyright MATCHES "Copyright: ([^\n]*three.js authors)")
+    message(FATAL_ERROR "${LICENCE} does not say whose three.js is")
+endif()
+set(owner "${CMAKE_MATCH_1}")
+if(NOT copyright MATCHES "License: Expat\n( Permission is.*SOFTWARE\\.)")
+    message(FATAL_ERROR "${LICENCE} does not hold the licence of three.js")
+endif()
+string(REGEX REPLACE "\n ?\\.?" "\n" licence "Copyright ${owner}\n\n${CMAKE_MATCH_1}")
+string(REGEX REPLACE "\n Permission" "\nPermission" licence "${licence}")
+string(REGEX MATCH "REVISION=\"([0-9]+)\"" found "${three}")
+set(revision "r${CMAKE_MATCH_1}")
+
+# expect_embeddable NAME CONTENT: a page can hold it as it is.
+function(expect_embeddable name content)
+    if(content MATCHES "\r")
+        message(FATAL_ERROR "${name}: browsers change its line ends, and so its hash")
+    endif()
+    if(NOT name STREQUAL Template AND content MATCHES "</script|</style|<!--")
+        message(FATAL_ERROR "${name}: would end the element that it is put in")
+    endif()
+endfunction()

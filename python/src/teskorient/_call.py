@@ -1,0 +1,91 @@
+"""Calls of the library: statuses become exceptions, progress and Ctrl-C reach Python."""
+
+from __future__ import annotations
+
+from collections.abc import Callable, Generator
+from typing import NoReturn
+
+from teskorient import _library as c
+from teskorient.errors import InternalError, PartFileError, TeskError
+
+Progress = Callable[[int], object]
+"""Told how far a call is, in whole percentages that never fall. What it raises ends the call."""
+
+
+def last_error() -> str:
+    """What the last call on this thread said was wrong."""
+    text: bytes = c.library.tesk_last_error()
+    return text.decode("utf-8", "replace")
+
+
+def raise_for(status: int, text: str | None = None) -> NoReturn:
+    """Raise what stands for a status that is not OK."""
+    text = last_error() if text is None else text
+    if status == c.INVALID_ARGUMENT:
+        raise ValueError(text)
+    if status == c.OUT_OF_MEMORY:
+        raise MemoryError(text)
+    if status == c.FILE_ERROR:
+        raise PartFileError(text)
+    if status == c.NO_RESULT:
+        raise ValueError(text)
+    if status == c.INTERNAL_ERROR:
+        raise InternalError(text)
+    raise TeskError(text)
+
+
+def check(status: int) -> None:
+    """Raise unless a call succeeded."""
+    if status != c.OK:
+        raise_for(status)
+
+
+def _reports(
+    progress: Progress | None, raised: list[BaseException]
+) -> Generator[int, int, None]:
+    """Hand on percentages, sent one by one; yield what the library is to be told.
+
+    Python raises what a signal's handler raises where it next enters or resumes Python code. A
+    function would be entered outside of its ``try``; a generator is resumed inside.
+    """
+    answer = 0
+    while True:
+        try:
+            percent = yield answer
+            if progress is not None:
+                progress(percent)
+        except GeneratorExit:
+            return
+        except BaseException as error:
+            raised.append(error)
+            answer = 1
+
+
+class Running:
+    """One call: how many threads it may use, and whom it tells how far it is.
+
+    Parameters
+    ----------
+    threads : int or None
+        None: as many as the machine has.
+    progress : callable or None
+        Without one the call still notices Ctrl-C and other signals whose handlers raise.
+    """
+
+    def __init__(self, threads: int | None, progress: Progress | None) -> None:
+        if threads is not None and not (isinstance(threads, int) and 1 <= threads <= 1024):
+            raise ValueError(f"threads must be a whole number from 1 to 1024, not {threads!r}")
+        if progress is not None and not callable(progress):
+            raise ValueError(f"progress must be callable, not {progress!r}")
+        self._raised: list[BaseException] = []
+        reports = _reports(progress, self._raised)
+        next(reports)
+        self.struct = c.new(
+            c.Call, threads=threads or 0, progress=c.ProgressFunction(reports.send)
+        )
+
+    def check(self, status: int) -> None:
+        """Raise what the progress callback raised, or what stands for the status."""
+        if self._raised:
+            raise self._raised[0]
+        check(status)

@@ -1,0 +1,74 @@
+"""The program to compare with, and a cluster for all tests of this folder."""
+
+from __future__ import annotations
+
+import os
+import struct
+import subprocess
+from pathlib import Path
+from typing import Any, Callable, Iterator, Optional
+
+import pytest
+
+pytest.importorskip("distributed")
+
+import dask  # noqa: E402
+from batch_support import skew_box, write_broken  # noqa: E402
+from distributed import Client, LocalCluster  # noqa: E402
+
+_REPOSITORY = Path(__file__).resolve().parents[3]
+
+@pytest.fixture(scope="session")
+def program() -> str:
+    """The program ``tesk-orient``, if it is built."""
+    name = "tesk-orient.exe" if os.name == "nt" else "tesk-orient"
+    named = os.environ.get("TESK_ORIENT_PROGRAM")
+    path = Path(named) if named else _REPOSITORY / "build" / "release" / "bin" / name
+    if not path.is_file():
+        pytest.skip(f"{path} is not built")
+    return str(path)
+
+
+@pytest.fixture(scope="session")
+def run_program(program: str) -> Callable[..., int]:
+    """Runs the program's batch and returns its exit code."""
+
+    def run(*arguments: Any, cwd: Optional[Path] = None) -> int:
+        words = [program, "batch", "--together", "--quiet", *map(str, arguments)]
+        return subprocess.run(words, cwd=cwd, stdout=subprocess.DEVNULL, timeout=300).returncode
+
+    return run
+
+
+@pytest.fixture(scope="session")
+def cluster() -> Iterator[LocalCluster]:
+    """Two worker processes; a task may end two of them, and the third is the last straw."""
+    settings = {
+        "distributed.scheduler.allowed-failures": 2,
+        "distributed.scheduler.worker-saturation": 1.0,
+    }
+    with dask.config.set(settings):
+        made = LocalCluster(n_workers=2, threads_per_worker=1, dashboard_address="127.0.0.1:0")
+    with made:
+        yield made
+
+
+@pytest.fixture
+def client(cluster: LocalCluster) -> Iterator[Client]:
+    with Client(cluster, set_as_default=False) as connected:
+        connected.wait_for_workers(2, timeout=60)
+        yield connected
+
+
+@pytest.fixture
+def parts(tmp_path: Path) -> Path:
+    """A folder with sound and broken parts, some with names that need care."""
+    folder = tmp_path / "parts"
+    (folder / "deep").mkdir(parents=True)
+    for index in range(6):
+        (folder / f"box{index}.stl").write_bytes(skew_box(index))
+    (folder / "deep" / "a b.STL").write_bytes(skew_box(7))
+    (folder / "deep" / "Größe.stl").write_bytes(skew_box(8))
+    (folder / "open.stl").write_bytes(skew_box(9)[:80] + struct.pack("<I", 11) + skew_box(9)[84:-50])
+    write_broken(folder)
+    return folder

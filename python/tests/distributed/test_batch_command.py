@@ -1,0 +1,174 @@
+"""``python -m teskorient.batch`` and the program write one results file."""
+
+from __future__ import annotations
+
+import os
+import pty
+import shutil
+import signal
+import subprocess
+import sys
+import time
+from pathlib import Path
+from typing import Any, Callable
+
+import pytest
+from batch_support import lines_in, skew_box
+from distributed import LocalCluster
+
+RunProgram = Callable[..., int]
+
+
+def command(*arguments: Any) -> list[str]:
+    return [sys.executable, "-m", "teskorient.batch", *map(str, arguments)]
+
+
+def run_python(*arguments: Any, cwd: Path) -> subprocess.CompletedProcess[str]:
+    words = command(*arguments)
+    # A scheduler that is not there is given up soon.
+    environment = {**os.environ, "DASK_DISTRIBUTED__COMM__TIMEOUTS__CONNECT": "3s"}
+    return subprocess.run(
+        words,
+        cwd=cwd,
+        env=environment,
+        capture_output=True,
+        text=True,
+        encoding="utf-8",
+        timeout=120,
+    )
+
+
+@pytest.fixture
+def scheduler(cluster: LocalCluster) -> str:
+    return str(cluster.scheduler_address)
+
+
+SETTINGS = ("--fits", "90x90x90", "--keep-off", "0,0,1:30", "--keep-off=1,0,0", "--overhang-angle", "50.0")
+
+
+@pytest.mark.parametrize(
+    "settings",
+    [
+        (),
+        SETTINGS,
+        ("--goal", "least-support", "--units", "cm"),
+        ("--include", "**/box*", "--fits=9x9x9"),
+    ],
+)
+def test_the_lines_are_those_of_the_program(
+    scheduler: str, run_program: RunProgram, parts: Path, settings: tuple[str, ...]
+) -> None:
+    folder = parts.parent
+    if os.name == "posix":
+        (parts / os.fsdecode(b"b\xff\xe2\x82.stl")).write_bytes(b"x")
+    given = ("parts", "absent.stl", "parts/notes.txt", "./parts/deep/")
+    run_program(*given, "--results", "program.jsonl", *settings, cwd=folder)
+
+    made = run_python(*given, "--results", "python.jsonl", *settings, "--jobs", 2, cwd=folder)
+    assert made.returncode == 5
+    assert lines_in(folder / "python.jsonl") == lines_in(folder / "program.jsonl")
+
+
+def test_either_goes_on_with_what_the_other_began(
+    scheduler: str, run_program: RunProgram, parts: Path
+) -> None:
+    folder = parts.parent
+    whole, half, other = (folder / name for name in ("whole.jsonl", "half.jsonl", "other.jsonl"))
+    (parts / "gone.stl").unlink(missing_ok=True)
+    assert run_program(parts, "--results", whole, *SETTINGS) == 5
+    lines = whole.read_bytes().splitlines(keepends=True)
+    half.write_bytes(b"".join(lines[:7]) + lines[7][:50])
+    made = run_python(
+        parts, "--results", half, "--resume", "--scheduler", scheduler, *SETTINGS, cwd=folder
+    )
+    assert made.returncode == 5
+    assert f"{len(lines)} parts: {len(lines) - 7} done, 7 in the results already" in made.stdout
+    assert lines_in(half) == lines_in(whole)
+
+    shutil.copy(half, other)
+    assert run_program(parts, "--results", other, "--resume", *SETTINGS) == 5
+    assert other.read_bytes() == half.read_bytes()
+    run_program(parts, "--results", other, "--resume", "--retry-failed", *SETTINGS)
+    failed = len(other.read_bytes().splitlines()) - len(lines)
+    assert failed > 3
+    again = run_python(
+        *(parts, "--results", half, "--resume", "--retry-failed", "--scheduler", scheduler),
+        *SETTINGS,
+        cwd=folder,
+    )
+    assert f" {failed} done, " in again.stdout
+    assert lines_in(half) == lines_in(other)
+
+
+def test_exit_codes(scheduler: str, parts: Path) -> None:
+    folder = parts.parent
+    box = parts / "box0.stl"
+
+    def code(*arguments: Any) -> int:
+        return run_python(*arguments, "--scheduler", scheduler, cwd=folder).returncode
+
+    assert code(box, "--results", "a.jsonl") == 0
+    assert code(box, "--results", "a.jsonl") == 4
+    assert code(box, "--results", "a.jsonl", "--resume") == 0
+    assert code(box, "--results", folder / "none" / "a.jsonl") == 4
+    assert code(box, "--results", "b.jsonl", "--fits", "3") == 2
+    assert code(box, "--results", "b.jsonl", "--retry-failed") == 2
+    assert code("--results", "b.jsonl") == 2
+    assert not (folder / "b.jsonl").exists()
+    assert code(parts / "cut.stl", "--results", "c.jsonl") == 5
+    assert code(parts / "cut.stl", "--results", "c.jsonl", "--resume") == 5
+    (folder / "d.jsonl").write_bytes(b"one\ntwo\n")
+    assert code(box, "--results", "d.jsonl", "--resume") == 3
+    lost = run_python(
+        *(box, "--results", "e.jsonl", "--scheduler", "tcp://127.0.0.1:9"), cwd=folder
+    )
+    assert lost.returncode == 1
+    assert "Traceback" not in lost.stderr
+
+
+@pytest.mark.skipif(os.name != "posix", reason="presses Ctrl-C on a terminal")
+def test_ctrl_c_leaves_whole_lines_and_resume_goes_on(tmp_path: Path) -> None:
+    folder = tmp_path / "parts"
+    folder.mkdir()
+    count = 800
+    for index in range(count):
+        (folder / f"{index}.stl").write_bytes(skew_box(index))
+    results = tmp_path / "r.jsonl"
+    words = command(folder, "--results", results, "--jobs", 2)
+    status, said = _interrupted(words, results)
+    assert status == 130
+    lines = results.read_bytes().splitlines(keepends=True)
+    assert 20 <= len(lines) < count
+    assert all(line.startswith(b'{"schema":') and line.endswith(b"}\n") for line in lines)
+    assert f"aborted; {len(lines)} lines are written".encode() in said.replace(b",", b"")
+    assert b"Traceback" not in said
+    resumed = run_python(folder, "--results", results, "--jobs", 2, "--resume", cwd=tmp_path)
+    assert resumed.returncode == 0
+    assert f"{len(lines):,} in the results already" in resumed.stdout
+    assert len(results.read_bytes().splitlines()) == count
+
+
+def _interrupted(words: list[str], results: Path) -> tuple[int, bytes]:
+    """Ctrl-C, as a terminal sends it to all processes of a command; the exit code and what was said."""
+    pid, terminal = pty.fork()
+    if pid == 0:
+        os.execv(words[0], words)
+    deadline = time.monotonic() + 60
+    while not (results.exists() and results.stat().st_size > 300_000):
+        if time.monotonic() > deadline:
+            os.killpg(pid, signal.SIGKILL)
+        assert os.waitpid(pid, os.WNOHANG) == (0, 0)
+        time.sleep(0.02)
+    os.killpg(pid, signal.SIGINT)
+    said = b""
+    while True:
+        try:
+            piece = os.read(terminal, 65536)
+        except OSError:
+            break
+        if not piece:
+            break
+        said += piece
+    os.close(terminal)
+    _, status = os.waitpid(pid, 0)
+    return os.waitstatus_to_exitcode(status), said
