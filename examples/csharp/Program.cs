@@ -18,6 +18,13 @@ internal static unsafe class Program
         throw new InvalidOperationException(Marshal.PtrToStringUTF8(Native.tesk_last_error()));
     }
 
+    private static void PrintSurface(IntPtr mesh)
+    {
+        var surface = new MeshSurface { StructSize = (uint)sizeof(MeshSurface) };
+        Check(Native.tesk_mesh_check(mesh, IntPtr.Zero, ref surface));
+        Console.WriteLine($"open edges: {surface.OpenEdges}, volume: {surface.Volume}");
+    }
+
     private static void PrintPoses(IntPtr mesh)
     {
         var goal = new Goal { StructSize = (uint)sizeof(Goal) };
@@ -28,7 +35,7 @@ internal static unsafe class Program
         var summary = new PoseSummary { StructSize = (uint)sizeof(PoseSummary) };
         Pose* poses = stackalloc Pose[12];
         poses[0].StructSize = (uint)sizeof(Pose);
-        Check(Native.tesk_find_poses(mesh, in goal, in call, poses, 12, null, ref summary));
+        Check(Native.tesk_find_poses(mesh, ref goal, ref call, poses, 12, null, ref summary));
         GC.KeepAlive(progress);
         for (int i = 0; i < 3 && i < summary.PoseCount; ++i)
         {
@@ -40,7 +47,7 @@ internal static unsafe class Program
     {
         var points = new Points { StructSize = (uint)sizeof(Points), Data = (IntPtr)positions, Count = 12 };
         var box = new Box { StructSize = (uint)sizeof(Box) };
-        Check(Native.tesk_smallest_box(in points, 0, null, IntPtr.Zero, ref box));
+        Check(Native.tesk_smallest_box(ref points, 0, null, IntPtr.Zero, ref box));
         float* half = box.HalfExtents;
         Console.WriteLine($"smallest box: {2 * half[0]} x {2 * half[1]} x {2 * half[2]}");
     }
@@ -53,9 +60,10 @@ internal static unsafe class Program
         {
             var arrays = new MeshArrays { StructSize = (uint)sizeof(MeshArrays), Positions = (IntPtr)positions,
                                           PositionCount = 12, Triangles = (IntPtr)triangles, TriangleCount = 20 };
-            Check(Native.tesk_mesh_create(in arrays, out IntPtr mesh));
+            Check(Native.tesk_mesh_create(ref arrays, out IntPtr mesh));
             try
             {
+                PrintSurface(mesh);
                 PrintPoses(mesh);
                 PrintSmallestBox(positions);
             }

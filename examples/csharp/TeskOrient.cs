@@ -46,6 +46,19 @@ namespace Tesk
         public IntPtr Placement;
     }
 
+    // tesk_mesh_surface
+    [StructLayout(LayoutKind.Sequential)]
+    public unsafe struct MeshSurface
+    {
+        public uint StructSize;
+        public int OpenEdges;
+        public int NonManifoldEdges;
+        public int InconsistentEdges;
+        public long DegenerateTriangles;
+        public double Volume;
+        public fixed double Size[3];
+    }
+
     // tesk_goal
     [StructLayout(LayoutKind.Sequential)]
     public unsafe struct Goal
@@ -132,17 +145,20 @@ namespace Tesk
         public static extern void tesk_free(IntPtr handle);
 
         [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        public static extern Status tesk_mesh_create(in MeshArrays arrays, out IntPtr mesh);
+        public static extern Status tesk_mesh_create(ref MeshArrays arrays, out IntPtr mesh);
+
+        [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
+        public static extern Status tesk_mesh_check(IntPtr mesh, IntPtr call, ref MeshSurface surface);
 
         [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
         public static extern Status tesk_goal_init(ref Goal goal, int which);
 
         [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        public static extern Status tesk_find_poses(IntPtr mesh, in Goal goal, in Call call, Pose* poses, int capacity,
+        public static extern Status tesk_find_poses(IntPtr mesh, ref Goal goal, ref Call call, Pose* poses, int capacity,
                                                     Pose* asItLies, ref PoseSummary summary);
 
         [DllImport(Library, CallingConvention = CallingConvention.Cdecl)]
-        public static extern Status tesk_smallest_box(in Points points, int criterion, float* axis, IntPtr call,
+        public static extern Status tesk_smallest_box(ref Points points, int criterion, float* axis, IntPtr call,
                                                       ref Box box);
     }
 }

@@ -3,7 +3,7 @@
 use strict;
 use warnings;
 
-my %size_of = (uint => 4, int => 4, float => 4, long => 8, IntPtr => 8);
+my %size_of = (uint => 4, int => 4, float => 4, double => 8, long => 8, IntPtr => 8);
 local $/;
 my $source = <STDIN>;
 while ($source =~ m{// (tesk_\w+)\s*\[StructLayout\(LayoutKind\.Sequential\)\]\s*public (?:unsafe )?struct \w+\s*\{(.*?)\}}gs) {

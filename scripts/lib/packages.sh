@@ -50,6 +50,7 @@ LIST
             ;;
         checks)
             packages_for test
+            packages_for csharp
             cat <<'LIST'
 clang|the second compiler, and the sanitizer builds
 libomp-dev|its OpenMP, with the race detector's tool library
@@ -87,6 +88,12 @@ fonts-dejavu-core|letters for it
 LIST
             ;;
         npm) echo "npm|fetches axe-core, which finds what keeps people from reading a page" ;;
+        csharp)
+            cat <<'LIST'
+mono-mcs|compiles the example in C# where there is no .NET SDK
+mono-runtime|runs it
+LIST
+            ;;
         interfaces)
             packages_for build
             echo "abigail-tools|compares the interfaces of libraries"

@@ -29,6 +29,19 @@ pub struct MeshArrays {
     pub placement: *const f32,
 }
 
+/// What may make results doubtful: a sound mesh has none of the three kinds of edges.
+#[repr(C)]
+#[derive(Clone, Copy, Debug, Default)]
+pub struct MeshSurface {
+    pub struct_size: u32,
+    pub open_edges: i32,
+    pub non_manifold_edges: i32,
+    pub inconsistent_edges: i32,
+    pub degenerate_triangles: i64,
+    pub volume: f64,
+    pub size: [f64; 3],
+}
+
 #[repr(C)]
 #[derive(Clone, Copy, Debug, Default)]
 pub struct Pose {
@@ -67,6 +80,11 @@ extern "C" {
     pub fn tesk_last_error() -> *const c_char;
     pub fn tesk_free(handle: *mut c_void);
     pub fn tesk_mesh_create(arrays: *const MeshArrays, mesh: *mut *mut c_void) -> i32;
+    pub fn tesk_mesh_check(
+        mesh: *const c_void,
+        call: *const Call,
+        surface: *mut MeshSurface,
+    ) -> i32;
     pub fn tesk_find_poses(
         mesh: *const c_void,
         goal: *const c_void,

@@ -6,7 +6,7 @@ use std::ffi::{c_void, CStr};
 use std::panic::{catch_unwind, AssertUnwindSafe};
 use std::ptr;
 
-pub use ffi::Pose;
+pub use ffi::{MeshSurface, Pose};
 
 /// What the library said instead of an answer.
 #[derive(Clone, Debug, PartialEq, Eq)]
@@ -83,6 +83,17 @@ impl Mesh {
             check(ffi::tesk_mesh_create(&arrays, &mut handle))?;
         }
         Ok(Mesh { handle })
+    }
+
+    /// Checks the surface: holes, triangles that face the wrong way, volume and size.
+    pub fn check(&self) -> Result<MeshSurface, Error> {
+        let mut surface = MeshSurface {
+            struct_size: std::mem::size_of::<MeshSurface>() as u32,
+            ..Default::default()
+        };
+        // SAFETY: the struct has the size that it says.
+        check(unsafe { ffi::tesk_mesh_check(self.handle, ptr::null(), &mut surface) })?;
+        Ok(surface)
     }
 
     /// The poses of least cost, the best first. The closure is told percentages, and returns false to

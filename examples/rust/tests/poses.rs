@@ -21,6 +21,21 @@ fn bracket() -> Mesh {
 }
 
 #[test]
+fn a_sound_mesh_is_found_sound() {
+    let surface = bracket().check().unwrap();
+    assert_eq!(surface.open_edges + surface.non_manifold_edges + surface.inconsistent_edges, 0);
+    assert_eq!(surface.degenerate_triangles, 0);
+    assert_eq!(surface.volume, 20.0 * (15.0 * 4.0 + 4.0 * 56.0));
+    assert_eq!(surface.size, [15.0, 20.0, 60.0]);
+}
+
+#[test]
+fn holes_are_counted() {
+    let corners = [[0.0, 0.0, 0.0], [1.0, 0.0, 0.0], [0.0, 1.0, 0.0]];
+    assert_eq!(Mesh::new(&corners, &[[0, 1, 2]]).unwrap().check().unwrap().open_edges, 3);
+}
+
+#[test]
 fn the_best_pose_comes_first() {
     let mut reports = Vec::new();
     let poses = bracket()
