@@ -288,7 +288,7 @@ _PROTOTYPES: dict[str, tuple[Any, list[Any]]] = {
     "tesk_mesh_copy_positions": (_STATUS, [c_void_p, c_void_p, c_int64]),
     "tesk_mesh_copy_triangles": (_STATUS, [c_void_p, c_void_p, c_int64]),
     "tesk_mesh_set_placement": (_STATUS, [c_void_p, c_void_p]),
-    #    "tesk_mesh_check": (_STATUS, [c_void_p, POINTER(Call), POINTER(MeshSurface)]),
+    "tesk_mesh_check": (_STATUS, [c_void_p, POINTER(Call), POINTER(MeshSurface)]),
     "tesk_goal_init": (_STATUS, [POINTER(Goal), c_int32]),
     "tesk_find_poses": (
         _STATUS,
