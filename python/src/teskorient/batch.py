@@ -9,8 +9,8 @@ from __future__ import annotations
 import argparse
 import sys
 import time
+from collections.abc import Sequence
 from dataclasses import dataclass
-from typing import Optional, Sequence
 
 from teskorient.distributed import ClusterError, VersionError
 from teskorient.distributed._inputs import Input, list_inputs, names_in
@@ -43,19 +43,40 @@ def _parser() -> argparse.ArgumentParser:
         epilog=_EPILOG,
     )
     add = parser.add_argument
-    add("inputs", metavar="INPUT", nargs="+", help="files, folders, URLs, URL patterns such as "
-        "s3://parts/*.stl, URL folders that end in /, or - for a list of them on standard input")
+    add(
+        "inputs",
+        metavar="INPUT",
+        nargs="+",
+        help="files, folders, URLs, URL patterns such as "
+        "s3://parts/*.stl, URL folders that end in /, or - for a list of them on standard input",
+    )
     add("--results", required=True, metavar="FILE", help="gets one line of JSON for each part")
-    add("--scheduler", metavar="ADDRESS", help="of a Dask cluster, as tcp://head:8786; without it, "
-        "processes on this machine")
-    add("--resume", action="store_true", help="skip parts that the results hold for the same content "
-        "and settings")
+    add(
+        "--scheduler",
+        metavar="ADDRESS",
+        help="of a Dask cluster, as tcp://head:8786; without it, processes on this machine",
+    )
+    add(
+        "--resume",
+        action="store_true",
+        help="skip parts that the results hold for the same content and settings",
+    )
     add("--retry-failed", action="store_true", help="with --resume: but not those that failed")
-    add("--include", action="append", default=[], metavar="PATTERN", help="take the files of folders "
-        "that match, as '*.stl' or 'left/**/v?.obj'")
+    add(
+        "--include",
+        action="append",
+        default=[],
+        metavar="PATTERN",
+        help="take the files of folders that match, as '*.stl' or 'left/**/v?.obj'",
+    )
     add("--jobs", type=_positive, metavar="N", help="processes on this machine [all processors]")
-    add("--memory-limit", default="auto", metavar="SIZE", help="of each of them, as 2GiB; one that "
-        "exceeds it is replaced [its share of the machine's]")
+    add(
+        "--memory-limit",
+        default="auto",
+        metavar="SIZE",
+        help="of each of them, as 2GiB; one that "
+        "exceeds it is replaced [its share of the machine's]",
+    )
     add("-q", "--quiet", action="store_true", help="no progress and no failures on the screen")
     part = parser.add_argument_group("settings, as of tesk-orient orient")
     part.add_argument("--goal", choices=GOALS)
@@ -187,7 +208,7 @@ def _run(options: argparse.Namespace, settings: Settings) -> int:
     return _SOME_FAILED
 
 
-def main(arguments: Optional[Sequence[str]] = None) -> int:
+def main(arguments: Sequence[str] | None = None) -> int:
     """Run the command and return its exit code."""
     options = _parser().parse_args(arguments)
     try:

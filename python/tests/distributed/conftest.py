@@ -5,18 +5,20 @@ from __future__ import annotations
 import os
 import struct
 import subprocess
+from collections.abc import Callable, Iterator
 from pathlib import Path
-from typing import Any, Callable, Iterator, Optional
+from typing import Any
 
 import pytest
 
 pytest.importorskip("distributed")
 
-import dask  # noqa: E402
-from batch_support import skew_box, write_broken  # noqa: E402
-from distributed import Client, LocalCluster  # noqa: E402
+import dask
+from batch_support import skew_box, write_broken
+from distributed import Client, LocalCluster
 
 _REPOSITORY = Path(__file__).resolve().parents[3]
+
 
 @pytest.fixture(scope="session")
 def program() -> str:
@@ -33,7 +35,7 @@ def program() -> str:
 def run_program(program: str) -> Callable[..., int]:
     """Runs the program's batch and returns its exit code."""
 
-    def run(*arguments: Any, cwd: Optional[Path] = None) -> int:
+    def run(*arguments: Any, cwd: Path | None = None) -> int:
         words = [program, "batch", "--together", "--quiet", *map(str, arguments)]
         return subprocess.run(words, cwd=cwd, stdout=subprocess.DEVNULL, timeout=300).returncode
 
@@ -69,6 +71,8 @@ def parts(tmp_path: Path) -> Path:
         (folder / f"box{index}.stl").write_bytes(skew_box(index))
     (folder / "deep" / "a b.STL").write_bytes(skew_box(7))
     (folder / "deep" / "Größe.stl").write_bytes(skew_box(8))
-    (folder / "open.stl").write_bytes(skew_box(9)[:80] + struct.pack("<I", 11) + skew_box(9)[84:-50])
+    (folder / "open.stl").write_bytes(
+        skew_box(9)[:80] + struct.pack("<I", 11) + skew_box(9)[84:-50]
+    )
     write_broken(folder)
     return folder

@@ -9,8 +9,9 @@ import signal
 import subprocess
 import sys
 import time
+from collections.abc import Callable
 from pathlib import Path
-from typing import Any, Callable
+from typing import Any
 
 import pytest
 from batch_support import lines_in, skew_box
@@ -43,7 +44,15 @@ def scheduler(cluster: LocalCluster) -> str:
     return str(cluster.scheduler_address)
 
 
-SETTINGS = ("--fits", "90x90x90", "--keep-off", "0,0,1:30", "--keep-off=1,0,0", "--overhang-angle", "50.0")
+SETTINGS = (
+    "--fits",
+    "90x90x90",
+    "--keep-off",
+    "0,0,1:30",
+    "--keep-off=1,0,0",
+    "--overhang-angle",
+    "50.0",
+)
 
 
 @pytest.mark.parametrize(

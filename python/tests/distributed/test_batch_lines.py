@@ -7,7 +7,6 @@ import random
 import struct
 
 import pytest
-
 from teskorient.distributed._lines import held_line, input_member, json_text
 from teskorient.distributed._numbers import number_text
 
@@ -47,7 +46,7 @@ def test_every_number_reads_back() -> None:
 
 
 def test_texts_are_escaped_as_the_program_does() -> None:
-    assert json_text({"a\n": ["\x01\x7f\"\\/", "Größe", True, None, -3]}) == (
+    assert json_text({"a\n": ['\x01\x7f"\\/', "Größe", True, None, -3]}) == (
         '{"a\\n":["\\u0001\x7f\\"\\\\/","Größe",true,null,-3]}'
     )
 

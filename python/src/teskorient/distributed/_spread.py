@@ -7,9 +7,10 @@ scheduler knows at once, what they are called, and what becomes of a task that e
 from __future__ import annotations
 
 import uuid
+from collections.abc import Callable, Iterable, Iterator
 from contextlib import contextmanager
 from itertools import islice
-from typing import Any, Callable, Iterable, Iterator, Optional, TypeVar, Union
+from typing import Any
 
 import dask
 from distributed import CancelledError, Client, Future, KilledWorker, LocalCluster, as_completed
@@ -17,9 +18,7 @@ from distributed import CancelledError, Client, Future, KilledWorker, LocalClust
 from ._lines import display_name
 from ._work import FetchError
 
-Job = TypeVar("Job")
-Outcome = TypeVar("Outcome")
-ClientLike = Union[Client, str, None]
+ClientLike = Client | str | None
 
 _TASKS_PER_THREAD = 8
 _FEWEST_TASKS = 64
@@ -36,12 +35,17 @@ class ClusterError(RuntimeError):
 
 @contextmanager
 def client_of(
-    client: ClientLike, workers: Optional[int], memory_limit: Union[str, float, None]
+    client: ClientLike, workers: int | None, memory_limit: str | float | None
 ) -> Iterator[Client]:
-    """The given client, one for an address, or one of a new local cluster; closed if it was made here."""
+    """The given client, one for an address, or one of a new local cluster.
+
+    What was made here is closed.
+    """
     if isinstance(client, Client):
         if client.asynchronous:
-            raise ValueError("an asynchronous client does not do: make one without asynchronous=True")
+            raise ValueError(
+                "an asynchronous client does not do: make one without asynchronous=True"
+            )
         yield client
         return
     if client is not None:
@@ -84,13 +88,16 @@ class Spreader:
         self._name_of = name_of
         self._token = uuid.uuid4().hex[:8]
         self._count = 0
-        self._pending: dict[str, tuple[Future, Any]] = {}
+        self._pending: dict[str, tuple[Future[Any], Any]] = {}
         self._ended = as_completed([], loop=client.loop)
 
     def run(self, jobs: Iterable[Any]) -> Iterator[tuple[Any, Any]]:
-        """Each job with its outcome as it ends: what the work returned, or a KilledWorker, or the
-        FetchError that it ended with on every try. Any other exception is no matter of one job and is
-        raised: a package that workers lack, a lost scheduler."""
+        """Each job with its outcome as it ends.
+
+        That is what the work returned, or a KilledWorker, or the FetchError that it ended with on
+        every try. Any other exception is no matter of one job and is raised: a package that workers
+        lack, a lost scheduler.
+        """
         suspects: list[Any] = []
         try:
             for job, outcome in self._run(iter(jobs), self._window):
@@ -105,13 +112,11 @@ class Spreader:
             if self._pending and self._client.status == "running":
                 self._client.cancel([future for future, _ in self._pending.values()])
 
-    def _run(
-        self, jobs: Iterator[Any], window: Callable[[], int]
-    ) -> Iterator[tuple[Any, Any]]:
+    def _run(self, jobs: Iterator[Any], window: Callable[[], int]) -> Iterator[tuple[Any, Any]]:
         most = window()
         self._submit(list(islice(jobs, most)))
         while self._pending:
-            batch = [self._pending.pop(future.key) for future in self._ended.next_batch()]
+            batch = [self._pending.pop(str(future.key)) for future in self._ended.next_batch()]
             outcomes = self._outcomes([future for future, _ in batch])
             for future, _ in batch:
                 future.release()
@@ -120,10 +125,10 @@ class Spreader:
             if len(self._pending) <= most // 2:
                 most = window()
                 self._submit(list(islice(jobs, most - len(self._pending))))
-            yield from zip((job for _, job in batch), outcomes)
+            yield from zip((job for _, job in batch), outcomes, strict=False)
 
     def _window(self) -> int:
-        threads = sum(self._client.nthreads().values())
+        threads = int(sum(self._client.nthreads().values()))
         return min(max(_TASKS_PER_THREAD * threads, _FEWEST_TASKS), _MOST_TASKS)
 
     def _submit(self, jobs: list[Any]) -> None:
@@ -134,11 +139,11 @@ class Spreader:
             self._count += 1
             keys.append(f"tesk-orient-{self._name_of(job)}-{self._token}-{self._count}")
         futures = self._client.map(self._work, jobs, key=keys, retries=_RETRIES, pure=False)
-        for future, job in zip(futures, jobs):
-            self._pending[future.key] = (future, job)
+        for future, job in zip(futures, jobs, strict=False):
+            self._pending[str(future.key)] = (future, job)
         self._ended.update(futures)
 
-    def _outcomes(self, futures: list[Future]) -> list[Any]:
+    def _outcomes(self, futures: list[Future[Any]]) -> list[Any]:
         if all(future.status == "finished" for future in futures):
             try:
                 return list(self._client.gather(futures))
@@ -147,7 +152,7 @@ class Spreader:
         return [self._outcome(future) for future in futures]
 
     @staticmethod
-    def _outcome(future: Future) -> Any:
+    def _outcome(future: Future[Any]) -> Any:
         try:
             return future.result()
         except _OF_ONE_JOB as error:
