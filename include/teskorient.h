@@ -156,6 +156,24 @@ TESK_C_API tesk_status TESK_CALL tesk_mesh_copy_triangles(const tesk_mesh* mesh,
 /* Replaces the placement. */
 TESK_C_API tesk_status TESK_CALL tesk_mesh_set_placement(tesk_mesh* mesh, const float matrix[16]);
 
+/* The surface of a mesh: what may make results doubtful, and how large it is. A sound mesh has none
+ * of the three kinds of edges; its volume is negative if it is inside out. */
+typedef struct tesk_mesh_surface {
+    uint32_t struct_size;
+    int32_t open_edges;           /* with one triangle */
+    int32_t non_manifold_edges;   /* with three triangles or more */
+    int32_t inconsistent_edges;   /* whose two triangles face opposite ways */
+    int64_t degenerate_triangles; /* without area: corners coincide or lie on a line, exactly */
+    double volume;  /* enclosed; negative if triangles face inward; means nothing if open */
+    double size[3]; /* along x, y and z */
+} tesk_mesh_surface;
+
+/* Checks the surface of a mesh, without its placement. For this, corners at equal positions are
+ * joined, whatever the mesh's arrays say; a triangle that names a position twice has no edges.
+ * Reports no progress. TESK_NO_RESULT if a coordinate is not finite. */
+TESK_C_API tesk_status TESK_CALL tesk_mesh_check(const tesk_mesh* mesh, const tesk_call* call,
+                                                 tesk_mesh_surface* surface);
+
 /* ---- Build poses: an answer ---- */
 
 /* A direction of the placed part that must not face down. */

@@ -44,6 +44,19 @@ static tesk_status read_mesh(const char* path, tesk_mesh** mesh) {
     return status;
 }
 
+/* Holes and triangles that face the wrong way make the figures doubtful. */
+static tesk_status print_doubts(const tesk_mesh* mesh) {
+    tesk_mesh_surface surface;
+    tesk_status status;
+    surface.struct_size = sizeof surface;
+    status = tesk_mesh_check(mesh, NULL, &surface);
+    if (status != TESK_OK) return status;
+    if (surface.open_edges > 0) printf("the surface has %d open edges\n", (int)surface.open_edges);
+    if (surface.inconsistent_edges > 0) printf("triangles face opposite ways\n");
+    if (surface.volume < 0) printf("the surface is inside out\n");
+    return TESK_OK;
+}
+
 static tesk_status print_poses(const tesk_mesh* mesh) {
     int32_t shown = 0;
     tesk_call call = {sizeof call, 0, show_progress, &shown};
@@ -92,6 +105,7 @@ int main(int argc, char** argv) {
     tesk_mesh* mesh = NULL;
     tesk_status status = tesk_check_abi(TESK_ABI_VERSION);
     if (status == TESK_OK) status = argc > 1 ? read_mesh(argv[1], &mesh) : make_bracket(&mesh);
+    if (status == TESK_OK) status = print_doubts(mesh);
     if (status == TESK_OK) status = print_poses(mesh);
     if (status == TESK_OK) status = print_smallest_box(mesh);
     tesk_free(mesh);

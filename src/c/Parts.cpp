@@ -9,6 +9,7 @@
 #include "c/Call.h"
 #include "c/Guard.h"
 #include "c/Handles.h"
+#include "c/PartMeshes.h"
 
 using namespace Tesk::c;
 using Tesk::PartFormat;
@@ -54,31 +55,6 @@ const Element& elementOf(const std::vector<Element>& list, std::int32_t index, c
     }
     refuse("index is " + std::to_string(index) + "; the part has " + std::to_string(list.size()) +
            " " + what);
-}
-
-MeshKernel kernelOf(const Tesk::PartMesh& mesh) {
-    std::vector<UPoint3<float>> positions;
-    positions.reserve(mesh.positions.size());
-    for (const Tesk::PartPoint& p : mesh.positions) positions.emplace_back(p.x, p.y, p.z);
-    return MeshKernel(positions, mesh.triangles);
-}
-
-Tesk::PartMesh placedMeshOf(const MeshKernel& kernel) {
-    const auto mesh = kernel.getMesh();
-    const UMatrix4<float> placement = kernel.getMatrix();
-    const bool isPlaced = !placement.isIdenticalMatrix();
-    Tesk::PartMesh placed;
-    placed.positions.reserve(static_cast<std::size_t>(mesh->VertexCount()));
-    for (std::int32_t i = 0; i < mesh->VertexCount(); ++i) {
-        const UPoint3<float> p = isPlaced ? mesh->Vertex(i)->P() * placement : mesh->Vertex(i)->P();
-        placed.positions.push_back({p.x, p.y, p.z});
-    }
-    placed.triangles.reserve(static_cast<std::size_t>(mesh->TriangleCount()));
-    for (std::int32_t i = 0; i < mesh->TriangleCount(); ++i) {
-        const UTriangle<float>* const t = mesh->Triangle(i);
-        placed.triangles.push_back({t->V(0)->Index(), t->V(1)->Index(), t->V(2)->Index()});
-    }
-    return placed;
 }
 
 }  // namespace
@@ -148,7 +124,8 @@ tesk_status tesk_part_mesh(const tesk_part* part, tesk_mesh** mesh) {
     return guarded([&] {
         needHandle(part, "part");
         need(mesh, "mesh");
-        *mesh = new tesk_mesh(kernelOf(part->file.mesh));
+        const Tesk::PartMesh& held = part->file.mesh;
+        *mesh = new tesk_mesh(MeshKernel(positionsOf(held), held.triangles));
     });
 }
 
@@ -156,6 +133,6 @@ tesk_status tesk_part_write(const char* path, const tesk_mesh* mesh) {
     return guarded([&] {
         const std::filesystem::path file = pathOf(path);
         needHandle(mesh, "mesh");
-        Tesk::writePart(file, placedMeshOf(mesh->kernel));
+        Tesk::writePart(file, partMeshOf(mesh->kernel, mesh->kernel.getMatrix()));
     });
 }

@@ -147,7 +147,9 @@ TEST_F(BoxProgram, WritesTheBoxAsAClosedMeshFacingOutward) {
         ASSERT_EQ(runTeskOrient({"box", m_part, "--criterion", criterion, "-o", file}).code, 0);
         const App::LoadedPart box = App::readMeshFile(file, std::nullopt);
         EXPECT_EQ(box.mesh.triangles.size(), 12u);
-        EXPECT_NEAR(App::measure(box.mesh).volumeSixfold / 6.0, 24000.0, 1.0) << criterion;
+        const auto& [positions, triangles] = box.mesh;
+        const auto measures = Tesk::measureSurface(positions, triangles);
+        EXPECT_NEAR(measures.volumeSixfold / 6.0, 24000.0, 1.0) << criterion;
         MeshKernel kernel(box.mesh.positions, box.mesh.triangles);
         kernel.UpdateTopo(true, MeshKernel::kEdgeCounts);
         EXPECT_EQ(kernel.topology().openEdges, 0);

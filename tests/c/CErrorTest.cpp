@@ -92,6 +92,11 @@ TEST_F(CErrors, NullsOfMeshes) {
     expectRefused(tesk_mesh_copy_triangles(nullptr, abc, 1), "mesh is null");
     expectRefused(tesk_mesh_copy_positions(m_mesh.get(), nullptr, 1000), "positions is null");
     expectRefused(tesk_mesh_copy_triangles(m_mesh.get(), nullptr, 1000), "triangles is null");
+    auto surface = sized<tesk_mesh_surface>();
+    expectRefused(tesk_mesh_check(nullptr, nullptr, &surface), "mesh is null");
+    expectRefused(tesk_mesh_check(m_mesh.get(), nullptr, nullptr), "surface is null");
+    surface.struct_size = 8;
+    expectRefused(tesk_mesh_check(m_mesh.get(), nullptr, &surface), "surface: struct_size is 8");
     expectRefused(tesk_mesh_set_placement(nullptr, m_matrix), "mesh is null");
     expectRefused(tesk_mesh_set_placement(m_mesh.get(), nullptr), "matrix is null");
 }
@@ -121,6 +126,7 @@ TEST_F(CErrors, HandlesOfAnotherKind) {
     auto* const notAMesh = reinterpret_cast<tesk_mesh*>(part);
     auto* const notAPart = reinterpret_cast<tesk_part*>(m_mesh.get());
     auto pose = sized<tesk_pose>();
+    auto surface = sized<tesk_mesh_surface>();
     tesk_mesh* mesh = nullptr;
     auto details = sized<tesk_part_details>();
     const char* kind = "of another kind";
@@ -128,6 +134,7 @@ TEST_F(CErrors, HandlesOfAnotherKind) {
     expectRefused(tesk_mesh_copy_positions(notAMesh, m_matrix, 5), kind);
     expectRefused(tesk_mesh_copy_triangles(notAMesh, nullptr, 5), kind);
     expectRefused(tesk_mesh_set_placement(notAMesh, m_matrix), kind);
+    expectRefused(tesk_mesh_check(notAMesh, nullptr, &surface), kind);
     expectRefused(tesk_find_poses(notAMesh, nullptr, nullptr, nullptr, 0, nullptr, nullptr), kind);
     expectRefused(tesk_measure_pose(notAMesh, nullptr, nullptr, m_matrix, &pose), kind);
     expectRefused(tesk_rank(notAMesh, nullptr, nullptr, nullptr, 0, nullptr), kind);
@@ -149,9 +156,11 @@ TEST_F(CErrors, HowACallIsToRun) {
     call.struct_size = 12;
     auto pose = sized<tesk_pose>();
     auto box = sized<tesk_box>();
+    auto surface = sized<tesk_mesh_surface>();
     const tesk_points points = pointsOf(m_part);
     tesk_part* part = nullptr;
     const char* words = "call: struct_size is 12";
+    expectRefused(tesk_mesh_check(m_mesh.get(), &call, &surface), words);
     expectRefused(tesk_find_poses(m_mesh.get(), nullptr, &call, nullptr, 0, nullptr, nullptr),
                   words);
     expectRefused(tesk_measure_pose(m_mesh.get(), nullptr, &call, m_matrix, &pose), words);

@@ -20,6 +20,19 @@ static void say_bits(const char* what, const float* values, int count) {
     say("\n");
 }
 
+static void say_double(const char* what, double value) {
+    union {
+        double value;
+        uint64_t bits;
+    } both;
+    both.value = value;
+    say(what);
+    say(" ");
+    say_hex((uint32_t)(both.bits >> 32));
+    say_hex((uint32_t)both.bits);
+    say("\n");
+}
+
 static void say_int(const char* what, int64_t value) {
     say(what);
     say(" ");
@@ -80,6 +93,18 @@ static void say_mesh(const tesk_mesh* mesh) {
     say_status("mesh_copy_triangles", tesk_mesh_copy_triangles(mesh, abc, 64));
     say_bits("positions", xyz, (int)positions * 3);
     for (i = 0; i < triangles * 3; ++i) say_int("corner", abc[i]);
+}
+
+static void say_surface(const tesk_mesh* mesh) {
+    tesk_mesh_surface surface = {sizeof surface};
+    int i;
+    say_status("mesh_check", tesk_mesh_check(mesh, 0, &surface));
+    say_int("open edges", surface.open_edges);
+    say_int("non-manifold edges", surface.non_manifold_edges);
+    say_int("inconsistent edges", surface.inconsistent_edges);
+    say_int("degenerate triangles", surface.degenerate_triangles);
+    say_double("volume", surface.volume);
+    for (i = 0; i < 3; ++i) say_double("size", surface.size[i]);
 }
 
 /* Ends a call at a percentage. */
@@ -279,6 +304,7 @@ void run_client(const char* path) {
     say("\n");
     mesh = make_bracket();
     say_mesh(mesh);
+    say_surface(mesh);
     say_status("mesh_set_placement", tesk_mesh_set_placement(mesh, placement));
     try_poses(mesh);
     say_ranking(mesh);

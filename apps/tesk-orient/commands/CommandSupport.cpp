@@ -25,8 +25,9 @@ CheckedPart checkedPart(const CommonOptions& options, LoadedPart part, Purpose p
     // Beside making the kernel, as each needs one thread only.
     const auto beside =
         std::launch::deferred | (options.threads == 1 ? std::launch::deferred : std::launch::async);
-    std::future<SurfaceMeasures> measures =
-        std::async(beside, [&mesh = part.mesh] { return measure(mesh); });
+    std::future<Tesk::SurfaceMeasures> measures = std::async(beside, [&mesh = part.mesh] {
+        return Tesk::measureSurface(mesh.positions, mesh.triangles);
+    });
     MeshKernel kernel(part.mesh.positions, part.mesh.triangles);
     kernel.UpdateTopo(/*rebuild=*/true, MeshKernel::kEdgeCounts);
     part.topology = kernel.topology();

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "TeskDataBasic/UBox3.h"
-
 namespace App {
 
 namespace {
@@ -17,19 +15,6 @@ constexpr double kLargePart = 2000.0;
 // A unit is worth proposing where it makes the part this large.
 constexpr double kLeastUsual = 10.0;
 constexpr double kMostUsual = 1500.0;
-
-UPoint3<double> widened(const UPoint3<float>& p) {
-    return {p.x, p.y, p.z};
-}
-
-template <class Visit>
-void forEachTriangle(const TriangleMesh& mesh, Visit visit) {
-    for (const auto& corners : mesh.triangles) {
-        visit(widened(mesh.positions[static_cast<std::size_t>(corners[0])]),
-              widened(mesh.positions[static_cast<std::size_t>(corners[1])]),
-              widened(mesh.positions[static_cast<std::size_t>(corners[2])]));
-    }
-}
 
 std::string counted(std::int64_t count, const char* one, const char* many) {
     return fmt::format("{} {}", count, count == 1 ? one : many);
@@ -104,32 +89,17 @@ void checkSize(const TriangleMesh& mesh, const LengthUnit& unit, Warnings& warni
 }  // namespace
 
 std::array<double, 3> sizeOf(const TriangleMesh& mesh) {
-    UBox3<float> box;
-    for (const UPoint3<float>& p : mesh.positions) box.Extend(p);
-    return {static_cast<double>(box.MaxX()) - static_cast<double>(box.MinX()),
-            static_cast<double>(box.MaxY()) - static_cast<double>(box.MinY()),
-            static_cast<double>(box.MaxZ()) - static_cast<double>(box.MinZ())};
+    return Tesk::extentsOf(mesh.positions);
 }
 
-SurfaceMeasures measure(const TriangleMesh& mesh) {
-    SurfaceMeasures measures;
-    if (mesh.positions.empty()) return measures;
-    const UPoint3<double> origin = widened(mesh.positions.front());
-    forEachTriangle(mesh, [&](const auto& a, const auto& b, const auto& c) {
-        measures.degenerate += (b - a) * (c - a) == UVector3<double>() ? 1 : 0;
-        measures.volumeSixfold += (a - origin) | ((b - origin) * (c - origin));
-    });
-    return measures;
-}
-
-std::optional<double> enclosedVolume(const SurfaceMeasures& measures,
+std::optional<double> enclosedVolume(const Tesk::SurfaceMeasures& measures,
                                      const TopologyCounts& topology) {
     if (!isSound(topology)) return std::nullopt;
     return std::fabs(measures.volumeSixfold) / 6.0;
 }
 
 Warnings checkMesh(const TriangleMesh& mesh, const TopologyCounts& topology,
-                   const SurfaceMeasures& measures, const LengthUnit& unit, Purpose purpose) {
+                   const Tesk::SurfaceMeasures& measures, const LengthUnit& unit, Purpose purpose) {
     Warnings warnings;
     checkEdges(topology, purpose, warnings);
     checkSide(measures.volumeSixfold, topology, purpose, warnings);

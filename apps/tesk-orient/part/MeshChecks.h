@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "TeskMeshData/MeshKernel.h"
+#include "TeskMeshData/SurfaceMeasures.h"
 #include "TriangleMesh.h"
 #include "Warning.h"
 #include "options/LengthUnit.h"
@@ -13,23 +14,12 @@ namespace App {
 /// x, y and z extent of a mesh.
 std::array<double, 3> sizeOf(const TriangleMesh& mesh);
 
-/// Sums over all triangles of a mesh.
-struct SurfaceMeasures {
-    /// How many triangles have no area: corners that coincide or lie on a line, exactly.
-    std::int64_t degenerate = 0;
-    /// Six times the volume that a closed mesh encloses, negative where its triangles face inward;
-    /// measured from the first vertex, in double.
-    double volumeSixfold = 0.0;
-};
-
-SurfaceMeasures measure(const TriangleMesh& mesh);
-
 /// What a mesh is for: support minds holes and triangles that face the wrong way, a box does not.
 enum class Purpose { kSupport, kBox };
 
 /// The volume that a mesh encloses, of the mesh's unit; nothing where it has open or non-manifold
 /// edges or inconsistent winding.
-std::optional<double> enclosedVolume(const SurfaceMeasures& measures,
+std::optional<double> enclosedVolume(const Tesk::SurfaceMeasures& measures,
                                      const TopologyCounts& topology);
 
 /// What may make a result doubtful: open and non-manifold edges, inconsistent winding, a surface
@@ -41,6 +31,6 @@ std::optional<double> enclosedVolume(const SurfaceMeasures& measures,
 /// @param unit      what the file's numbers were taken to be
 /// @param purpose   says which consequences the warnings name
 Warnings checkMesh(const TriangleMesh& mesh, const TopologyCounts& topology,
-                   const SurfaceMeasures& measures, const LengthUnit& unit, Purpose purpose);
+                   const Tesk::SurfaceMeasures& measures, const LengthUnit& unit, Purpose purpose);
 
 }  // namespace App

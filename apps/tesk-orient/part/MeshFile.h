@@ -23,7 +23,7 @@ struct LoadedPart {
     TriangleMesh mesh;
     Warnings warnings;
     TopologyCounts topology{};  ///< of the mesh; zeros until it is checked
-    SurfaceMeasures measures{};
+    Tesk::SurfaceMeasures measures{};
 };
 
 /// Reads STL, OBJ, PLY, OFF or 3MF, told apart by the name's extension.

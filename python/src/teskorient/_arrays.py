@@ -139,6 +139,4 @@ def frozen(array: NDArray[Any]) -> NDArray[Any]:
 def points_struct(rows: Rows) -> c.Points:
     """``tesk_points`` of rows, which must outlive the call."""
     kind = c.FLOAT32 if rows.array.dtype == np.float32 else c.FLOAT64
-    return c.new(
-        c.Points, type=kind, data=rows.address, count=len(rows.array), stride=rows.stride
-    )
+    return c.new(c.Points, type=kind, data=rows.address, count=len(rows.array), stride=rows.stride)

@@ -2,11 +2,17 @@
 
 from __future__ import annotations
 
+import threading
 from collections.abc import Callable, Generator
-from typing import NoReturn
+from typing import Final, NoReturn
 
 from teskorient import _library as c
 from teskorient.errors import InternalError, PartFileError, TeskError
+
+# Seconds: Windows lets no signal through while a thread waits without a limit; and how long a call that
+# is to end is waited for.
+_LOOK_AROUND: Final = 0.05
+_PATIENCE: Final = 0.5
 
 Progress = Callable[[int], object]
 """Told how far a call is, in whole percentages that never fall. What it raises ends the call."""
@@ -40,9 +46,7 @@ def check(status: int) -> None:
         raise_for(status)
 
 
-def _reports(
-    progress: Progress | None, raised: list[BaseException]
-) -> Generator[int, int, None]:
+def _reports(progress: Progress | None, raised: list[BaseException]) -> Generator[int, int, None]:
     """Hand on percentages, sent one by one; yield what the library is to be told.
 
     Python raises what a signal's handler raises where it next enters or resumes Python code. A
@@ -58,7 +62,7 @@ def _reports(
             return
         except BaseException as error:
             raised.append(error)
-            answer = 1
+        answer = 1 if raised else 0
 
 
 class Running:
@@ -80,12 +84,43 @@ class Running:
         self._raised: list[BaseException] = []
         reports = _reports(progress, self._raised)
         next(reports)
-        self.struct = c.new(
-            c.Call, threads=threads or 0, progress=c.ProgressFunction(reports.send)
-        )
+        self.struct = c.new(c.Call, threads=threads or 0, progress=c.ProgressFunction(reports.send))
 
     def check(self, status: int) -> None:
         """Raise what the progress callback raised, or what stands for the status."""
         if self._raised:
-            raise self._raised[0]
+            error = self._raised[0]
+            self._raised.clear()  # its traceback leads to the list
+            raise error
         check(status)
+
+    def watched(self, call: Callable[[], int], is_long: bool) -> None:
+        """Make a call whose progress the library may report on a thread of its own, and check it.
+
+        Python handles signals on the main thread only. So a long call is made on another thread,
+        while the main one waits for both. Where the library cannot end a call, it goes on behind the
+        exception, and the interpreter's end waits for it.
+        """
+        if not is_long or threading.current_thread() is not threading.main_thread():
+            self.check(call())
+            return
+        ended: list[tuple[int, str]] = []
+
+        def work() -> None:
+            status = call()
+            ended.append((status, "" if status == c.OK else last_error()))
+
+        worker = threading.Thread(target=work, name="teskorient", daemon=False)
+        worker.start()
+        try:
+            while worker.is_alive():
+                worker.join(_LOOK_AROUND)
+        except BaseException as error:
+            self._raised.append(error)  # which the next report finds
+            worker.join(_PATIENCE)
+            raise
+        status, text = ended[0]
+        if self._raised or status == c.OK:
+            self.check(status)
+        else:
+            raise_for(status, text)

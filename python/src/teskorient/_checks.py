@@ -3,9 +3,11 @@
 from __future__ import annotations
 
 from collections.abc import Mapping
+from ctypes import byref
 from dataclasses import dataclass
 
 from teskorient import _library as c
+from teskorient._call import Running
 
 # Parts below the one and above the other are rare, in millimetres.
 _SMALL_PART = 3.0
@@ -19,7 +21,7 @@ Found = tuple[str, str, int]
 
 @dataclass(frozen=True)
 class MeshCheck:
-    """How sound a surface is.
+    """How sound a surface is, with corners at equal positions joined.
 
     Attributes
     ----------
@@ -35,16 +37,26 @@ class MeshCheck:
         mm3 that a closed surface encloses, negative if its triangles face inward.
     """
 
-    open_edges: int = 0
-    non_manifold_edges: int = 0
-    inconsistent_edges: int = 0
-    degenerate_triangles: int = 0
-    signed_volume: float = 0.0
+    open_edges: int
+    non_manifold_edges: int
+    inconsistent_edges: int
+    degenerate_triangles: int
+    signed_volume: float
 
     @classmethod
     def of(cls, mesh: c.Handle) -> MeshCheck:
         """Check a mesh of the library."""
-        return cls()
+        surface = c.new(c.MeshSurface)
+        how = Running(None, None)
+        status = c.library.tesk_mesh_check(mesh.pointer, byref(how.struct), byref(surface))
+        how.check(status)
+        return cls(
+            surface.open_edges,
+            surface.non_manifold_edges,
+            surface.inconsistent_edges,
+            surface.degenerate_triangles,
+            surface.volume,
+        )
 
     @property
     def is_sound(self) -> bool:
@@ -69,9 +81,7 @@ def _edges(check: MeshCheck, is_for_support: bool) -> list[Found]:
     doubt = consequence("; support figures are approximate")
     if check.open_edges > 0:
         edges = _counted(check.open_edges, "open edge", "open edges")
-        found.append(
-            ("open-edges", f"the surface is not closed: {edges}{doubt}", check.open_edges)
-        )
+        found.append(("open-edges", f"the surface is not closed: {edges}{doubt}", check.open_edges))
     if check.non_manifold_edges > 0:
         edges = _counted(check.non_manifold_edges, "edge is shared", "edges are shared")
         text = f"{edges} by more than two triangles{doubt}"

@@ -8,7 +8,17 @@ from __future__ import annotations
 import ctypes
 import os
 import sys
-from ctypes import POINTER, Structure, c_char_p, c_float, c_int32, c_int64, c_uint32, c_void_p
+from ctypes import (
+    POINTER,
+    Structure,
+    c_char_p,
+    c_double,
+    c_float,
+    c_int32,
+    c_int64,
+    c_uint32,
+    c_void_p,
+)
 from pathlib import Path
 from typing import Any, Final, TypeVar
 
@@ -70,6 +80,20 @@ class MeshArrays(Structure):
         ("triangle_count", c_int64),
         ("triangle_stride", c_int64),
         ("placement", c_void_p),
+    ]
+
+
+class MeshSurface(Structure):
+    """``tesk_mesh_surface``."""
+
+    _fields_ = [
+        ("struct_size", c_uint32),
+        ("open_edges", c_int32),
+        ("non_manifold_edges", c_int32),
+        ("inconsistent_edges", c_int32),
+        ("degenerate_triangles", c_int64),
+        ("volume", c_double),
+        ("size", c_double * 3),
     ]
 
 
@@ -264,6 +288,7 @@ _PROTOTYPES: dict[str, tuple[Any, list[Any]]] = {
     "tesk_mesh_copy_positions": (_STATUS, [c_void_p, c_void_p, c_int64]),
     "tesk_mesh_copy_triangles": (_STATUS, [c_void_p, c_void_p, c_int64]),
     "tesk_mesh_set_placement": (_STATUS, [c_void_p, c_void_p]),
+    "tesk_mesh_check": (_STATUS, [c_void_p, POINTER(Call), POINTER(MeshSurface)]),
     "tesk_goal_init": (_STATUS, [POINTER(Goal), c_int32]),
     "tesk_find_poses": (
         _STATUS,
@@ -325,7 +350,9 @@ def _load() -> ctypes.CDLL:
             function.restype = result
             function.argtypes = arguments
     except (OSError, AttributeError) as error:
-        raise ImportError(f"teskorient's library cannot be loaded: {error}", path=str(path)) from None
+        raise ImportError(
+            f"teskorient's library cannot be loaded: {error}", path=str(path)
+        ) from None
     if loaded.tesk_check_abi(ABI_VERSION) != OK:
         raise ImportError(
             f"{path} has version {loaded.tesk_abi_version()} of the C interface; "

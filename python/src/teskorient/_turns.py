@@ -43,7 +43,8 @@ def degrees(radians: float) -> float:
 
 def column_matrix(values: ArrayLike) -> Float32s:
     """16 numbers of the library, for row vectors, as a matrix for column vectors."""
-    return np.array(values, np.float32).reshape(4, 4).T.copy()
+    matrix: Float32s = np.array(values, np.float32).reshape(4, 4).T.copy()
+    return matrix
 
 
 def product(a: Float32s, b: Float32s) -> Float32s:

@@ -25,6 +25,8 @@ _CRITERIA: Final = {
     "around-axis": c.BOX_AROUND_AXIS,
     "principal": c.BOX_PRINCIPAL,
 }
+# Boxes of so few points take milliseconds.
+_FEW_POINTS: Final = 500
 
 
 @dataclass(frozen=True, eq=False)
@@ -148,7 +150,7 @@ class Hull:
     Attributes
     ----------
     vertices : ndarray, shape (n, 3)
-        float32; some of the points.
+        float32; some of the points, on a grid as fine as the floats of the largest coordinate.
     faces : ndarray, shape (m, 3)
         int32; counter-clockwise as seen from outside.
     dimension : int
@@ -186,8 +188,8 @@ def bounding_box(
     axis : array_like of 3 float, optional
         For ``around-axis``: a direction of any length above zero.
     threads, progress
-        As of `orient`. Only ``volume``, and with one thread ``base-area`` and ``base-height``,
-        report progress.
+        As of `orient`, but `progress` may be called on another thread. Only ``volume``, and with one
+        thread ``base-area`` and ``base-height``, report progress.
 
     Returns
     -------
@@ -206,14 +208,15 @@ def bounding_box(
         raise ValueError("points: there is none")
     direction, usable = _axis_of(axis, criterion)
     how, record, given = Running(threads, progress), c.new(c.Box), points_struct(rows)
-    how.check(
-        c.library.tesk_smallest_box(
+    how.watched(
+        lambda: c.library.tesk_smallest_box(
             byref(given),
             _CRITERIA[criterion],
             None if usable is None else usable.ctypes.data,
             byref(how.struct),
             byref(record),
-        )
+        ),
+        is_long=len(rows.array) > _FEW_POINTS,
     )
     axes = np.array(record.axes, np.float32)
     if _is_left_handed(axes):
@@ -273,8 +276,9 @@ def lay_flat(part: Part, threads: int | None = None, progress: Progress | None =
     if len(part.vertices) == 0:
         raise ValueError("the part has no vertices")
     how, found = Running(threads, progress), np.empty(16, np.float32)
-    how.check(
-        c.library.tesk_lay_flat(part._mesh.pointer, byref(how.struct), found.ctypes.data)
+    how.watched(
+        lambda: c.library.tesk_lay_flat(part._mesh.pointer, byref(how.struct), found.ctypes.data),
+        is_long=len(part.vertices) > _FEW_POINTS,
     )
     matrix = set_down(part, column_matrix(found))
     placed = moved_positions(part.vertices, matrix).astype(np.float64)

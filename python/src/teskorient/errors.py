@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING
 
 if TYPE_CHECKING:
-    from teskorient.poses import Pose, PassedOver
+    from teskorient.poses import PassedOver, Pose
 
 __all__ = ["InternalError", "NoPoseError", "PartFileError", "TeskError"]
 

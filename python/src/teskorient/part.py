@@ -209,7 +209,9 @@ class Part:
         wanted = format.upper().removeprefix(".")
         number = next((k for k, known in _FORMATS.items() if known == wanted), None)
         if number is None:
-            raise ValueError(f"format must be one of {', '.join(_FORMATS.values())}, not {format!r}")
+            raise ValueError(
+                f"format must be one of {', '.join(_FORMATS.values())}, not {format!r}"
+            )
         file, how, options = c.Handle(), Running(threads, progress), c.new(c.ReadOptions)
         with _naming(name):
             how.check(
@@ -304,18 +306,14 @@ class Part:
     def vertices(self) -> Float32s:
         """Positions in millimetres: float32, shape (n, 3), read-only."""
         array = np.empty((self._counts[0], 3), np.float32)
-        check(
-            c.library.tesk_mesh_copy_positions(self._mesh.pointer, array.ctypes.data, len(array))
-        )
+        check(c.library.tesk_mesh_copy_positions(self._mesh.pointer, array.ctypes.data, len(array)))
         return frozen(array)
 
     @cached_property
     def faces(self) -> Int32s:
         """Three indices of vertices each: int32, shape (m, 3), read-only."""
         array = np.empty((self._counts[1], 3), np.int32)
-        check(
-            c.library.tesk_mesh_copy_triangles(self._mesh.pointer, array.ctypes.data, len(array))
-        )
+        check(c.library.tesk_mesh_copy_triangles(self._mesh.pointer, array.ctypes.data, len(array)))
         return frozen(array)
 
     @cached_property
@@ -481,7 +479,7 @@ def _arrays_in(mesh: Any) -> tuple[ArrayLike, ArrayLike]:
     if vertices is None:
         vertices = getattr(mesh, "points", None)
     faces = getattr(mesh, "cells_dict", {}).get("triangle")
-    for name in ("faces", "triangles"):  # a trimesh has corners as .triangles
+    for name in ("faces", "triangles"):  # trimesh has both
         if faces is None:
             faces = getattr(mesh, name, None)
     if vertices is None or faces is None:

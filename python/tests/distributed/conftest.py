@@ -17,26 +17,13 @@ import dask
 from batch_support import skew_box, write_broken
 from distributed import Client, LocalCluster
 
-_REPOSITORY = Path(__file__).resolve().parents[3]
-
 
 @pytest.fixture(scope="session")
-def program() -> str:
-    """The program ``tesk-orient``, if it is built."""
-    name = "tesk-orient.exe" if os.name == "nt" else "tesk-orient"
-    named = os.environ.get("TESK_ORIENT_PROGRAM")
-    path = Path(named) if named else _REPOSITORY / "build" / "release" / "bin" / name
-    if not path.is_file():
-        pytest.skip(f"{path} is not built")
-    return str(path)
-
-
-@pytest.fixture(scope="session")
-def run_program(program: str) -> Callable[..., int]:
+def run_program(program: Path) -> Callable[..., int]:
     """Runs the program's batch and returns its exit code."""
 
     def run(*arguments: Any, cwd: Path | None = None) -> int:
-        words = [program, "batch", "--together", "--quiet", *map(str, arguments)]
+        words = [str(program), "batch", "--together", "--quiet", *map(str, arguments)]
         return subprocess.run(words, cwd=cwd, stdout=subprocess.DEVNULL, timeout=300).returncode
 
     return run

@@ -94,7 +94,7 @@ def list_inputs(
 
 
 def _listed_url(url: str, wanted: _Wanted) -> Iterator[Input]:
-    import fsspec  # type: ignore[import-untyped]
+    import fsspec
 
     if not (url.endswith("/") or any(c in url for c in "*?[")):
         yield Input(url)

@@ -9,7 +9,7 @@ from collections.abc import Mapping
 from dataclasses import dataclass
 from typing import Any, NamedTuple
 
-import fsspec  # type: ignore[import-untyped]
+import fsspec
 import xxhash
 
 from . import _engine
