@@ -6,6 +6,7 @@ python box_for_packing.py part.stl
 import sys
 
 import numpy as np
+
 import teskorient
 
 # Inner sizes in mm.

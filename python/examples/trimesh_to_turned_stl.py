@@ -5,8 +5,9 @@ python trimesh_to_turned_stl.py turned.stl
 
 import sys
 
-import teskorient
 import trimesh
+
+import teskorient
 
 
 def funnel() -> trimesh.Trimesh:

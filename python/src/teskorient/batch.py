@@ -7,6 +7,7 @@ began.
 from __future__ import annotations
 
 import argparse
+import logging
 import sys
 import time
 from collections.abc import Sequence
@@ -211,6 +212,8 @@ def _run(options: argparse.Namespace, settings: Settings) -> int:
 def main(arguments: Sequence[str] | None = None) -> int:
     """Run the command and return its exit code."""
     options = _parser().parse_args(arguments)
+    # Workers that end or are replaced are no news here: each part's line says what became of it.
+    logging.getLogger("distributed").setLevel(logging.CRITICAL)
     try:
         settings = _settings_of(options)
     except ValueError as error:

@@ -6,6 +6,8 @@ scheduler knows at once, what they are called, and what becomes of a task that e
 
 from __future__ import annotations
 
+import signal
+import threading
 import uuid
 from collections.abc import Callable, Iterable, Iterator
 from contextlib import contextmanager
@@ -13,7 +15,15 @@ from itertools import islice
 from typing import Any
 
 import dask
-from distributed import CancelledError, Client, Future, KilledWorker, LocalCluster, as_completed
+from distributed import (
+    CancelledError,
+    Client,
+    Future,
+    KilledWorker,
+    LocalCluster,
+    WorkerPlugin,
+    as_completed,
+)
 
 from ._lines import display_name
 from ._work import FetchError
@@ -58,7 +68,21 @@ def client_of(
             n_workers=workers, threads_per_worker=1, processes=True, memory_limit=memory_limit
         )
     with cluster, Client(cluster, set_as_default=False) as local:
+        local.register_plugin(_NoInterrupts())
         yield local
+
+
+class _NoInterrupts(WorkerPlugin):
+    """Leaves it to the process that started the workers to end them.
+
+    A terminal's Ctrl-C reaches all of them.
+    """
+
+    name = "tesk-orient-no-interrupts"
+
+    def setup(self, worker: Any) -> None:
+        if threading.current_thread() is threading.main_thread():
+            signal.signal(signal.SIGINT, signal.SIG_IGN)
 
 
 def task_name(path: str) -> str:

@@ -6,6 +6,7 @@ import os
 from pathlib import Path
 
 import pytest
+
 from teskorient.distributed._results import ResultsError, ResultsFile
 
 LINE = b'{"schema":"tesk-orient/batch/1","input":{"path":"a","size":1,"hash":"h"},"status":"ok"}\n'

@@ -7,6 +7,7 @@ import random
 import struct
 
 import pytest
+
 from teskorient.distributed._lines import held_line, input_member, json_text
 from teskorient.distributed._numbers import number_text
 

@@ -14,8 +14,9 @@ from pathlib import Path
 from typing import Any
 
 import pytest
-from batch_support import skew_box, without_times
 from distributed import Client, KilledWorker, LocalCluster
+
+from batch.support import skew_box, without_times
 from teskorient.distributed import VersionError, orient_files
 from teskorient.distributed._inputs import Input
 from teskorient.distributed._run import make_batch, run

@@ -6,6 +6,7 @@ from typing import Any
 
 import numpy as np
 import pytest
+
 from teskorient.distributed._settings import make_settings
 
 

@@ -2,7 +2,6 @@
 
 from __future__ import annotations
 
-import os
 import struct
 import subprocess
 from collections.abc import Callable, Iterator
@@ -14,8 +13,9 @@ import pytest
 pytest.importorskip("distributed")
 
 import dask
-from batch_support import skew_box, write_broken
 from distributed import Client, LocalCluster
+
+from batch.support import skew_box, write_broken
 
 
 @pytest.fixture(scope="session")

@@ -6,6 +6,7 @@ import os
 from pathlib import Path
 
 import pytest
+
 from teskorient.distributed._inputs import glob_pattern, is_url, list_inputs, names_in
 
 
