@@ -8,6 +8,7 @@ from __future__ import annotations
 
 import argparse
 import logging
+import signal
 import sys
 import time
 from collections.abc import Sequence
@@ -25,6 +26,9 @@ _INTERNAL = 1
 _USAGE = 2
 _SOME_FAILED = 5
 _ABORTED = 130
+
+# Workers that end or are replaced are no news: each part's line says what became of it.
+_LOG_LEVEL = logging.CRITICAL
 
 _SYNC_SECONDS = 1.0
 _PROGRESS_SECONDS = 10.0
@@ -168,6 +172,27 @@ def _inputs_of(options: argparse.Namespace) -> list[Input]:
     return list_inputs(given, options.include, options.results)
 
 
+class _Interrupts:
+    """Ctrl-C, heard where nothing is left half done. The second one ends the command at once."""
+
+    def __enter__(self) -> _Interrupts:
+        self._is_heard = False
+        self._before = signal.signal(signal.SIGINT, self._hear)
+        return self
+
+    def __exit__(self, *error: object) -> None:
+        signal.signal(signal.SIGINT, self._before)
+
+    def _hear(self, number: int, frame: object) -> None:
+        if self._is_heard:
+            raise KeyboardInterrupt
+        self._is_heard = True
+
+    def check(self) -> None:
+        if self._is_heard:
+            raise KeyboardInterrupt
+
+
 def _write_all(
     options: argparse.Namespace, batch: Batch, inputs: list[Input], results: ResultsFile
 ) -> _Counts:
@@ -175,8 +200,10 @@ def _write_all(
     screen = _Screen(options.quiet)
     synced = time.monotonic()
     try:
-        with client_of(options.scheduler, options.jobs, options.memory_limit) as client:
-            for answer in run(client, batch, inputs):
+        where = (options.scheduler, options.jobs, options.memory_limit, _LOG_LEVEL)
+        with _Interrupts() as interrupts, client_of(*where) as client:
+            for answer in run(client, batch, inputs, interrupts.check):
+                interrupts.check()
                 if answer.line is not None:
                     results.append(answer.line)
                     if answer.status != "ok":
@@ -212,8 +239,7 @@ def _run(options: argparse.Namespace, settings: Settings) -> int:
 def main(arguments: Sequence[str] | None = None) -> int:
     """Run the command and return its exit code."""
     options = _parser().parse_args(arguments)
-    # Workers that end or are replaced are no news here: each part's line says what became of it.
-    logging.getLogger("distributed").setLevel(logging.CRITICAL)
+    logging.getLogger("distributed").setLevel(_LOG_LEVEL)
     try:
         settings = _settings_of(options)
     except ValueError as error:

@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from collections.abc import Iterable, Iterator, Mapping
+from collections.abc import Callable, Iterable, Iterator, Mapping
 from typing import Any, NamedTuple
 
 from distributed import Client, KilledWorker
@@ -53,8 +53,13 @@ def make_batch(settings: Settings, held: Iterable[Held] = (), retry_failed: bool
     return Batch(settings, settings_hash, version, HeldLines(held, settings_hash, retry_failed))
 
 
-def run(client: Client, batch: Batch, inputs: Iterable[Input]) -> Iterator[Answer]:
-    """One answer for each input, in the order in which they end."""
+def run(
+    client: Client,
+    batch: Batch,
+    inputs: Iterable[Input],
+    check: Callable[[], None] = lambda: None,
+) -> Iterator[Answer]:
+    """One answer for each input, in the order in which they end; `check` as of `Spreader`."""
     refused: list[Answer] = []
 
     def jobs() -> Iterator[Job]:
@@ -66,7 +71,8 @@ def run(client: Client, batch: Batch, inputs: Iterable[Input]) -> Iterator[Answe
             else:
                 yield job
 
-    for job, outcome in Spreader(client, work, lambda job: task_name(job.path)).run(jobs()):
+    spreader = Spreader(client, work, lambda job: task_name(job.path), check)
+    for job, outcome in spreader.run(jobs()):
         yield from _taken(refused)
         yield outcome if isinstance(outcome, Answer) else _answer_for(client, job, outcome)
     yield from _taken(refused)

@@ -6,6 +6,7 @@ scheduler knows at once, what they are called, and what becomes of a task that e
 
 from __future__ import annotations
 
+import logging
 import signal
 import threading
 import uuid
@@ -36,6 +37,7 @@ _MOST_TASKS = 8192
 # How often Dask runs a task again whose file could not be fetched.
 _RETRIES = 2
 _LONGEST_NAME = 80
+_CHECK_SECONDS = 0.1
 _OF_ONE_JOB = (KilledWorker, FetchError)
 
 
@@ -45,11 +47,14 @@ class ClusterError(RuntimeError):
 
 @contextmanager
 def client_of(
-    client: ClientLike, workers: int | None, memory_limit: str | float | None
+    client: ClientLike,
+    workers: int | None,
+    memory_limit: str | float | None,
+    log_level: int = logging.WARNING,
 ) -> Iterator[Client]:
     """The given client, one for an address, or one of a new local cluster.
 
-    What was made here is closed.
+    What was made here is closed. The level is that of a new cluster's log.
     """
     if isinstance(client, Client):
         if client.asynchronous:
@@ -65,7 +70,11 @@ def client_of(
     # A worker is handed a part when it has nothing else: one that ends its process takes no other along.
     with dask.config.set({"distributed.scheduler.worker-saturation": 1.0}):
         cluster = LocalCluster(
-            n_workers=workers, threads_per_worker=1, processes=True, memory_limit=memory_limit
+            n_workers=workers,
+            threads_per_worker=1,
+            processes=True,
+            memory_limit=memory_limit,
+            silence_logs=log_level,
         )
     with cluster, Client(cluster, set_as_default=False) as local:
         local.register_plugin(_NoInterrupts())
@@ -102,10 +111,16 @@ class Spreader:
         Runs on a worker with one job.
     name_of
         The task's name for people.
+    check
+        Called about ten times a second while there is nothing to yield. What it raises ends the run.
     """
 
     def __init__(
-        self, client: Client, work: Callable[[Any], Any], name_of: Callable[[Any], str]
+        self,
+        client: Client,
+        work: Callable[[Any], Any],
+        name_of: Callable[[Any], str],
+        check: Callable[[], None] = lambda: None,
     ) -> None:
         self._client = client
         self._work = work
@@ -114,6 +129,7 @@ class Spreader:
         self._count = 0
         self._pending: dict[str, tuple[Future[Any], Any]] = {}
         self._ended = as_completed([], loop=client.loop)
+        self._check = check
 
     def run(self, jobs: Iterable[Any]) -> Iterator[tuple[Any, Any]]:
         """Each job with its outcome as it ends.
@@ -140,7 +156,8 @@ class Spreader:
         most = window()
         self._submit(list(islice(jobs, most)))
         while self._pending:
-            batch = [self._pending.pop(str(future.key)) for future in self._ended.next_batch()]
+            ended = self._next_batch()
+            batch = [self._pending.pop(str(future.key)) for future in ended]
             outcomes = self._outcomes([future for future, _ in batch])
             for future, _ in batch:
                 future.release()
@@ -150,6 +167,13 @@ class Spreader:
                 most = window()
                 self._submit(list(islice(jobs, most - len(self._pending))))
             yield from zip((job for _, job in batch), outcomes, strict=False)
+
+    def _next_batch(self) -> list[Future[Any]]:
+        while not self._ended.has_ready():
+            self._check()
+            with self._ended.thread_condition:
+                self._ended.thread_condition.wait(timeout=_CHECK_SECONDS)
+        return list(self._ended.next_batch())
 
     def _window(self) -> int:
         threads = int(sum(self._client.nthreads().values()))
