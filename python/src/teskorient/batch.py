@@ -7,10 +7,12 @@ began.
 from __future__ import annotations
 
 import argparse
+import logging
+import signal
 import sys
 import time
+from collections.abc import Sequence
 from dataclasses import dataclass
-from typing import Optional, Sequence
 
 from teskorient.distributed import ClusterError, VersionError
 from teskorient.distributed._inputs import Input, list_inputs, names_in
@@ -24,6 +26,9 @@ _INTERNAL = 1
 _USAGE = 2
 _SOME_FAILED = 5
 _ABORTED = 130
+
+# Workers that end or are replaced are no news: each part's line says what became of it.
+_LOG_LEVEL = logging.CRITICAL
 
 _SYNC_SECONDS = 1.0
 _PROGRESS_SECONDS = 10.0
@@ -43,19 +48,40 @@ def _parser() -> argparse.ArgumentParser:
         epilog=_EPILOG,
     )
     add = parser.add_argument
-    add("inputs", metavar="INPUT", nargs="+", help="files, folders, URLs, URL patterns such as "
-        "s3://parts/*.stl, URL folders that end in /, or - for a list of them on standard input")
+    add(
+        "inputs",
+        metavar="INPUT",
+        nargs="+",
+        help="files, folders, URLs, URL patterns such as "
+        "s3://parts/*.stl, URL folders that end in /, or - for a list of them on standard input",
+    )
     add("--results", required=True, metavar="FILE", help="gets one line of JSON for each part")
-    add("--scheduler", metavar="ADDRESS", help="of a Dask cluster, as tcp://head:8786; without it, "
-        "processes on this machine")
-    add("--resume", action="store_true", help="skip parts that the results hold for the same content "
-        "and settings")
+    add(
+        "--scheduler",
+        metavar="ADDRESS",
+        help="of a Dask cluster, as tcp://head:8786; without it, processes on this machine",
+    )
+    add(
+        "--resume",
+        action="store_true",
+        help="skip parts that the results hold for the same content and settings",
+    )
     add("--retry-failed", action="store_true", help="with --resume: but not those that failed")
-    add("--include", action="append", default=[], metavar="PATTERN", help="take the files of folders "
-        "that match, as '*.stl' or 'left/**/v?.obj'")
+    add(
+        "--include",
+        action="append",
+        default=[],
+        metavar="PATTERN",
+        help="take the files of folders that match, as '*.stl' or 'left/**/v?.obj'",
+    )
     add("--jobs", type=_positive, metavar="N", help="processes on this machine [all processors]")
-    add("--memory-limit", default="auto", metavar="SIZE", help="of each of them, as 2GiB; one that "
-        "exceeds it is replaced [its share of the machine's]")
+    add(
+        "--memory-limit",
+        default="auto",
+        metavar="SIZE",
+        help="of each of them, as 2GiB; one that "
+        "exceeds it is replaced [its share of the machine's]",
+    )
     add("-q", "--quiet", action="store_true", help="no progress and no failures on the screen")
     part = parser.add_argument_group("settings, as of tesk-orient orient")
     part.add_argument("--goal", choices=GOALS)
@@ -146,6 +172,27 @@ def _inputs_of(options: argparse.Namespace) -> list[Input]:
     return list_inputs(given, options.include, options.results)
 
 
+class _Interrupts:
+    """Ctrl-C, heard where nothing is left half done. The second one ends the command at once."""
+
+    def __enter__(self) -> _Interrupts:
+        self._is_heard = False
+        self._before = signal.signal(signal.SIGINT, self._hear)
+        return self
+
+    def __exit__(self, *error: object) -> None:
+        signal.signal(signal.SIGINT, self._before)
+
+    def _hear(self, number: int, frame: object) -> None:
+        if self._is_heard:
+            raise KeyboardInterrupt
+        self._is_heard = True
+
+    def check(self) -> None:
+        if self._is_heard:
+            raise KeyboardInterrupt
+
+
 def _write_all(
     options: argparse.Namespace, batch: Batch, inputs: list[Input], results: ResultsFile
 ) -> _Counts:
@@ -153,8 +200,10 @@ def _write_all(
     screen = _Screen(options.quiet)
     synced = time.monotonic()
     try:
-        with client_of(options.scheduler, options.jobs, options.memory_limit) as client:
-            for answer in run(client, batch, inputs):
+        where = (options.scheduler, options.jobs, options.memory_limit, _LOG_LEVEL)
+        with _Interrupts() as interrupts, client_of(*where) as client:
+            for answer in run(client, batch, inputs, interrupts.check):
+                interrupts.check()
                 if answer.line is not None:
                     results.append(answer.line)
                     if answer.status != "ok":
@@ -187,9 +236,10 @@ def _run(options: argparse.Namespace, settings: Settings) -> int:
     return _SOME_FAILED
 
 
-def main(arguments: Optional[Sequence[str]] = None) -> int:
+def main(arguments: Sequence[str] | None = None) -> int:
     """Run the command and return its exit code."""
     options = _parser().parse_args(arguments)
+    logging.getLogger("distributed").setLevel(_LOG_LEVEL)
     try:
         settings = _settings_of(options)
     except ValueError as error:

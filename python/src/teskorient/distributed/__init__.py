@@ -11,7 +11,8 @@ from __future__ import annotations
 
 import json
 import os
-from typing import Any, Generator, Iterable, Iterator, Mapping, Optional, Sequence, Union
+from collections.abc import Generator, Iterable, Iterator, Mapping, Sequence
+from typing import Any
 
 try:
     from distributed import Client
@@ -29,20 +30,20 @@ from ._work import VersionError
 
 __all__ = ["ClusterError", "VersionError", "orient_files"]
 
-Path = Union[str, bytes, "os.PathLike[str]", "os.PathLike[bytes]"]
+Path = str | bytes | os.PathLike[str] | os.PathLike[bytes]
 
 
 def orient_files(
     files: Iterable[Path],
-    client: Union[Client, str, None] = None,
+    client: Client | str | None = None,
     *,
-    goal: Optional[str] = None,
-    overhang_angle: Optional[Number] = None,
-    fits: Union[str, Sequence[Number], None] = None,
-    keep_off: Union[str, Iterable[KeepOff], None] = None,
-    unit: Optional[str] = None,
-    workers: Optional[int] = None,
-    memory_limit: Union[str, float, None] = "auto",
+    goal: str | None = None,
+    overhang_angle: Number | None = None,
+    fits: str | Sequence[Number] | None = None,
+    keep_off: str | Iterable[KeepOff] | None = None,
+    unit: str | None = None,
+    workers: int | None = None,
+    memory_limit: str | float | None = "auto",
     finished: Iterable[Mapping[str, Any]] = (),
     retry_failed: bool = False,
 ) -> Generator[dict[str, Any], None, None]:
@@ -129,8 +130,8 @@ def _yielded(
     batch: Batch,
     inputs: Iterator[Input],
     client: ClientLike,
-    workers: Optional[int],
-    memory_limit: Union[str, float, None],
+    workers: int | None,
+    memory_limit: str | float | None,
 ) -> Generator[dict[str, Any], None, None]:
     with client_of(client, workers, memory_limit) as cluster:
         for answer in run(cluster, batch, inputs):

@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Any, Optional
+from typing import Any
 
 import teskorient
 from teskorient import NoPoseError, Part, PartFileError
@@ -27,9 +27,11 @@ def version() -> str:
     return teskorient.__version__
 
 
-def report(path: str, content: Optional[bytes], settings: Settings, is_url: bool) -> dict[str, Any]:
-    """Read a file, or what a URL holds, and orient the part. One thread works, as others have parts
-    of their own."""
+def report(path: str, content: bytes | None, settings: Settings, is_url: bool) -> dict[str, Any]:
+    """Read a file, or what a URL holds, and orient the part.
+
+    One thread works, as others have parts of their own.
+    """
     name = display_name(path)
     try:
         if is_url:
@@ -47,7 +49,7 @@ def report(path: str, content: Optional[bytes], settings: Settings, is_url: bool
         raise Failure("no-pose", f"{name}: {error}") from None
 
 
-def _part_at_url(url: str, content: Optional[bytes], settings: Settings) -> Part:
+def _part_at_url(url: str, content: bytes | None, settings: Settings) -> Part:
     name = display_name(url)
     extension = _extension_of(url)
     if extension not in _EXTENSIONS:
@@ -78,7 +80,9 @@ def _refuse_no_surface(part: Part, name: str) -> None:
     count = len(part.faces)
     if part.check.degenerate_triangles < count:
         return
-    trouble = "its one triangle has no area" if count == 1 else (
-        f"none of its {count} triangles has an area"
+    trouble = (
+        "its one triangle has no area"
+        if count == 1
+        else (f"none of its {count} triangles has an area")
     )
     raise Failure("cannot-read", f"{name}: has no surface: {trouble}")

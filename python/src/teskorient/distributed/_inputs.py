@@ -5,8 +5,8 @@ from __future__ import annotations
 import os
 import re
 import stat
+from collections.abc import Iterable, Iterator, Sequence
 from dataclasses import dataclass
-from typing import Iterable, Iterator, Optional, Sequence
 
 _FORMATS = ("*.stl", "*.obj", "*.ply", "*.off", "*.3mf")
 _URL = re.compile(r"[A-Za-z][A-Za-z0-9+.-]*(://|::)")
@@ -33,7 +33,9 @@ def names_in(listing: bytes) -> list[str]:
 def glob_pattern(pattern: str) -> re.Pattern[str]:
     """``*`` stays within a folder, ``**`` does not; the case of ASCII letters does not matter."""
     tokens = re.findall(r"\*\*|\*|\?|\[[!^]?.[^\]]*\]|.", pattern, re.DOTALL)
-    return re.compile("".join(map(_expression_of, tokens)) + r"\Z", re.DOTALL | re.IGNORECASE | re.ASCII)
+    return re.compile(
+        "".join(map(_expression_of, tokens)) + r"\Z", re.DOTALL | re.IGNORECASE | re.ASCII
+    )
 
 
 def _expression_of(token: str) -> str:
@@ -71,7 +73,7 @@ def _alternatives(text: str) -> list[tuple[bool, re.Pattern[str]]]:
 def list_inputs(
     given: Iterable[str],
     include: Sequence[str] = (),
-    results: Optional[str] = None,
+    results: str | None = None,
 ) -> list[Input]:
     """The files, each once, in the order given; those of a folder by their names' bytes.
 
@@ -118,7 +120,7 @@ def _listed(path: str, wanted: _Wanted) -> Iterator[Input]:
     yield Input(path, "" if is_sound else "is not a regular file")
 
 
-def _mode_of(path: str) -> Optional[int]:
+def _mode_of(path: str) -> int | None:
     try:
         return os.stat(path).st_mode
     except (OSError, ValueError):

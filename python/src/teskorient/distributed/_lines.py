@@ -7,8 +7,9 @@ from __future__ import annotations
 
 import json
 import re
+from collections.abc import Mapping
 from json.encoder import encode_basestring
-from typing import Any, Mapping, NamedTuple, Optional
+from typing import Any, NamedTuple
 from urllib.parse import unquote_to_bytes
 
 from ._numbers import number_text
@@ -16,9 +17,7 @@ from ._numbers import number_text
 SCHEMA = "tesk-orient/batch/1"
 OUT_OF_MEMORY = "out-of-memory"
 
-_PLAIN_BYTES = frozenset(
-    b"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/"
-)
+_PLAIN_BYTES = frozenset(b"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~/")
 _SURROGATE = re.compile("[\ud800-\udfff]")
 
 
@@ -74,7 +73,7 @@ def json_text(value: Any) -> str:
     return "[" + ",".join(map(json_text, value)) + "]"
 
 
-def input_member(path: str, identity: Optional[Identity]) -> dict[str, Any]:
+def input_member(path: str, identity: Identity | None) -> dict[str, Any]:
     member: dict[str, Any] = {"path": display_name(path)}
     if member["path"] != path:
         member["pathBytes"] = percent_encoded(path_bytes(path))
@@ -85,11 +84,11 @@ def input_member(path: str, identity: Optional[Identity]) -> dict[str, Any]:
 
 def entry(
     path: str,
-    identity: Optional[Identity],
+    identity: Identity | None,
     settings_hash: str,
     outcome: Mapping[str, Any],
-    seconds: Optional[float] = None,
-    peak_memory: Optional[int] = None,
+    seconds: float | None = None,
+    peak_memory: int | None = None,
 ) -> dict[str, Any]:
     """One line's object. The outcome is what :func:`success` or :func:`failure` made."""
     return {
@@ -117,7 +116,7 @@ def _text_at(value: Any, name: str) -> str:
     return text if isinstance(text, str) else ""
 
 
-def held_line(line: bytes) -> Optional[Held]:
+def held_line(line: bytes) -> Held | None:
     """What a line says; None if it is no line of a results file."""
     try:
         value = json.loads(line)
@@ -127,5 +126,9 @@ def held_line(line: bytes) -> Optional[Held]:
         return None
     given = value["input"]
     encoded = _text_at(given, "pathBytes")
-    path = unquote_to_bytes(encoded) if encoded else _text_at(given, "path").encode("utf-8", "replace")
-    return Held(path, _text_at(given, "hash"), _text_at(value, "settingsHash"), _text_at(value, "status"))
+    path = (
+        unquote_to_bytes(encoded) if encoded else _text_at(given, "path").encode("utf-8", "replace")
+    )
+    return Held(
+        path, _text_at(given, "hash"), _text_at(value, "settingsHash"), _text_at(value, "status")
+    )

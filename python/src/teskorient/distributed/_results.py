@@ -5,8 +5,8 @@ from __future__ import annotations
 import os
 import signal
 import threading
+from collections.abc import Iterator
 from contextlib import contextmanager
-from typing import Iterator, Optional
 
 from ._lines import Held, held_line
 
@@ -131,7 +131,7 @@ class ResultsFile:
             pass  # some network file systems have no locks
 
     def _read_held(self) -> None:
-        unread: Optional[int] = None
+        unread: int | None = None
         with open(self._path, "rb") as file:
             for number, text in enumerate(file, start=1):
                 if unread is not None:

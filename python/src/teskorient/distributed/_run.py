@@ -2,7 +2,8 @@
 
 from __future__ import annotations
 
-from typing import Any, Iterable, Iterator, Mapping, NamedTuple, Optional
+from collections.abc import Callable, Iterable, Iterator, Mapping
+from typing import Any, NamedTuple
 
 from distributed import Client, KilledWorker
 
@@ -46,16 +47,19 @@ class Batch(NamedTuple):
         return Job(path, self.settings, self.settings_hash, self.version, self.held.of(path))
 
 
-def make_batch(
-    settings: Settings, held: Iterable[Held] = (), retry_failed: bool = False
-) -> Batch:
+def make_batch(settings: Settings, held: Iterable[Held] = (), retry_failed: bool = False) -> Batch:
     version = _engine.version()
     settings_hash = settings.hash(version)
     return Batch(settings, settings_hash, version, HeldLines(held, settings_hash, retry_failed))
 
 
-def run(client: Client, batch: Batch, inputs: Iterable[Input]) -> Iterator[Answer]:
-    """One answer for each input, in the order in which they end."""
+def run(
+    client: Client,
+    batch: Batch,
+    inputs: Iterable[Input],
+    check: Callable[[], None] = lambda: None,
+) -> Iterator[Answer]:
+    """One answer for each input, in the order in which they end; `check` as of `Spreader`."""
     refused: list[Answer] = []
 
     def jobs() -> Iterator[Job]:
@@ -67,7 +71,8 @@ def run(client: Client, batch: Batch, inputs: Iterable[Input]) -> Iterator[Answe
             else:
                 yield job
 
-    for job, outcome in Spreader(client, work, lambda job: task_name(job.path)).run(jobs()):
+    spreader = Spreader(client, work, lambda job: task_name(job.path), check)
+    for job, outcome in spreader.run(jobs()):
         yield from _taken(refused)
         yield outcome if isinstance(outcome, Answer) else _answer_for(client, job, outcome)
     yield from _taken(refused)
@@ -88,10 +93,10 @@ def _answer_for(client: Client, job: Job, error: Exception) -> Answer:
     return answer(job, _identity_there(client, job), failure("crashed", text))
 
 
-def _identity_there(client: Client, job: Job) -> Optional[Identity]:
+def _identity_there(client: Client, job: Job) -> Identity | None:
     """Where the workers are, as the file may be nowhere else."""
     try:
-        found: Optional[Identity] = client.submit(identify, job.path, pure=False).result()
+        found: Identity | None = client.submit(identify, job.path, pure=False).result()
         return found
     except Exception:
         return None

@@ -3,8 +3,9 @@
 from __future__ import annotations
 
 import math
+from collections.abc import Iterable, Sequence
 from dataclasses import dataclass
-from typing import Any, Iterable, Optional, Sequence, Union
+from typing import Any
 
 import numpy as np
 import xxhash
@@ -14,20 +15,20 @@ from ._lines import json_text
 GOALS = ("balanced", "least-support")
 UNITS = ("mm", "cm", "m", "inch", "foot", "micron")
 
-Number = Union[int, float, str]
+Number = int | float | str
 Direction = Sequence[Number]
-KeepOff = Union[str, Direction, "tuple[Direction, Number]"]
+KeepOff = str | Direction | tuple[Direction, Number]
 
 
 @dataclass(frozen=True)
 class Settings:
     """What decides the results, as the program takes it on its command line."""
 
-    goal: Optional[str] = None
-    overhang_angle: Optional[str] = None
-    fits: Optional[str] = None
+    goal: str | None = None
+    overhang_angle: str | None = None
+    fits: str | None = None
     keep_off: tuple[str, ...] = ()
-    unit: Optional[str] = None
+    unit: str | None = None
 
     @property
     def arguments(self) -> list[str]:
@@ -70,11 +71,11 @@ def content_hash(content: bytes) -> str:
 
 
 def make_settings(
-    goal: Optional[str] = None,
-    overhang_angle: Optional[Number] = None,
-    fits: Union[str, Sequence[Number], None] = None,
-    keep_off: Union[str, Iterable[KeepOff], None] = None,
-    unit: Optional[str] = None,
+    goal: str | None = None,
+    overhang_angle: Number | None = None,
+    fits: str | Sequence[Number] | None = None,
+    keep_off: str | Iterable[KeepOff] | None = None,
+    unit: str | None = None,
 ) -> Settings:
     """Checks settings and brings them into the program's words.
 
@@ -133,7 +134,7 @@ def _rule_text(rule: KeepOff) -> str:
     return ",".join(_text(value) for value in rule)  # type: ignore[arg-type]
 
 
-def _rule_in(text: str) -> tuple[tuple[float, ...], Optional[float]]:
+def _rule_in(text: str) -> tuple[tuple[float, ...], float | None]:
     """A direction, and the angle around it if one is given."""
     words, colon, angle_text = text.partition(":")
     direction = _numbers_in(words, ",")

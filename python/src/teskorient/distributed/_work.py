@@ -5,8 +5,9 @@ from __future__ import annotations
 import os
 import stat
 import time
+from collections.abc import Mapping
 from dataclasses import dataclass
-from typing import Any, Mapping, NamedTuple, Optional
+from typing import Any, NamedTuple
 
 import fsspec
 import xxhash
@@ -35,7 +36,7 @@ class Answer(NamedTuple):
     """A line with its line feed, or none if one is held already. The other members are for progress."""
 
     status: str
-    line: Optional[bytes]
+    line: bytes | None
     error: str = ""
 
 
@@ -64,10 +65,10 @@ def work(job: Job) -> Answer:
 
 def answer(
     job: Job,
-    identity: Optional[Identity],
+    identity: Identity | None,
     outcome: Mapping[str, Any],
-    seconds: Optional[float] = None,
-    peak_memory: Optional[int] = None,
+    seconds: float | None = None,
+    peak_memory: int | None = None,
 ) -> Answer:
     """The line of a file that came to this outcome."""
     line = entry(job.path, identity, job.settings_hash, outcome, seconds, peak_memory)
@@ -75,7 +76,7 @@ def answer(
     return Answer(outcome["status"], (json_text(line) + "\n").encode(), error)
 
 
-def identify(path: str) -> Optional[Identity]:
+def identify(path: str) -> Identity | None:
     """Size and hash of a file or of what a URL holds; None if it cannot be read. Keeps little of it."""
     try:
         with _opened(path) as file:
@@ -98,7 +99,7 @@ def _opened(path: str) -> Any:
     return open(path, "rb")
 
 
-def _content_of(path: str) -> tuple[Optional[bytes], Optional[Identity]]:
+def _content_of(path: str) -> tuple[bytes | None, Identity | None]:
     """What a URL holds; of a file, which the library reads itself, only the identity."""
     if not is_url(path):
         return None, identify(path)
@@ -115,7 +116,7 @@ def _content_of(path: str) -> tuple[Optional[bytes], Optional[Identity]]:
     return content, Identity(len(content), content_hash(content))
 
 
-def _outcome(job: Job, content: Optional[bytes]) -> dict[str, Any]:
+def _outcome(job: Job, content: bytes | None) -> dict[str, Any]:
     name = display_name(job.path)
     try:
         return success(_engine.report(job.path, content, job.settings, is_url(job.path)))
@@ -135,7 +136,7 @@ def _reset_peak_memory() -> None:
         pass
 
 
-def _peak_memory() -> Optional[int]:
+def _peak_memory() -> int | None:
     """The most memory that this process held since the last reset; on macOS since it was started."""
     try:
         with open("/proc/self/status", "rb") as file:

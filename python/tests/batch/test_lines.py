@@ -47,7 +47,7 @@ def test_every_number_reads_back() -> None:
 
 
 def test_texts_are_escaped_as_the_program_does() -> None:
-    assert json_text({"a\n": ["\x01\x7f\"\\/", "Größe", True, None, -3]}) == (
+    assert json_text({"a\n": ['\x01\x7f"\\/', "Größe", True, None, -3]}) == (
         '{"a\\n":["\\u0001\x7f\\"\\\\/","Größe",true,null,-3]}'
     )
 

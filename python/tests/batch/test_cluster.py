@@ -7,18 +7,19 @@ import os
 import signal
 import time
 from collections import Counter
+from collections.abc import Callable, Iterator
 from itertools import count
 from multiprocessing import active_children
 from pathlib import Path
-from typing import Any, Callable, Iterator
+from typing import Any
 
 import pytest
-from batch_support import skew_box, without_times
 from distributed import Client, KilledWorker, LocalCluster
 
+from batch.support import skew_box, without_times
 from teskorient.distributed import VersionError, orient_files
-from teskorient.distributed._run import make_batch, run
 from teskorient.distributed._inputs import Input
+from teskorient.distributed._run import make_batch, run
 from teskorient.distributed._settings import make_settings
 from teskorient.distributed._spread import Spreader
 from teskorient.distributed._work import FetchError, work
@@ -112,7 +113,7 @@ def test_files_are_opened_by_fsspec(client: Client, parts: Path) -> None:
     urls = [(parts / name).as_uri() for name in names]
     lines = {line["input"]["path"]: line for line in orient_files(urls, client)}
     assert sorted(lines) == sorted(urls)
-    for name, url in zip(names, urls):
+    for name, url in zip(names, urls, strict=False):
         expected = json.loads(alone(str(parts / name)))
         line = lines[url]
         assert line["input"]["hash"] == expected["input"]["hash"]
@@ -215,7 +216,10 @@ def test_a_job_that_ends_workers_takes_no_other_job_along(client: Client) -> Non
 
     outcomes = dict(Spreader(client, deadly, str).run(range(40)))
     assert sorted(outcomes) == list(range(40))
-    assert {job for job, outcome in outcomes.items() if isinstance(outcome, KilledWorker)} == {3, 17}
+    assert {job for job, outcome in outcomes.items() if isinstance(outcome, KilledWorker)} == {
+        3,
+        17,
+    }
 
 
 @pytest.mark.skipif(os.name != "posix", reason="kills processes by a signal")

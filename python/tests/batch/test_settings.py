@@ -20,13 +20,21 @@ from teskorient.distributed._settings import make_settings
         ({"fits": (250, 210.5, "9")}, ["--fits=250x210.5x9", "--together"]),
         (
             {"unit": "inch", "goal": "balanced", "keep_off": [(0, 0, 1), ((1, 0, 0), 30)]},
-            ["--goal=balanced", "--keep-off=0,0,1", "--keep-off=1,0,0:30", "--together", "--units=inch"],
+            [
+                "--goal=balanced",
+                "--keep-off=0,0,1",
+                "--keep-off=1,0,0:30",
+                "--together",
+                "--units=inch",
+            ],
         ),
         ({"keep_off": "0,0,1:30"}, ["--keep-off=0,0,1:30", "--together"]),
         ({"keep_off": np.eye(3)[2:]}, ["--keep-off=0,0,1", "--together"]),
     ],
 )
-def test_settings_are_the_programs_arguments(keywords: dict[str, Any], arguments: list[str]) -> None:
+def test_settings_are_the_programs_arguments(
+    keywords: dict[str, Any], arguments: list[str]
+) -> None:
     assert make_settings(**keywords).arguments == arguments
 
 

@@ -2,39 +2,28 @@
 
 from __future__ import annotations
 
-import os
 import struct
 import subprocess
+from collections.abc import Callable, Iterator
 from pathlib import Path
-from typing import Any, Callable, Iterator, Optional
+from typing import Any
 
 import pytest
 
 pytest.importorskip("distributed")
 
-import dask  # noqa: E402
-from batch_support import skew_box, write_broken  # noqa: E402
-from distributed import Client, LocalCluster  # noqa: E402
+import dask
+from distributed import Client, LocalCluster
 
-_REPOSITORY = Path(__file__).resolve().parents[3]
-
-@pytest.fixture(scope="session")
-def program() -> str:
-    """The program ``tesk-orient``, if it is built."""
-    name = "tesk-orient.exe" if os.name == "nt" else "tesk-orient"
-    named = os.environ.get("TESK_ORIENT_PROGRAM")
-    path = Path(named) if named else _REPOSITORY / "build" / "release" / "bin" / name
-    if not path.is_file():
-        pytest.skip(f"{path} is not built")
-    return str(path)
+from batch.support import skew_box, write_broken
 
 
 @pytest.fixture(scope="session")
-def run_program(program: str) -> Callable[..., int]:
+def run_program(program: Path) -> Callable[..., int]:
     """Runs the program's batch and returns its exit code."""
 
-    def run(*arguments: Any, cwd: Optional[Path] = None) -> int:
-        words = [program, "batch", "--together", "--quiet", *map(str, arguments)]
+    def run(*arguments: Any, cwd: Path | None = None) -> int:
+        words = [str(program), "batch", "--together", "--quiet", *map(str, arguments)]
         return subprocess.run(words, cwd=cwd, stdout=subprocess.DEVNULL, timeout=300).returncode
 
     return run
@@ -69,6 +58,8 @@ def parts(tmp_path: Path) -> Path:
         (folder / f"box{index}.stl").write_bytes(skew_box(index))
     (folder / "deep" / "a b.STL").write_bytes(skew_box(7))
     (folder / "deep" / "Größe.stl").write_bytes(skew_box(8))
-    (folder / "open.stl").write_bytes(skew_box(9)[:80] + struct.pack("<I", 11) + skew_box(9)[84:-50])
+    (folder / "open.stl").write_bytes(
+        skew_box(9)[:80] + struct.pack("<I", 11) + skew_box(9)[84:-50]
+    )
     write_broken(folder)
     return folder

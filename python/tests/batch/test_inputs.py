@@ -67,7 +67,9 @@ def test_urls_are_listed_by_fsspec() -> None:
     for name in ["/parts/a.stl", "/parts/deep/b.obj", "/parts/c.txt"]:
         files.pipe(name, b"")
     try:
-        assert [one.path for one in list_inputs(["memory://parts/*.stl"])] == ["memory:///parts/a.stl"]
+        assert [one.path for one in list_inputs(["memory://parts/*.stl"])] == [
+            "memory:///parts/a.stl"
+        ]
         found = [one.path for one in list_inputs(["memory://parts/", "memory://parts/none.stl"])]
         assert found == [
             "memory:///parts/a.stl",

@@ -9,12 +9,17 @@ import signal
 import subprocess
 import sys
 import time
+from collections.abc import Callable
 from pathlib import Path
-from typing import Any, Callable
+from typing import Any
 
+import dask
 import pytest
-from batch_support import lines_in, skew_box
 from distributed import LocalCluster
+
+from batch.support import lines_in, skew_box
+from conftest import sample_meshes
+from teskorient.batch import main
 
 RunProgram = Callable[..., int]
 
@@ -25,12 +30,9 @@ def command(*arguments: Any) -> list[str]:
 
 def run_python(*arguments: Any, cwd: Path) -> subprocess.CompletedProcess[str]:
     words = command(*arguments)
-    # A scheduler that is not there is given up soon.
-    environment = {**os.environ, "DASK_DISTRIBUTED__COMM__TIMEOUTS__CONNECT": "3s"}
     return subprocess.run(
         words,
         cwd=cwd,
-        env=environment,
         capture_output=True,
         text=True,
         encoding="utf-8",
@@ -43,7 +45,15 @@ def scheduler(cluster: LocalCluster) -> str:
     return str(cluster.scheduler_address)
 
 
-SETTINGS = ("--fits", "90x90x90", "--keep-off", "0,0,1:30", "--keep-off=1,0,0", "--overhang-angle", "50.0")
+SETTINGS = (
+    "--fits",
+    "90x90x90",
+    "--keep-off",
+    "0,0,1:30",
+    "--keep-off=1,0,0",
+    "--overhang-angle",
+    "50.0",
+)
 
 
 @pytest.mark.parametrize(
@@ -56,7 +66,10 @@ SETTINGS = ("--fits", "90x90x90", "--keep-off", "0,0,1:30", "--keep-off=1,0,0", 
     ],
 )
 def test_the_lines_are_those_of_the_program(
-    scheduler: str, run_program: RunProgram, parts: Path, settings: tuple[str, ...]
+    run_program: RunProgram,
+    parts: Path,
+    settings: tuple[str, ...],
+    monkeypatch: pytest.MonkeyPatch,
 ) -> None:
     folder = parts.parent
     if os.name == "posix":
@@ -64,9 +77,22 @@ def test_the_lines_are_those_of_the_program(
     given = ("parts", "absent.stl", "parts/notes.txt", "./parts/deep/")
     run_program(*given, "--results", "program.jsonl", *settings, cwd=folder)
 
-    made = run_python(*given, "--results", "python.jsonl", *settings, "--jobs", 2, cwd=folder)
-    assert made.returncode == 5
+    monkeypatch.chdir(folder)  # the workers of a new cluster are started there, too
+    assert main([*given, "--results", "python.jsonl", *settings, "--jobs", "2"]) == 5
     assert lines_in(folder / "python.jsonl") == lines_in(folder / "program.jsonl")
+
+
+def test_the_sample_meshes_have_the_programs_lines(
+    run_program: RunProgram, scheduler: str, tmp_path: Path
+) -> None:
+    meshes = sample_meshes()
+    if not meshes:
+        pytest.skip("there are no sample meshes")
+    folder = meshes[0].parent
+    program, python = tmp_path / "program.jsonl", tmp_path / "python.jsonl"
+    expected = run_program(folder, "--results", program)
+    assert main([str(folder), "--results", str(python), "--scheduler", scheduler]) == expected
+    assert lines_in(python) == lines_in(program)
 
 
 def test_either_goes_on_with_what_the_other_began(
@@ -100,12 +126,15 @@ def test_either_goes_on_with_what_the_other_began(
     assert lines_in(half) == lines_in(other)
 
 
-def test_exit_codes(scheduler: str, parts: Path) -> None:
+def test_exit_codes(
+    scheduler: str, parts: Path, monkeypatch: pytest.MonkeyPatch, capfd: pytest.CaptureFixture[str]
+) -> None:
     folder = parts.parent
+    monkeypatch.chdir(folder)
     box = parts / "box0.stl"
 
     def code(*arguments: Any) -> int:
-        return run_python(*arguments, "--scheduler", scheduler, cwd=folder).returncode
+        return main([*map(str, arguments), "--scheduler", scheduler])
 
     assert code(box, "--results", "a.jsonl") == 0
     assert code(box, "--results", "a.jsonl") == 4
@@ -113,17 +142,18 @@ def test_exit_codes(scheduler: str, parts: Path) -> None:
     assert code(box, "--results", folder / "none" / "a.jsonl") == 4
     assert code(box, "--results", "b.jsonl", "--fits", "3") == 2
     assert code(box, "--results", "b.jsonl", "--retry-failed") == 2
-    assert code("--results", "b.jsonl") == 2
+    with pytest.raises(SystemExit) as caught:
+        code("--results", "b.jsonl")
+    assert caught.value.code == 2
     assert not (folder / "b.jsonl").exists()
     assert code(parts / "cut.stl", "--results", "c.jsonl") == 5
     assert code(parts / "cut.stl", "--results", "c.jsonl", "--resume") == 5
     (folder / "d.jsonl").write_bytes(b"one\ntwo\n")
     assert code(box, "--results", "d.jsonl", "--resume") == 3
-    lost = run_python(
-        *(box, "--results", "e.jsonl", "--scheduler", "tcp://127.0.0.1:9"), cwd=folder
-    )
-    assert lost.returncode == 1
-    assert "Traceback" not in lost.stderr
+    with dask.config.set({"distributed.comm.timeouts.connect": "2s"}):
+        lost = ["--results", "e.jsonl", "--scheduler", "tcp://127.0.0.1:9"]
+        assert main([str(box), *lost]) == 1
+    assert "Traceback" not in capfd.readouterr().err
 
 
 @pytest.mark.skipif(os.name != "posix", reason="presses Ctrl-C on a terminal")

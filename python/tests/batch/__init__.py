@@ -1,0 +1,1 @@
+"""Tests of many parts on a cluster."""
