@@ -18,31 +18,35 @@
  * tesk_last_error() says what was wrong, and outputs are untouched unless a function says
  * otherwise.
  *
- * Structs. The first field, struct_size, is the size that the caller compiled with: set it to
- * sizeof. Later versions add fields at the end and still serve callers that know fewer. A size that
- * this version does not know is TESK_INVALID_ARGUMENT. In an array of structs the first one's
- * struct_size counts, and is the distance from one to the next. Every struct that the library fills
- * gets its struct_size. Fields that are zero mean what a zeroed struct should mean: the default,
- * unless a field's comment says otherwise.
+ * Structs. Set the first field, struct_size, to sizeof the struct: it tells the library which
+ * version of the struct the caller was compiled with. Later versions add fields at the end and
+ * still serve callers that know fewer; a size that the library does not know is
+ * TESK_INVALID_ARGUMENT. In an array of structs only the first one's struct_size is read; it is
+ * also the distance in bytes from one struct to the next. The library sets struct_size in every
+ * struct that it fills. Zero the other fields of a struct that goes in: 0 means the default, unless
+ * the field's comment says otherwise.
  *
- * Memory. Input arrays are borrowed for the call; arrays of numbers may lie at any address, structs
- * have to be aligned. Results go into the caller's memory, or into a handle (tesk_mesh, tesk_part)
- * that tesk_free() frees. Nothing else needs to be freed.
+ * Memory. The library reads input arrays during the call only, and keeps no pointer to them.
+ * Structs must be aligned, arrays of numbers need not be. Results go into the caller's memory, or
+ * into a handle (tesk_mesh, tesk_part) that tesk_free() frees. Nothing else needs to be freed.
  *
  * Frames and units. Lengths are millimetres where a unit matters. Matrices have 16 floats, row by
- * row, for row vectors: p' = p * M, with the translation in the last row. Graphics libraries that
- * multiply column vectors from the right use the transpose.
+ * row, for row vectors: p' = p * M, with the translation in the last row. Libraries that store
+ * matrices for column vectors column by column, as OpenGL does, have the same floats in the same
+ * order; for others that use column vectors, transpose the matrix.
  *
- * Threads. All functions may be called from several threads at once. A handle may be used by
- * several threads at once; tesk_free() and tesk_mesh_set_placement() need it alone. The last error
- * and the seed are the calling thread's own. Results do not depend on the number of threads, and
- * are the same bits on every platform. The library keeps its worker threads for later calls, and so
- * stays loaded until the process ends, even if the host unloads it.
+ * Threads. All functions may be called from several threads at once, and several threads may use
+ * one handle at once. The exceptions are tesk_free() and tesk_mesh_set_placement(): nothing else
+ * may use the handle meanwhile. Each thread has its own last error and its own random numbers.
+ * Results do not depend on the number of threads, and have the same bits on every platform. The
+ * library keeps its worker threads for later calls, and so stays loaded until the process ends,
+ * even if the host unloads it.
  *
- * Callbacks must return; exceptions and longjmp must not leave them. A C++ exception that does is
- * caught and becomes TESK_CALLBACK_FAILED (on Windows: one of MinGW's; others end the process). A
- * callback may call any function of the library, also on the handle that is being worked on, except
- * for the two that need it alone.
+ * Callbacks. A callback has to return: no exception and no longjmp() may leave it. If a C++
+ * exception does, the library catches it, and the call returns TESK_CALLBACK_FAILED; on Windows it
+ * can catch only those of code compiled with MinGW, and any other ends the process. A callback may
+ * call every function of the library, even with the handle that the interrupted call uses, except
+ * for tesk_free() and tesk_mesh_set_placement() with that handle.
  */
 #ifndef TESKORIENT_H
 #define TESKORIENT_H
@@ -71,7 +75,7 @@ extern "C" {
 
 /* ---- Versions and errors ---- */
 
-/* Grows when a program compiled with an older header would no longer work. */
+/* Raised when programs compiled with an older header would no longer work. */
 #define TESK_ABI_VERSION 1
 
 typedef int32_t tesk_status;
@@ -81,16 +85,16 @@ enum {
     TESK_INVALID_ARGUMENT = 2, /* a null pointer, a count, an index, a struct size, a value */
     TESK_OUT_OF_MEMORY = 3,
     TESK_FILE_ERROR = 4,      /* a part file cannot be read or written */
-    TESK_NO_RESULT = 5,       /* nothing to answer with: no pose, no box */
+    TESK_NO_RESULT = 5,       /* there is no such pose or box; a mesh that cannot be measured */
     TESK_CALLBACK_FAILED = 6, /* an exception left the progress callback */
     TESK_INTERNAL_ERROR = 7   /* a defect of this library, or threads that cannot be started */
 };
 
-/* TESK_ABI_VERSION of the library that was loaded. */
+/* The TESK_ABI_VERSION of the loaded library. */
 TESK_C_API int32_t TESK_CALL tesk_abi_version(void);
 
-/* Whether the loaded library serves a program compiled with this TESK_ABI_VERSION: TESK_OK, or
- * TESK_INVALID_ARGUMENT. To be called once after loading. */
+/* TESK_OK if the loaded library serves a program compiled with this TESK_ABI_VERSION, otherwise
+ * TESK_INVALID_ARGUMENT. Call it once after loading. */
 TESK_C_API tesk_status TESK_CALL tesk_check_abi(int32_t abi_version);
 
 /* The library's version, such as "0.1.0". */
@@ -102,15 +106,16 @@ TESK_C_API const char* TESK_CALL tesk_last_error(void);
 
 /* ---- Calls ---- */
 
-/* Told how far a computation is, in whole percentages that never fall. Nonzero aborts it: the call
- * then returns TESK_ABORTED, and does not call again. Called on the calling thread;
- * tesk_smallest_box() may call it on another one, but never on two at once. */
+/* Receives the progress of a call in whole percentages that never fall. If it returns nonzero, the
+ * call ends with TESK_ABORTED and does not call back again. Runs on the thread that made the call;
+ * tesk_smallest_box() may use another thread, but never two at once. */
 typedef int32_t(TESK_CALL* tesk_progress)(int32_t percent, void* user);
 
-/* How a computation is to run. NULL where one is asked for: all threads, no progress. */
+/* How a call is to run. Functions that take one accept NULL: threads is 0, and no progress is
+ * reported. */
 typedef struct tesk_call {
     uint32_t struct_size;
-    int32_t threads;        /* 0..1024; 0: as many as the machine has, or as OpenMP is told */
+    int32_t threads;        /* 0..1024; 0: OpenMP's default, which is one for each processor */
     tesk_progress progress; /* may be NULL */
     void* user;             /* handed to progress */
 } tesk_call;
@@ -176,17 +181,18 @@ TESK_C_API tesk_status TESK_CALL tesk_mesh_check(const tesk_mesh* mesh, const te
 
 /* ---- Build poses: an answer ---- */
 
-/* A direction of the placed part that must not face down. */
+/* A direction of the placed part that must not face down, neither onto the plate nor onto support.
+ */
 typedef struct tesk_keep_off {
     uint32_t struct_size;
     float direction[3]; /* outward normal of the face; any length above zero */
-    float angle_deg;    /* forbidden within this of straight down; below 0: the overhang angle */
+    float angle_deg;    /* how near to straight down; negative: the goal's overhang angle */
 } tesk_keep_off;
 
 enum { TESK_GOAL_BALANCED = 0, TESK_GOAL_LEAST_SUPPORT = 1 };
 
-/* Costs and limits; tesk_goal_init() fills in the defaults. Fields mean what they say: a cost of 0
- * is no cost. */
+/* Costs and limits; tesk_goal_init() fills in the defaults. Zero is a value like any other here: a
+ * cost of 0 is no cost. */
 typedef struct tesk_goal {
     uint32_t struct_size;
     float overhang_angle_deg;  /* from the plate; a face is an overhang if n.z < -cos(angle) */
@@ -202,8 +208,8 @@ typedef struct tesk_goal {
 /* Sets every field of a goal but struct_size, which must be set. */
 TESK_C_API tesk_status TESK_CALL tesk_goal_init(tesk_goal* goal, int32_t which);
 
-/* A pose: a rotation that follows the placement, and what the part is like in it, with its lowest
- * point on the plate. */
+/* A pose: a rotation, to be applied after the placement, and the measures of the part that is
+ * turned so and set down on the plate. */
 typedef struct tesk_pose {
     uint32_t struct_size;
     float rotation[16];          /* no translation; the identity if the part may stay as it lies */
@@ -214,7 +220,7 @@ typedef struct tesk_pose {
     float overhang_area_on_part; /* mm2 of it whose support rests on the part itself */
     float contact_area;          /* mm2 within 0.2 mm of the plate */
     int32_t contact_islands;
-    float tilt_margin_deg;     /* at which it falls over; negative: it does */
+    float tilt_margin_deg;     /* the tilt that tips it over; negative: it tips over by itself */
     int32_t lies_flat;         /* 1 if a face of the convex hull lies on the plate */
     int32_t stands;            /* 1 if it stands by itself */
     float support_volume_cost; /* mm of filament; the cost is the sum of the three */
@@ -226,11 +232,12 @@ typedef struct tesk_pose_summary {
     uint32_t struct_size;
     int32_t pose_count;  /* found, at most 12, whatever there was room for */
     int32_t none_stands; /* 1 if poses are listed, but none of them stands */
-    int32_t kept_off;    /* how many poses were passed over, by the first rule broken */
-    int32_t too_large;
-    int32_t little_contact;
-    int32_t cannot_stand;
-    float nearest_misfit[3]; /* size of the pose that comes nearest to the build volume; or 0 */
+    /* How many poses were passed over, each counted by the first limit that it broke: */
+    int32_t kept_off;        /* a face of goal.keep_off would face down */
+    int32_t too_large;       /* for the build volume */
+    int32_t little_contact;  /* less than least_contact_area */
+    int32_t cannot_stand;    /* while others can */
+    float nearest_misfit[3]; /* footprint and height of the one nearest to fitting; or 0 */
 } tesk_pose_summary;
 
 /* Finds the poses of least cost in which a mesh can be built, the best first. The same mesh gives
@@ -255,7 +262,8 @@ TESK_C_API tesk_status TESK_CALL tesk_measure_pose(const tesk_mesh* mesh, const 
 
 /* ---- Ranking by weights ---- */
 
-/* What counts, and how much; tesk_rank_settings_init() fills in the defaults. */
+/* What counts, and how much; tesk_rank_settings_init() fills in the defaults. Zero is a value like
+ * any other here: a weight of 0 does not count. */
 typedef struct tesk_rank_settings {
     uint32_t struct_size;
     float overhang_angle_deg;
@@ -263,8 +271,8 @@ typedef struct tesk_rank_settings {
     int32_t support_volume_weight;
     int32_t height_weight;
     int32_t box_volume_weight;
-    int32_t compute_support; /* nonzero: measure support even if both its weights are 0 */
-    float base_height; /* z of the part's lowest point; -1 or less: where the turn leaves it */
+    int32_t compute_support; /* nonzero: measure support even if both of its weights are 0 */
+    float base_height; /* z at which the part's lowest point is put; -1 or less: it is not moved */
 } tesk_rank_settings;
 
 TESK_C_API tesk_status TESK_CALL tesk_rank_settings_init(tesk_rank_settings* settings);
@@ -287,7 +295,8 @@ typedef struct tesk_orientation {
 TESK_C_API tesk_status TESK_CALL tesk_seed(uint32_t seed);
 
 /* Ranks 18 to 58 candidate directions: the best record, ten spread over the ranking and the worst,
- * in ascending order of score. Threads that rank one mesh take turns.
+ * in ascending order of score. Threads that rank the same mesh wait for one another at first, while
+ * it is prepared.
  *
  * settings  NULL: the defaults
  * records   receives the first `capacity` of them; may be NULL if capacity is 0
@@ -336,15 +345,15 @@ typedef struct tesk_box {
  * be for TESK_BOX_PRINCIPAL). TESK_NO_RESULT without a finite point.
  *
  * axis   3 floats, for TESK_BOX_AROUND_AXIS; otherwise NULL
- * call   TESK_BOX_AROUND_AXIS and TESK_BOX_PRINCIPAL report no progress, TESK_BOX_BASE_AREA and
- *        TESK_BOX_BASE_HEIGHT only if threads is 1; the others cannot be aborted */
+ * call   TESK_BOX_VOLUME reports progress and can be aborted, TESK_BOX_BASE_AREA and
+ *        TESK_BOX_BASE_HEIGHT only if threads is 1; the other two never call back */
 TESK_C_API tesk_status TESK_CALL tesk_smallest_box(const tesk_points* points, int32_t criterion,
                                                    const float* axis, const tesk_call* call,
                                                    tesk_box* box);
 
-/* The rotation about the centre of the placed mesh's box that lays it flat in its box of least
- * volume: longest side along X, shortest along Z. It follows the placement, and is the identity for
- * a mesh without finite positions. */
+/* The rotation that lays a placed mesh flat in its box of least volume: longest side along X,
+ * shortest along Z. It turns about the centre of the placed mesh's axis-aligned box, and is to be
+ * applied after the placement. The identity for a mesh without finite positions. */
 TESK_C_API tesk_status TESK_CALL tesk_lay_flat(const tesk_mesh* mesh, const tesk_call* call,
                                                float matrix[16]);
 
