@@ -13,10 +13,11 @@ from multiprocessing import active_children
 from pathlib import Path
 from typing import Any
 
+import dask
 import pytest
 from distributed import Client, KilledWorker, LocalCluster
 
-from batch.support import skew_box, without_times
+from batch.support import landscape, skew_box, without_times
 from teskorient.distributed import VersionError, orient_files
 from teskorient.distributed._inputs import Input
 from teskorient.distributed._run import make_batch, run
@@ -240,6 +241,20 @@ def test_a_part_that_ends_workers_has_crashed(
     assert crashed["status"] == crashed["error"]["code"] == "crashed"
     assert crashed["error"]["text"] == f"{files[1]}: 3 workers ended while they worked on it"
     assert crashed["input"]["hash"] == json.loads(alone(files[1]))["input"]["hash"]
+
+
+def test_a_part_that_needs_too_much_memory_ends_its_worker_only(tmp_path: Path) -> None:
+    small = [tmp_path / f"{index}.stl" for index in range(5)]
+    for index, path in enumerate(small):
+        path.write_bytes(skew_box(index))
+    large = tmp_path / "large.stl"
+    large.write_bytes(landscape(1200))
+    with dask.config.set({"distributed.scheduler.allowed-failures": 0}):
+        files = [*small[:2], large, *small[2:]]
+        results = orient_files(files, memory_limit="500 MiB", workers=1)
+        statuses = {line["input"]["path"]: line["status"] for line in results}
+    assert statuses.pop(str(large)) == "crashed"
+    assert statuses == {str(path): "ok" for path in small}
 
 
 def test_a_fetch_is_tried_again(client: Client, tmp_path: Path) -> None:
