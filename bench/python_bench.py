@@ -68,9 +68,7 @@ def bare_orient(part: Part) -> Callable[[], object]:
 
 def bare_box(part: Part) -> Callable[[], object]:
     """The same of boxes."""
-    points = _library.new(
-        _library.Points, data=part.vertices.ctypes.data, count=len(part.vertices)
-    )
+    points = _library.new(_library.Points, data=part.vertices.ctypes.data, count=len(part.vertices))
     call, box = _library.new(_library.Call, threads=1), _library.new(_library.Box)
     arguments = (ctypes.byref(points), 0, None, ctypes.byref(call), ctypes.byref(box))
     return lambda: _library.library.tesk_smallest_box(*arguments)
