@@ -1,4 +1,4 @@
-"""Builds the user guide: ``sphinx-build -W python/docs build/python-docs``."""
+"""Builds the user guide: ``python -m sphinx -W python/docs build/python-docs``."""
 
 import teskorient
 

@@ -20,6 +20,18 @@ libjs-three|draws in its report pages
 libmeshoptimizer-dev|makes large parts light enough for them
 LIST
             ;;
+        python)
+            cat <<'LIST'
+g++|the compiler
+cmake|the build system
+ninja-build|runs the build
+libmash-dev|the hash map of the orientation library
+libzip-dev|unpacks and packs 3MF files
+libexpat1-dev|reads the XML in them
+libjs-three|draws in notebooks
+python3-venv|environments for the package and its tests
+LIST
+            ;;
         test)
             packages_for build
             cat <<'LIST'

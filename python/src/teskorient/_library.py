@@ -7,6 +7,7 @@ from __future__ import annotations
 
 import ctypes
 import os
+import struct
 import sys
 from ctypes import (
     POINTER,
@@ -139,6 +140,14 @@ class Pose(Structure):
         ("overhang_area_cost", c_float),
         ("height_cost", c_float),
     ]
+
+
+_POSE_NUMBERS: Final = struct.Struct("=4x23fif2i3f")
+
+
+def pose_numbers(records: ctypes.Array[Pose], index: int) -> tuple[Any, ...]:
+    """Return all numbers of a pose in their order, much quicker than one by one."""
+    return _POSE_NUMBERS.unpack_from(records, index * ctypes.sizeof(Pose))
 
 
 class PoseSummary(Structure):

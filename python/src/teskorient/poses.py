@@ -2,12 +2,13 @@
 
 from __future__ import annotations
 
+import ctypes
 import math
 from collections.abc import Iterable, Iterator, Sequence
 from ctypes import byref
 from dataclasses import dataclass, field
 from functools import cached_property
-from typing import Any, Final, overload
+from typing import Any, Final, TypeVar, overload
 
 import numpy as np
 from numpy.typing import ArrayLike
@@ -15,7 +16,7 @@ from numpy.typing import ArrayLike
 from teskorient import _library as c
 from teskorient._arrays import Float32s, frozen, vector_of
 from teskorient._call import Progress, Running, last_error, raise_for
-from teskorient._turns import Turn, column_matrix, on_plate, turn_in
+from teskorient._turns import Turn, on_plate, turn_in
 from teskorient.errors import NoPoseError
 from teskorient.part import Part
 
@@ -337,24 +338,24 @@ def orient(
     goal_struct, settings, _kept = _goal_of(goal, overhang_angle, fits, keep_off)
     how = Running(threads, progress)
     records = c.array_of(c.Pose, _MOST_POSES)
-    lies, summary = c.new(c.Pose), c.new(c.PoseSummary)
+    lies, summary = c.array_of(c.Pose, 1), c.new(c.PoseSummary)
     status = c.library.tesk_find_poses(
         part._mesh.pointer,
         byref(goal_struct),
         byref(how.struct),
         records,
         _MOST_POSES,
-        byref(lies),
+        lies,
         byref(summary),
     )
     if status == c.NO_RESULT:
-        raise _no_pose(part, settings, lies, summary, last_error())
+        raise _no_pose(settings, _as_it_lies(lies, part), summary, last_error())
     how.check(status)
     return Poses(
         part,
         settings,
-        tuple(_pose_of(records[i], part, i + 1) for i in range(summary.pose_count)),
-        _pose_of(lies, part, 0),
+        tuple(_poses_of(records, part, summary.pose_count)),
+        _as_it_lies(lies, part),
         bool(summary.none_stands),
         _passed_over(summary),
     )
@@ -395,17 +396,17 @@ def measure(
     matrix[3, 3] = 1.0
     matrix = np.ascontiguousarray(matrix.T)
     goal_struct, _settings, _kept = _goal_of("balanced", overhang_angle, None, None)
-    how, record = Running(threads, None), c.new(c.Pose)
+    how, record = Running(threads, None), c.array_of(c.Pose, 1)
     how.check(
         c.library.tesk_measure_pose(
             part._mesh.pointer,
             byref(goal_struct),
             byref(how.struct),
             matrix.ctypes.data,
-            byref(record),
+            record,
         )
     )
-    return _measures_of(record)
+    return _poses_of(record, part, 1)[0].measures
 
 
 def _rotation_of(rotation: ArrayLike) -> Float32s:
@@ -487,25 +488,47 @@ def _rule_of(rule: Any, index: int) -> KeepOff:
     return KeepOff(vector, None if angle is None else float(angle))
 
 
-def _measures_of(record: c.Pose) -> PoseMeasures:
-    x, y = record.footprint
-    return PoseMeasures(
-        record.height,
-        (x, y),
-        record.support_volume,
-        record.overhang_area,
-        record.overhang_area_on_part,
-        record.contact_area,
-        record.contact_islands,
-        record.tilt_margin_deg,
-        bool(record.lies_flat),
-        bool(record.stands),
+_Instance = TypeVar("_Instance")
+
+
+def _made(kind: type[_Instance], **fields: Any) -> _Instance:
+    """Make an instance of a frozen dataclass without a call for each field."""
+    instance = object.__new__(kind)
+    instance.__dict__.update(fields)
+    return instance
+
+
+def _poses_of(records: ctypes.Array[c.Pose], part: Part, count: int, first: int = 1) -> list[Pose]:
+    """Turn the first of some records into poses, with ranks from a number on."""
+    # For row vectors: a record is 31 numbers of four bytes, and the rotation begins at the second.
+    numbers = np.frombuffer(memoryview(records).cast("B"), np.float32).reshape(len(records), -1)
+    rotations = numbers[:, 1:17].reshape(-1, 4, 4).transpose(0, 2, 1).copy()
+    rotations.flags.writeable = False
+    return [_pose_of(records, i, rotations[i], part, first + i) for i in range(count)]
+
+
+def _pose_of(
+    records: ctypes.Array[c.Pose], i: int, rotation: Float32s, part: Part, rank: int
+) -> Pose:
+    numbers = c.pose_numbers(records, i)[16:]
+    height, x, y, volume, area, area_on_part, contact, islands, tilt, flat, stands = numbers[:11]
+    measures = _made(
+        PoseMeasures,
+        height=height,
+        footprint=(x, y),
+        support_volume=volume,
+        overhang_area=area,
+        overhang_area_on_part=area_on_part,
+        contact_area=contact,
+        contact_islands=islands,
+        tilt_margin_deg=tilt,
+        lies_flat=flat != 0,
+        stands=stands != 0,
     )
-
-
-def _pose_of(record: c.Pose, part: Part, rank: int) -> Pose:
-    cost = PoseCost(record.support_volume_cost, record.overhang_area_cost, record.height_cost)
-    return Pose(rank, frozen(column_matrix(record.rotation)), _measures_of(record), cost, part)
+    cost = _made(
+        PoseCost, support_volume=numbers[11], overhang_area=numbers[12], height=numbers[13]
+    )
+    return _made(Pose, rank=rank, rotation=rotation, measures=measures, cost=cost, _part=part)
 
 
 def _passed_over(summary: c.PoseSummary) -> PassedOver:
@@ -514,14 +537,14 @@ def _passed_over(summary: c.PoseSummary) -> PassedOver:
     )
 
 
-def _no_pose(
-    part: Part, settings: PoseSettings, lies: c.Pose, summary: c.PoseSummary, text: str
-) -> NoPoseError:
+def _as_it_lies(record: ctypes.Array[c.Pose], part: Part) -> Pose:
+    return _poses_of(record, part, 1, first=0)[0]
+
+
+def _no_pose(settings: PoseSettings, lies: Pose, summary: c.PoseSummary, text: str) -> NoPoseError:
     from teskorient import _texts
 
     over = _passed_over(summary)
-    misfit = tuple(summary.nearest_misfit)
     if over.too_large or over.kept_off:
-        text = _texts.why_no_pose(settings, over, misfit)
-    as_it_lies = _pose_of(lies, part, 0) if math.isfinite(lies.height) else None
-    return NoPoseError(text, over, as_it_lies)
+        text = _texts.why_no_pose(settings, over, tuple(summary.nearest_misfit))
+    return NoPoseError(text, over, lies if math.isfinite(lies.measures.height) else None)

@@ -8,6 +8,8 @@ import struct
 from pathlib import Path
 from typing import Any
 
+import numpy as np
+
 _BOX = [
     (0, 2, 1), (1, 2, 3), (4, 5, 6), (5, 7, 6), (0, 1, 4), (1, 5, 4),
     (2, 6, 3), (3, 6, 7), (0, 4, 2), (2, 4, 6), (1, 3, 5), (3, 7, 5),
@@ -28,6 +30,17 @@ def skew_box(index: int) -> bytes:
         struct.pack("<12fH", 0, 0, 0, *corners[i], *corners[j], *corners[k], 0) for i, j, k in _BOX
     )
     return b"\0" * 80 + struct.pack("<I", len(_BOX)) + triangles
+
+
+def landscape(side: int) -> bytes:
+    """A binary STL of a rough surface with two triangles for each of side x side squares."""
+    x, y = np.meshgrid(np.arange(side + 1.0), np.arange(side + 1.0), indexing="ij")
+    points = np.stack([x, y, np.sin(x * 0.7) * np.cos(y * 0.3)], axis=-1)
+    a, b, c, d = points[:-1, :-1], points[1:, :-1], points[1:, 1:], points[:-1, 1:]
+    corners = np.stack([np.stack([a, b, c], 2), np.stack([a, c, d], 2)], 2).reshape(-1, 9)
+    records = np.zeros(len(corners), [("normal", "<3f4"), ("corners", "<9f4"), ("end", "<u2")])
+    records["corners"] = corners
+    return b"\0" * 80 + struct.pack("<I", len(records)) + records.tobytes()
 
 
 def without_times(line: dict[str, Any]) -> str:

@@ -6,6 +6,7 @@ import json
 import os
 import signal
 import time
+import urllib.request
 from collections import Counter
 from collections.abc import Callable, Iterator
 from itertools import count
@@ -13,11 +14,12 @@ from multiprocessing import active_children
 from pathlib import Path
 from typing import Any
 
+import dask
 import pytest
 from distributed import Client, KilledWorker, LocalCluster
 
-from batch.support import skew_box, without_times
-from teskorient.distributed import VersionError, orient_files
+from batch.support import landscape, skew_box, without_times
+from teskorient.distributed import ClusterError, VersionError, orient_files
 from teskorient.distributed._inputs import Input
 from teskorient.distributed._run import make_batch, run
 from teskorient.distributed._settings import make_settings
@@ -38,9 +40,10 @@ def alone(path: str, **settings: Any) -> str:
     return without_times(json.loads(answer.line))
 
 
-def kill_a_worker(client: Client) -> None:
-    pids = client.run(os.getpid)
-    os.kill(next(iter(pids.values())), signal.SIGKILL)
+def kill_a_worker(client: Client) -> int:
+    pid = next(iter(client.run(os.getpid).values()))
+    os.kill(pid, signal.SIGKILL)
+    return int(pid)
 
 
 @pytest.mark.skipif(os.name != "posix", reason="kills processes by a signal")
@@ -51,14 +54,15 @@ def test_every_part_has_one_result_although_workers_are_killed(
     folder.mkdir()
     for index in range(PARTS):
         (folder / f"{index:04d}.stl").write_bytes(skew_box(index))
-    first_workers = set(client.run(os.getpid).values())
+    killed = set()
     lines = []
     for result in orient_files(files_in(folder), client):
         lines.append(result)
         if len(lines) in (PARTS // 4, PARTS // 2):
-            kill_a_worker(client)
+            killed.add(kill_a_worker(client))
     client.wait_for_workers(2, timeout=60)
-    assert len(first_workers & set(client.run(os.getpid).values())) <= 1
+    assert len(killed) == 2
+    assert not killed & set(client.run(os.getpid).values())
 
     assert Counter(line["input"]["path"] for line in lines) == Counter(files_in(folder))
     assert {line["status"] for line in lines} == {"ok"}
@@ -201,6 +205,36 @@ def test_tasks_have_the_names_of_files(client: Client, parts: Path) -> None:
     assert any(key.startswith("tesk-orient-Größe.stl-") for key in keys)
 
 
+def test_the_dashboard_has_pages_of_the_tasks(
+    cluster: LocalCluster, client: Client, parts: Path
+) -> None:
+    pytest.importorskip("jinja2")
+    results = orient_files([parts / f"box{index}.stl" for index in range(6)], client)
+    next(results)  # the others are known to the scheduler until they are taken
+
+    def keys(dask_scheduler: Any) -> list[str]:
+        return [str(key) for key in dask_scheduler.tasks]
+
+    known = [key for key in client.run_on_scheduler(keys) if key.startswith("tesk-orient-box")]
+    base = cluster.dashboard_link.rsplit("/", 1)[0]
+    for key in known:
+        with urllib.request.urlopen(f"{base}/info/task/{key}.html", timeout=30) as page:
+            assert key in page.read().decode()
+    results.close()
+    assert known
+
+
+def test_a_cluster_that_goes_away_is_an_error(parts: Path) -> None:
+    own = LocalCluster(n_workers=1, threads_per_worker=1, dashboard_address="127.0.0.1:0")
+    with own, Client(own, set_as_default=False) as connected:
+        files = [f"{parts}{'/.' * index}/box0.stl" for index in range(3000)]
+        results = orient_files(files, connected)
+        next(results)
+        own.close()
+        with pytest.raises(ClusterError):
+            list(results)
+
+
 def test_other_versions_are_refused(client: Client, parts: Path) -> None:
     batch = make_batch(make_settings())._replace(version="0.0.0")
     with pytest.raises(VersionError, match="but 0.0.0 is needed"):
@@ -240,6 +274,20 @@ def test_a_part_that_ends_workers_has_crashed(
     assert crashed["status"] == crashed["error"]["code"] == "crashed"
     assert crashed["error"]["text"] == f"{files[1]}: 3 workers ended while they worked on it"
     assert crashed["input"]["hash"] == json.loads(alone(files[1]))["input"]["hash"]
+
+
+def test_a_part_that_needs_too_much_memory_ends_its_worker_only(tmp_path: Path) -> None:
+    small = [tmp_path / f"{index}.stl" for index in range(5)]
+    for index, path in enumerate(small):
+        path.write_bytes(skew_box(index))
+    large = tmp_path / "large.stl"
+    large.write_bytes(landscape(1200))
+    with dask.config.set({"distributed.scheduler.allowed-failures": 0}):
+        files = [*small[:2], large, *small[2:]]
+        results = orient_files(files, memory_limit="500 MiB", workers=1)
+        statuses = {line["input"]["path"]: line["status"] for line in results}
+    assert statuses.pop(str(large)) == "crashed"
+    assert statuses == {str(path): "ok" for path in small}
 
 
 def test_a_fetch_is_tried_again(client: Client, tmp_path: Path) -> None:

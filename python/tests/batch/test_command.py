@@ -160,7 +160,7 @@ def test_exit_codes(
 def test_ctrl_c_leaves_whole_lines_and_resume_goes_on(tmp_path: Path) -> None:
     folder = tmp_path / "parts"
     folder.mkdir()
-    count = 800
+    count = 400
     for index in range(count):
         (folder / f"{index}.stl").write_bytes(skew_box(index))
     results = tmp_path / "r.jsonl"

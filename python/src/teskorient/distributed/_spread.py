@@ -170,6 +170,8 @@ class Spreader:
 
     def _next_batch(self) -> list[Future[Any]]:
         while not self._ended.has_ready():
+            if self._ended.is_empty():
+                raise ClusterError("the cluster forgot tasks that it was given")
             self._check()
             with self._ended.thread_condition:
                 self._ended.thread_condition.wait(timeout=_CHECK_SECONDS)
