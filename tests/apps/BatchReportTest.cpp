@@ -11,7 +11,7 @@
 #include "Version.h"
 #include "batch/BatchSettings.h"
 #include "batch/ContentHash.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 #include "threemf/PlatePackage.h"
 #include "tools/ZipMaker.h"
 

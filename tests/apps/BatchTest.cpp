@@ -9,7 +9,7 @@
 
 #include "BatchSupport.h"
 #include "RunProgram.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 #include "tools/TestSize.h"
 
 namespace {

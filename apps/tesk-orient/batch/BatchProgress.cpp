@@ -5,11 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
-#if defined(_WIN32)
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
+#include "Terminal.h"
 
 namespace App {
 
@@ -18,14 +14,6 @@ namespace {
 constexpr int kWidth = 30;
 constexpr double kBarSeconds = 0.1;
 constexpr double kLineSeconds = 10.0;
-
-bool isTerminal() {
-#if defined(_WIN32)
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(STDERR_FILENO) != 0;
-#endif
-}
 
 /// 12345 as 12,345, whatever the locale.
 std::string grouped(std::size_t count) {
@@ -95,7 +83,7 @@ std::string printable(const std::string& text) {
 
 BatchProgress::BatchProgress(bool isWanted)
     : m_isWanted(isWanted),
-      m_isTerminal(isTerminal()),
+      m_isTerminal(isErrorTerminal()),
       m_shownAt(m_isTerminal ? -kBarSeconds : 0.0) {}
 
 BatchProgress::~BatchProgress() {

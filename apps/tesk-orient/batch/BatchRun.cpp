@@ -23,7 +23,7 @@
 #include "batch/IgnoredSignals.h"
 #include "batch/workers/WorkerPool.h"
 #include "commands/Interrupt.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 
 namespace App {
 

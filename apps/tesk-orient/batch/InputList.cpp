@@ -7,7 +7,7 @@
 #include <unordered_set>
 
 #include "batch/Glob.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 
 namespace App {
 

@@ -8,8 +8,8 @@
 #include <unordered_set>
 
 #include "Failure.h"
-#include "part/FileBytes.h"
 #include "part/MeshOutput.h"
+#include "part/PathText.h"
 
 namespace App {
 

@@ -15,7 +15,7 @@
 #include "Failure.h"
 #include "batch/BatchRun.h"
 #include "batch/BatchSettings.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 
 namespace App {
 

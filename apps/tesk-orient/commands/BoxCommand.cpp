@@ -8,8 +8,8 @@
 #include "MinBoundingBox.h"
 #include "commands/CommandSupport.h"
 #include "commands/PlateWork.h"
-#include "part/FileBytes.h"
 #include "part/MeshOutput.h"
+#include "part/PathText.h"
 #include "plate/Polar.h"
 #include "reports/BoxReport.h"
 

@@ -12,7 +12,7 @@
 #include "TeskDebug/StopWatchLog.h"
 #include "TeskMeshData/MeshKernel.h"
 #include "commands/Interrupt.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 
 namespace App {
 

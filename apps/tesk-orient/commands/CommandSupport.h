@@ -3,10 +3,10 @@
 #include <functional>
 
 #include "commands/ProgressBar.h"
-#include "commands/Report.h"
 #include "options/Options.h"
 #include "part/MeshChecks.h"
 #include "part/MeshFile.h"
+#include "reports/Report.h"
 
 namespace App {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "commands/Report.h"
 #include "options/Options.h"
+#include "reports/Report.h"
 
 namespace App {
 

@@ -10,7 +10,7 @@
 #include "commands/PlateWork.h"
 #include "page/OrientPage.h"
 #include "page/Page.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 #include "plate/ItemTurn.h"
 #include "plate/PresentPose.h"
 #include "plate/SeenPoses.h"

@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "commands/OrientOutputs.h"
-#include "commands/Report.h"
 #include "options/Options.h"
+#include "reports/Report.h"
 
 namespace App {
 

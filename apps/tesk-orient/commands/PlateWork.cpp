@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 
 namespace App {
 

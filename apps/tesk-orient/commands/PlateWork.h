@@ -7,12 +7,12 @@
 
 #include "Failure.h"
 #include "commands/CommandSupport.h"
-#include "commands/Report.h"
 #include "part/MeshOutput.h"
 #include "plate/PlateChecks.h"
 #include "plate/PlateOutput.h"
 #include "plate/Shapes.h"
 #include "reports/PlateReport.h"
+#include "reports/Report.h"
 
 namespace App {
 

@@ -4,11 +4,7 @@
 
 #include <cstdio>
 
-#if defined(_WIN32)
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
+#include "Terminal.h"
 
 namespace App {
 
@@ -16,17 +12,9 @@ namespace {
 
 constexpr int kWidth = 40;
 
-bool isTerminal() {
-#if defined(_WIN32)
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(STDERR_FILENO) != 0;
-#endif
-}
-
 }  // namespace
 
-ProgressBar::ProgressBar(bool isWanted) : m_isShown(isWanted && isTerminal()) {}
+ProgressBar::ProgressBar(bool isWanted) : m_isShown(isWanted && isErrorTerminal()) {}
 
 ProgressBar::~ProgressBar() {
     if (m_isShown) fmt::print(stderr, "\r{:{}}\r", "", kWidth + 10);

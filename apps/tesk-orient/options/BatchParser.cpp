@@ -9,7 +9,7 @@
 
 #include "options/CommonParser.h"
 #include "options/Options.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 
 namespace App {
 

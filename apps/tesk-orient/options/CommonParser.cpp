@@ -5,7 +5,7 @@
 
 #include "Failure.h"
 #include "TeskPartFiles/PartFiles.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 
 namespace App {
 

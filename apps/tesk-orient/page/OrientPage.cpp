@@ -1,7 +1,7 @@
 #include "page/OrientPage.h"
 
 #include "page/Page.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 #include "picture/Picture.h"
 
 namespace App {

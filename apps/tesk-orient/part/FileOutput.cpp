@@ -10,7 +10,7 @@
 
 #include "Failure.h"
 #include "commands/Interrupt.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 
 namespace App {
 

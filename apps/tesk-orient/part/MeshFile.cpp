@@ -6,7 +6,7 @@
 #include <new>
 
 #include "Failure.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 
 namespace App {
 

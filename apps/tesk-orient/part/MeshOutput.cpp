@@ -4,8 +4,8 @@
 #include <cctype>
 
 #include "Failure.h"
-#include "part/FileBytes.h"
 #include "part/MeshEncoding.h"
+#include "part/PathText.h"
 
 namespace App {
 

@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "Failure.h"
-#include "part/FileBytes.h"
 #include "part/MeshFile.h"
+#include "part/PathText.h"
 #include "plate/Bodies.h"
 
 namespace App {

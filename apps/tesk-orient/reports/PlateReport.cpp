@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "part/FileBytes.h"
 #include "part/MeshChecks.h"
+#include "part/PathText.h"
 #include "plate/ItemTurn.h"
 #include "poses/Turn.h"
 #include "reports/ReportText.h"

@@ -3,11 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "commands/Report.h"
 #include "options/Options.h"
 #include "part/MeshFile.h"
 #include "plate/PlateChecks.h"
 #include "plate/Shapes.h"
+#include "reports/Report.h"
 
 namespace App {
 

@@ -7,8 +7,8 @@
 #include <iterator>
 #include <numbers>
 
-#include "part/FileBytes.h"
 #include "part/MeshChecks.h"
+#include "part/PathText.h"
 
 namespace App {
 

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "part/FileBytes.h"
 #include "part/MeshChecks.h"
+#include "part/PathText.h"
 #include "reports/ReportText.h"
 
 namespace App {

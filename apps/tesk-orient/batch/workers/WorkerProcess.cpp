@@ -34,7 +34,7 @@
 #include "commands/LayFlatCommand.h"
 #include "commands/OrientCommand.h"
 #include "options/Options.h"
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 
 namespace App {
 

@@ -1,4 +1,4 @@
-#include "part/FileBytes.h"
+#include "part/PathText.h"
 
 namespace App {
 
