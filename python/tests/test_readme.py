@@ -7,8 +7,8 @@ import subprocess
 from pathlib import Path
 
 import pytest
-import shapes
 
+import shapes
 from teskorient import Part
 
 
