@@ -2,20 +2,21 @@
 
 from __future__ import annotations
 
+import importlib.util
 import struct
 import subprocess
 from collections.abc import Callable, Iterator
 from pathlib import Path
-from typing import Any
+from typing import TYPE_CHECKING, Any
 
 import pytest
 
-pytest.importorskip("distributed")
+if TYPE_CHECKING:
+    from distributed import Client, LocalCluster
 
-import dask
-from distributed import Client, LocalCluster
-
-from batch.support import skew_box, write_broken
+# Without the extra that these tests are about there is nothing to collect.
+if importlib.util.find_spec("distributed") is None:
+    collect_ignore_glob = ["test_*.py"]
 
 
 @pytest.fixture(scope="session")
@@ -32,6 +33,9 @@ def run_program(program: Path) -> Callable[..., int]:
 @pytest.fixture(scope="session")
 def cluster() -> Iterator[LocalCluster]:
     """Two worker processes; a task may end two of them, and the third is the last straw."""
+    import dask
+    from distributed import LocalCluster
+
     settings = {
         "distributed.scheduler.allowed-failures": 2,
         "distributed.scheduler.worker-saturation": 1.0,
@@ -44,6 +48,8 @@ def cluster() -> Iterator[LocalCluster]:
 
 @pytest.fixture
 def client(cluster: LocalCluster) -> Iterator[Client]:
+    from distributed import Client
+
     with Client(cluster, set_as_default=False) as connected:
         connected.wait_for_workers(2, timeout=60)
         yield connected
@@ -52,6 +58,8 @@ def client(cluster: LocalCluster) -> Iterator[Client]:
 @pytest.fixture
 def parts(tmp_path: Path) -> Path:
     """A folder with sound and broken parts, some with names that need care."""
+    from batch.support import skew_box, write_broken
+
     folder = tmp_path / "parts"
     (folder / "deep").mkdir(parents=True)
     for index in range(6):

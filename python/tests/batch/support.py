@@ -10,6 +10,10 @@ from typing import Any
 
 import numpy as np
 
+from teskorient.distributed._run import make_batch
+from teskorient.distributed._settings import make_settings
+from teskorient.distributed._work import work
+
 _BOX = [
     (0, 2, 1), (1, 2, 3), (4, 5, 6), (5, 7, 6), (0, 1, 4), (1, 5, 4),
     (2, 6, 3), (3, 6, 7), (0, 4, 2), (2, 4, 6), (1, 3, 5), (3, 7, 5),
@@ -65,3 +69,14 @@ def write_broken(folder: Path) -> None:
     (folder / "notes.txt").write_bytes(b"no part")
     if os.name == "posix":
         (folder / "gone.stl").symlink_to("nowhere")
+
+
+def files_in(folder: Path) -> list[str]:
+    return sorted(str(path) for path in folder.rglob("*") if not path.is_dir())
+
+
+def alone(path: str, **settings: Any) -> str:
+    """The result of one file in this process."""
+    answer = work(make_batch(make_settings(**settings)).job(path))
+    assert answer.line is not None
+    return without_times(json.loads(answer.line))

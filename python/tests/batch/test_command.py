@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import os
-import pty
 import shutil
 import signal
 import subprocess
@@ -180,6 +179,8 @@ def test_ctrl_c_leaves_whole_lines_and_resume_goes_on(tmp_path: Path) -> None:
 
 def _interrupted(words: list[str], results: Path) -> tuple[int, bytes]:
     """Ctrl-C, as a terminal sends it to all processes of a command; the exit code and what was said."""
+    import pty
+
     pid, terminal = pty.fork()
     if pid == 0:
         os.execv(words[0], words)
