@@ -93,6 +93,7 @@ def data_of(poses: Poses) -> _json.Json:
         "units": {"length": "mm", "mass": "g"},
         "filament": {"material": "PLA", "diameterMm": 1.75, "densityGPerCm3": 1.24},
         "settings": result["settings"],
+        "warnings": [],
         "objects": [
             {
                 "name": title,
