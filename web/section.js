@@ -278,7 +278,8 @@ class Section {
   draw() {
     if (!this.views || !this.canvases) return;
     const scale = this.mmPerPixel();
-    const dots = Math.min(window.devicePixelRatio || 1, 2);
+    const isPaper = document.documentElement.hasAttribute("data-paper");
+    const dots = isPaper ? 2 : Math.min(window.devicePixelRatio || 1, 2);
     this.views.forEach((view, i) => {
       const canvas = /** @type {HTMLCanvasElement[]} */ (this.canvases)[i];
       const width = Math.max(1, Math.round(canvas.clientWidth * dots));

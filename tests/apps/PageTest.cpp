@@ -70,7 +70,7 @@ Json poseValue() {
 
 App::PageInput inputOf(const TriangleMesh& mesh, const std::string& name) {
     App::PageInput input{name, {{"overhangAngleDeg", 55.0}}, Json::array(), {}};
-    const Json result = {{"input", {{"triangles", mesh.triangles.size()}}},
+    const Json result = {{"input", {{"file", "/home/me/secret/part.stl"}, {"triangles", 4}}},
                          {"chosenRank", 1},
                          {"asItLies", poseValue()},
                          {"poses", {poseValue()}}};
@@ -194,6 +194,13 @@ TEST(Page, HoldsVersionedDataAndTheLicenceOfItsLibrary) {
     for (const char* mark : {"@TITLE@", "@POLICY@", "@STYLE@", "@THREE@", "@SCRIPT@", "@DATA@"}) {
         EXPECT_THAT(page, Not(HasSubstr(mark)));
     }
+}
+
+TEST(Page, DoesNotTellWhereTheFileLay) {
+    const TriangleMesh mesh = tetrahedron();
+    const std::string page = App::pageOf(inputOf(mesh, "part.stl"));
+    EXPECT_THAT(page, Not(HasSubstr("secret")));
+    EXPECT_EQ(Json::parse(dataIn(page))["objects"][0]["input"], Json({{"triangles", 4}}));
 }
 
 TEST(Page, IsTheSameEveryTime) {

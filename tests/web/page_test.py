@@ -221,6 +221,19 @@ class PageTest(PageCase):
         self.assertRegex(pdf, rb"/MediaBox\s*\[0 0 59[45][0-9.]* 84[12]")
 
 
+    def test_on_paper_pictures_are_neither_stretched_nor_of_two_scales(self):
+        self.open(table())
+        for width, height in SIZES:
+            self.resize(width, height)
+            self.script("window.dispatchEvent(new Event('beforeprint'))")
+            self.rest()
+            views = self.script("return [...document.querySelectorAll('.stage canvas')].map("
+                                "(c) => [c.width / c.clientWidth, c.height / c.clientHeight])")
+            for across, down in views:
+                self.assertAlmostEqual(across, 2, delta=0.02)
+                self.assertAlmostEqual(down, 2, delta=0.02)
+            self.script("window.dispatchEvent(new Event('afterprint'))")
+
     def test_without_webgl_the_figures_are_still_there(self):
         browser = start_browser("--disable-3d-apis")
         try:

@@ -33,6 +33,8 @@ Json objectValue(const PageObject& object, std::size_t all) {
          {"input", "chosenRank", "noneStands", "passedOver", "asItLies", "poses"}) {
         if (object.result.contains(member)) value[member] = object.result[member];
     }
+    // Pages are sent to others, and where the file lay is not theirs to know.
+    if (value.contains("input")) value["input"].erase("file");
     value["mesh"] = pageMeshOf(*object.mesh, limitFor(object, all));
     return value;
 }
