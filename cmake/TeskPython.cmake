@@ -23,3 +23,9 @@ if(TESK_THREE_JS AND TESK_THREE_LICENCE)
 else()
     message(STATUS "three.js was not found: notebooks show tables, not pages")
 endif()
+
+# Licence texts of the libraries that a wheel contains: scripts/build_wheels collects them.
+set(TESK_LICENCES "" CACHE PATH "Folder of third-party licence texts to install")
+if(TESK_LICENCES)
+    install(DIRECTORY ${TESK_LICENCES}/ DESTINATION teskorient/licences COMPONENT python)
+endif()

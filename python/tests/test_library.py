@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import ctypes
+import os
 import re
 import subprocess
 import sys
@@ -67,12 +68,12 @@ def test_functions_have_as_many_parameters_as_in_the_header(root: Path) -> None:
 def test_a_library_that_is_missing_is_an_import_error() -> None:
     run = subprocess.run(
         [sys.executable, "-c", "import teskorient"],
-        env={"TESKORIENT_LIBRARY": "/nowhere/libteskorient.so"},
+        env=os.environ | {"TESKORIENT_LIBRARY": "nowhere.so"},
         capture_output=True,
         text=True,
     )
     assert run.returncode == 1
-    assert "ImportError: teskorient's library cannot be loaded: /nowhere" in run.stderr
+    assert "ImportError: teskorient's library cannot be loaded: " in run.stderr
 
 
 def test_a_library_of_another_version_is_an_import_error(monkeypatch: pytest.MonkeyPatch) -> None:

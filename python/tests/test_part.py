@@ -24,7 +24,11 @@ def part() -> Part:
 
 @pytest.mark.parametrize("extension", FORMATS)
 def test_files_hold_what_was_saved(part: Part, tmp_path: Path, extension: str) -> None:
-    path = tmp_path / f"größe \udcff.{extension}" if os.name == "posix" else tmp_path / "größe.stl"
+    path = (
+        tmp_path / f"größe \udcff.{extension}"
+        if os.name == "posix"
+        else tmp_path / f"größe.{extension}"
+    )
     part.save(path)
     read = Part.load(path)
     assert read.name == str(path)

@@ -32,6 +32,7 @@ libjs-three|draws in notebooks
 python3-venv|environments for the package and its tests
 LIST
             ;;
+        windows_python) echo "maven|fetches a Python for Windows" ;;
         test)
             packages_for build
             cat <<'LIST'

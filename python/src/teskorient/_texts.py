@@ -6,7 +6,8 @@ import math
 
 import numpy as np
 
-from teskorient.poses import PassedOver, Pose, Poses, PoseSettings
+from teskorient._goals import PoseSettings
+from teskorient._pose import PassedOver, Pose, Poses
 
 _SQUARE = float(np.float32(0.9998))  # 1.1 degrees
 

@@ -3,11 +3,9 @@
 from __future__ import annotations
 
 import os
-import re
-from ctypes import byref, c_char_p, c_int64
-from dataclasses import dataclass
+from ctypes import byref, c_int64
 from functools import cached_property
-from typing import Any, Final
+from typing import Any
 
 import numpy as np
 from numpy.typing import ArrayLike
@@ -24,41 +22,12 @@ from teskorient._arrays import (
 )
 from teskorient._call import Progress, Running, check
 from teskorient._checks import MeshCheck, mesh_warnings
+from teskorient._files import FORMATS, PartWarning, naming, object_name, unit_in_file, warning_of
+from teskorient._foreign import arrays_in
+from teskorient._units import UNITS, scaled, unit_named
 from teskorient.errors import PartFileError
 
 __all__ = ["Part", "PartWarning"]
-
-UNITS: Final = {
-    "mm": 1.0,
-    "cm": 10.0,
-    "m": 1000.0,
-    "inch": 25.4,
-    "foot": 304.8,
-    "micron": 0.001,
-}
-_LONG_NAMES: Final = {"millimeter": "mm", "centimeter": "cm", "meter": "m"}
-_FORMATS: Final = {c.STL: "STL", c.OBJ: "OBJ", c.PLY: "PLY", c.OFF: "OFF", c.THREE_MF: "3MF"}
-# The warnings of readers whose text begins with, or contains first, how many there are.
-_COUNTED: Final = {"small-faces", "not-built", "several-items", "extra-bytes", "bad-normals"}
-
-
-@dataclass(frozen=True)
-class PartWarning:
-    """Something that makes a result doubtful, or that a reader passed over or put right.
-
-    Attributes
-    ----------
-    code : str
-        Short and fixed, for programs: ``open-edges``.
-    text : str
-        One sentence.
-    count : int
-        How many there are, where that makes sense; otherwise 0.
-    """
-
-    code: str
-    text: str
-    count: int = 0
 
 
 class Part:
@@ -108,7 +77,7 @@ class Part:
         triangles = triangles_of(faces, len(positions.array), "faces")
         short = unit_named(unit)
         if short != "mm":
-            positions = Rows(_scaled(positions.array.astype(np.float32), short))
+            positions = Rows(scaled(positions.array.astype(np.float32), short))
             bad = first_not_finite(positions.array)
             if bad is not None:
                 raise ValueError(f"vertices: row {bad} is not finite in millimetres")
@@ -168,7 +137,7 @@ class Part:
         encoded = os.fsencode(path)
         if b"\0" in encoded:
             raise ValueError("path: holds a null character")
-        with _naming(name):
+        with naming(name):
             how.check(
                 c.library.tesk_part_read(
                     encoded, byref(options), byref(how.struct), byref(file.pointer)
@@ -207,13 +176,11 @@ class Part:
         """
         data = bytes(data)
         wanted = format.upper().removeprefix(".")
-        number = next((k for k, known in _FORMATS.items() if known == wanted), None)
+        number = next((k for k, known in FORMATS.items() if known == wanted), None)
         if number is None:
-            raise ValueError(
-                f"format must be one of {', '.join(_FORMATS.values())}, not {format!r}"
-            )
+            raise ValueError(f"format must be one of {', '.join(FORMATS.values())}, not {format!r}")
         file, how, options = c.Handle(), Running(threads, progress), c.new(c.ReadOptions)
-        with _naming(name):
+        with naming(name):
             how.check(
                 c.library.tesk_part_read_bytes(
                     data, len(data), number, byref(options), byref(how.struct), byref(file.pointer)
@@ -226,21 +193,21 @@ class Part:
         details = c.new(c.PartDetails)
         check(c.library.tesk_part_describe(file.pointer, byref(details)))
         stated = (details.unit or b"").decode("utf-8", "replace")
-        warnings = [_warning_of(file, i) for i in range(details.warning_count)]
+        warnings = [warning_of(file, i) for i in range(details.warning_count)]
         if unit is not None:
             short = unit_named(unit)
         else:
-            short = _unit_in_file(stated, warnings)
+            short = unit_in_file(stated, warnings)
         mesh = c.Handle()
         check(c.library.tesk_part_mesh(file.pointer, byref(mesh.pointer)))
         if short != "mm":
             mesh = _scaled_mesh(mesh, short)
         part = cls._of_mesh(mesh, name, short)
         part._file_warnings = tuple(warnings)
-        part.format = _FORMATS[details.format]
+        part.format = FORMATS[details.format]
         part.form = (details.form or b"").decode()
         part.unit_from_file = bool(stated) and unit is None
-        part.object_names = tuple(_object_name(file, i) for i in range(details.object_count))
+        part.object_names = tuple(object_name(file, i) for i in range(details.object_count))
         return part
 
     @classmethod
@@ -269,7 +236,7 @@ class Part:
         """
         if isinstance(mesh, cls):
             return mesh
-        vertices, faces = _arrays_in(mesh)
+        vertices, faces = arrays_in(mesh)
         return cls(vertices, faces, unit, name=name)
 
     def save(self, path: str | bytes | os.PathLike[Any]) -> None:
@@ -285,7 +252,7 @@ class Part:
         encoded = os.fsencode(path)
         if b"\0" in encoded:
             raise ValueError("path: holds a null character")
-        with _naming(os.fsdecode(path)):
+        with naming(os.fsdecode(path)):
             check(c.library.tesk_part_write(encoded, self._mesh.pointer))
 
     def moved(self, matrix: ArrayLike) -> Part:
@@ -379,14 +346,6 @@ class Part:
         self.__dict__.update(state)
 
 
-def unit_named(name: str) -> str:
-    """Return the short name of a unit of length."""
-    short = _LONG_NAMES.get(name, name)
-    if short not in UNITS:
-        raise ValueError(f"unit must be one of {', '.join(UNITS)}, not {name!r}")
-    return short
-
-
 def moved_positions(positions: Float32s, m: Float32s) -> Float32s:
     """Take positions through a matrix for column vectors, rounding after each step as C++ does."""
     x, y, z = positions[:, 0], positions[:, 1], positions[:, 2]
@@ -412,14 +371,9 @@ def _mesh_of(positions: Rows, triangles: Rows) -> c.Handle:
     return mesh
 
 
-def _scaled(positions: Float32s, unit: str) -> Float32s:
-    with np.errstate(over="ignore"):
-        return (positions.astype(np.float64) * UNITS[unit]).astype(np.float32)
-
-
 def _scaled_mesh(mesh: c.Handle, unit: str) -> c.Handle:
     held = Part._of_mesh(mesh)
-    positions = _scaled(held.vertices, unit)
+    positions = scaled(held.vertices, unit)
     bad = first_not_finite(positions)
     if bad is not None:
         numbers = ", ".join(f"{value:g}" for value in positions[bad])
@@ -427,63 +381,3 @@ def _scaled_mesh(mesh: c.Handle, unit: str) -> c.Handle:
             f"vertex {bad + 1} has a coordinate that is not finite in millimetres: ({numbers})"
         )
     return _mesh_of(Rows(positions), Rows(held.faces))
-
-
-def _unit_in_file(stated: str, warnings: list[PartWarning]) -> str:
-    if not stated:
-        return "mm"
-    short = _LONG_NAMES.get(stated, stated)
-    if short in UNITS:
-        return short
-    text = f'the file gives its unit as "{stated}", which 3MF does not know; millimetres are taken'
-    warnings.append(PartWarning("unknown-unit", text))
-    return "mm"
-
-
-def _warning_of(file: c.Handle, index: int) -> PartWarning:
-    code, text = c_char_p(), c_char_p()
-    check(c.library.tesk_part_warning(file.pointer, index, byref(code), byref(text)))
-    name = (code.value or b"").decode()
-    sentence = (text.value or b"").decode("utf-8", "replace")
-    found = re.search(r"\d+", sentence) if name in _COUNTED else None
-    return PartWarning(name, sentence, int(found.group()) if found else 0)
-
-
-def _object_name(file: c.Handle, index: int) -> str:
-    name = c_char_p()
-    check(c.library.tesk_part_object(file.pointer, index, byref(name)))
-    return (name.value or b"").decode("utf-8", "replace")
-
-
-class _naming:
-    """Puts a file's name in front of errors that lack it."""
-
-    def __init__(self, name: str) -> None:
-        self._name = name
-
-    def __enter__(self) -> None:
-        pass
-
-    def __exit__(self, kind: object, error: BaseException | None, trace: object) -> None:
-        if isinstance(error, PartFileError) and error.filename is None:
-            text = error.text
-            if self._name and not text.startswith(self._name + ":"):
-                text = f"{self._name}: {text}"
-            raise PartFileError(text, self._name or None) from None
-
-
-def _arrays_in(mesh: Any) -> tuple[ArrayLike, ArrayLike]:
-    if isinstance(mesh, (tuple, list)) and len(mesh) == 2:
-        return mesh[0], mesh[1]
-    vertices = getattr(mesh, "vertices", None)
-    if vertices is None:
-        vertices = getattr(mesh, "points", None)
-    faces = getattr(mesh, "cells_dict", {}).get("triangle")
-    for name in ("faces", "triangles"):  # trimesh has both
-        if faces is None:
-            faces = getattr(mesh, name, None)
-    if vertices is None or faces is None:
-        raise ValueError(
-            f"a {type(mesh).__name__} has no triangles: Part.from_any() needs .vertices and .faces"
-        )
-    return vertices, faces
