@@ -9,7 +9,6 @@ built, measures the same calls from C++.
 from __future__ import annotations
 
 import importlib.util
-import statistics
 import sys
 import threading
 import time
@@ -35,16 +34,6 @@ def fastest(call: Callable[[], object], rounds: int) -> float:
         call()
         times.append(time.perf_counter() - start)
     return min(times)
-
-
-def median(call: Callable[[], object], rounds: int) -> float:
-    """Seconds of a call, in the middle of some."""
-    times = []
-    for _ in range(rounds):
-        start = time.perf_counter()
-        call()
-        times.append(time.perf_counter() - start)
-    return statistics.median(times)
 
 
 def bare_orient(part: Part) -> Callable[[], object]:
@@ -84,8 +73,8 @@ def overhead(name: str, part: Part, rounds: int) -> None:
         for call in (ours, bare):
             call()
         # In turns, so that what the machine does meanwhile hits both.
-        times = [(median(ours, 1), median(bare, 1)) for _ in range(rounds)]
-        a, b = (statistics.median(column) for column in zip(*times, strict=True))
+        times = [(fastest(ours, 1), fastest(bare, 1)) for _ in range(rounds)]
+        a, b = (min(column) for column in zip(*times, strict=True))
         print(f"{name:>22} {what:14} {a * 1e6:12.1f} us, library {b * 1e6:12.1f} us, "
               f"overhead {(a - b) * 1e6:8.1f} us")  # fmt: skip
 

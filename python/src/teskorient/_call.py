@@ -13,6 +13,8 @@ from teskorient.errors import InternalError, PartFileError, TeskError
 # is to end is waited for.
 _LOOK_AROUND: Final = 0.05
 _PATIENCE: Final = 0.5
+# Poses of so few triangles take milliseconds.
+FEW_TRIANGLES: Final = 2000
 
 Progress = Callable[[int], object]
 """Told how far a call is, in whole percentages that never fall. What it raises ends the call."""
@@ -73,15 +75,23 @@ class Running:
     threads : int or None
         None: as many as the machine has.
     progress : callable or None
-        Without one the call still notices Ctrl-C and other signals whose handlers raise.
+        Without one a long call still notices Ctrl-C and other signals whose handlers raise.
+    is_long : bool
+        Whether the call may take longer than a moment. Reports take a microsecond each.
     """
 
-    def __init__(self, threads: int | None, progress: Progress | None) -> None:
+    def __init__(
+        self, threads: int | None, progress: Progress | None, is_long: bool = True
+    ) -> None:
         if threads is not None and not (isinstance(threads, int) and 1 <= threads <= 1024):
             raise ValueError(f"threads must be a whole number from 1 to 1024, not {threads!r}")
         if progress is not None and not callable(progress):
             raise ValueError(f"progress must be callable, not {progress!r}")
         self._raised: list[BaseException] = []
+        self._is_long = is_long
+        if progress is None and not is_long:
+            self.struct = c.new(c.Call, threads=threads or 0)
+            return
         reports = _reports(progress, self._raised)
         next(reports)
         self.struct = c.new(c.Call, threads=threads or 0, progress=c.ProgressFunction(reports.send))
@@ -94,14 +104,14 @@ class Running:
             raise error
         check(status)
 
-    def watched(self, call: Callable[[], int], is_long: bool) -> None:
+    def watched(self, call: Callable[[], int]) -> None:
         """Make a call whose progress the library may report on a thread of its own, and check it.
 
         Python handles signals on the main thread only. So a long call is made on another thread,
         while the main one waits for both. Where the library cannot end a call, it goes on behind the
         exception, and the interpreter's end waits for it.
         """
-        if not is_long or threading.current_thread() is not threading.main_thread():
+        if not self._is_long or threading.current_thread() is not threading.main_thread():
             self.check(call())
             return
         ended: list[tuple[int, str]] = []

@@ -47,7 +47,7 @@ class MeshCheck:
     def of(cls, mesh: c.Handle) -> MeshCheck:
         """Check a mesh of the library."""
         surface = c.new(c.MeshSurface)
-        how = Running(None, None)
+        how = Running(None, None, is_long=False)
         status = c.library.tesk_mesh_check(mesh.pointer, byref(how.struct), byref(surface))
         how.check(status)
         return cls(

@@ -207,7 +207,8 @@ def bounding_box(
     if len(rows.array) == 0:
         raise ValueError("points: there is none")
     direction, usable = _axis_of(axis, criterion)
-    how, record, given = Running(threads, progress), c.new(c.Box), points_struct(rows)
+    how = Running(threads, progress, is_long=len(rows.array) > _FEW_POINTS)
+    record, given = c.new(c.Box), points_struct(rows)
     how.watched(
         lambda: c.library.tesk_smallest_box(
             byref(given),
@@ -215,8 +216,7 @@ def bounding_box(
             None if usable is None else usable.ctypes.data,
             byref(how.struct),
             byref(record),
-        ),
-        is_long=len(rows.array) > _FEW_POINTS,
+        )
     )
     axes = np.array(record.axes, np.float32)
     if _is_left_handed(axes):
@@ -275,10 +275,10 @@ def lay_flat(part: Part, threads: int | None = None, progress: Progress | None =
     part = Part.from_any(part)
     if len(part.vertices) == 0:
         raise ValueError("the part has no vertices")
-    how, found = Running(threads, progress), np.empty(16, np.float32)
+    how = Running(threads, progress, is_long=len(part.vertices) > _FEW_POINTS)
+    found = np.empty(16, np.float32)
     how.watched(
-        lambda: c.library.tesk_lay_flat(part._mesh.pointer, byref(how.struct), found.ctypes.data),
-        is_long=len(part.vertices) > _FEW_POINTS,
+        lambda: c.library.tesk_lay_flat(part._mesh.pointer, byref(how.struct), found.ctypes.data)
     )
     matrix = set_down(part, column_matrix(found))
     placed = moved_positions(part.vertices, matrix).astype(np.float64)

@@ -13,7 +13,7 @@ from numpy.typing import ArrayLike
 
 from teskorient import _library as c
 from teskorient._arrays import Float32s
-from teskorient._call import Progress, Running, last_error
+from teskorient._call import FEW_TRIANGLES, Progress, Running, last_error
 from teskorient._goals import KeepOff, PoseSettings, goal_of
 from teskorient._pose import PassedOver, Pose, PoseCost, PoseMeasures, Poses, poses_of
 from teskorient.errors import NoPoseError
@@ -84,7 +84,7 @@ def orient(
     """
     part = Part.from_any(part)
     goal_struct, settings, _kept = goal_of(goal, overhang_angle, fits, keep_off)
-    how = Running(threads, progress)
+    how = Running(threads, progress, is_long=part._counts[1] > FEW_TRIANGLES)
     records = c.array_of(c.Pose, _MOST_POSES)
     lies, summary = c.array_of(c.Pose, 1), c.new(c.PoseSummary)
     status = c.library.tesk_find_poses(
@@ -144,7 +144,7 @@ def measure(
     matrix[3, 3] = 1.0
     matrix = np.ascontiguousarray(matrix.T)
     goal_struct, _settings, _kept = goal_of("balanced", overhang_angle, None, None)
-    how, record = Running(threads, None), c.array_of(c.Pose, 1)
+    how, record = Running(threads, None, is_long=False), c.array_of(c.Pose, 1)
     how.check(
         c.library.tesk_measure_pose(
             part._mesh.pointer,

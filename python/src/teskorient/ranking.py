@@ -12,7 +12,7 @@ import numpy as np
 
 from teskorient import _library as c
 from teskorient._arrays import Float32s, frozen
-from teskorient._call import Progress, Running, check
+from teskorient._call import FEW_TRIANGLES, Progress, Running, check
 from teskorient._turns import about, center_of, degrees, rotation_about, set_down, unit_vector
 from teskorient.part import Part
 
@@ -230,7 +230,7 @@ def rank(
     )
     if not 0 <= seed < 2**32:
         raise ValueError(f"seed must be from 0 to 4294967295, not {seed!r}")
-    how = Running(threads, progress)
+    how = Running(threads, progress, is_long=part._counts[1] > FEW_TRIANGLES)
     records, count = c.array_of(c.Orientation, _MOST_RECORDS), c_int32()
     check(c.library.tesk_seed(seed))
     find = c.library.tesk_rank_all if every else c.library.tesk_rank

@@ -36,11 +36,7 @@ def cluster() -> Iterator[LocalCluster]:
     import dask
     from distributed import LocalCluster
 
-    settings = {
-        "distributed.scheduler.allowed-failures": 2,
-        "distributed.scheduler.worker-saturation": 1.0,
-    }
-    with dask.config.set(settings):
+    with dask.config.set({"distributed.scheduler.allowed-failures": 2}):
         made = LocalCluster(n_workers=2, threads_per_worker=1, dashboard_address="127.0.0.1:0")
     with made:
         yield made

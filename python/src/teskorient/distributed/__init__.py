@@ -15,6 +15,8 @@ from collections.abc import Generator, Iterable, Iterator, Mapping, Sequence
 from typing import Any
 
 try:
+    import fsspec as _fsspec  # noqa: F401
+    import xxhash as _xxhash  # noqa: F401
     from distributed import Client
 except ImportError as error:
     raise ImportError(

@@ -1,8 +1,8 @@
 """Numbers as tesk-orient's JSON writer prints them, digit for digit.
 
 The program prints a double by Florian Loitsch's Grisu2 ("Printing Floating-Point Numbers Quickly and
-Accurately with Integers", PLDI 2010). Some numbers get a digit more than the shortest form
-that Python's ``repr`` finds, or another last digit, so ``repr`` does not do. Both
+Accurately with Integers", PLDI 2010). Some numbers get a digit more than in the shortest form that
+Python's ``repr`` finds, and one float32 in fifteen another last digit, so ``repr`` does not do. Both
 forms read back to the same double.
 """
 
