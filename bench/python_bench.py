@@ -130,7 +130,7 @@ def beside_trimesh(folder: Path) -> None:
 
 def main() -> None:
     """Measure everything."""
-    overhead("12 triangles", Part(*shapes.box()), 3000)
+    overhead("12 triangles", Part(*shapes.box()), 500)
     ball = shapes.bumpy_ball(500)
     print("a part of", len(ball[1]), "triangles is made in",
           f"{fastest(lambda: Part(*ball), 5) * 1e3:.1f} ms")  # fmt: skip
