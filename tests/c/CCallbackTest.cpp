@@ -216,6 +216,8 @@ int troublesOnEightThreads(const std::vector<const Calls*>& calls,
             float found[12];
             mine.rank(callOn(1 + round % 2), found);
             if (!std::equal(heights.begin(), heights.end(), found)) ++troubles;
+            auto surface = sized<tesk_mesh_surface>();
+            if (tesk_mesh_check(mine.mesh(), nullptr, &surface) != TESK_OK) ++troubles;
         }
     });
     return troubles;

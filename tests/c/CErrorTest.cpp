@@ -72,7 +72,7 @@ TEST_F(CErrors, IndicesOfAMesh) {
         Part part = m_part;
         part.triangles[3][2] = index;
         expectRefusedArrays(
-            part, [](tesk_mesh_arrays&) {}, "triangle 3 names vertex");
+            part, [](tesk_mesh_arrays&) {}, "triangles: triangle 3 names vertex");
     }
     expectRefusedArrays(
         m_part, [](tesk_mesh_arrays& a) { a.position_count = 0; }, "of 0");

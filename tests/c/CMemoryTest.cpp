@@ -47,6 +47,11 @@ TEST_F(CMemory, Meshes) {
     });
 }
 
+TEST_F(CMemory, Checks) {
+    auto surface = sized<tesk_mesh_surface>();
+    expectCodes([&] { return tesk_mesh_check(m_mesh.get(), &m_call, &surface); });
+}
+
 TEST_F(CMemory, Poses) {
     expectCodes([&] {
         return tesk_find_poses(m_mesh.get(), nullptr, &m_call, nullptr, 0, nullptr, nullptr);
@@ -58,6 +63,7 @@ TEST_F(CMemory, Poses) {
 
 TEST_F(CMemory, Rankings) {
     expectCodes([&] { return tesk_rank(m_mesh.get(), nullptr, &m_call, nullptr, 0, nullptr); });
+    expectCodes([&] { return tesk_rank_all(m_mesh.get(), nullptr, &m_call, nullptr, 0, nullptr); });
     float matrix[16];
     expectCodes([&] { return tesk_lay_flat(m_mesh.get(), &m_call, matrix); });
 }
