@@ -83,6 +83,8 @@ def data_of(poses: Poses) -> _json.Json:
     """Return the page's data: ``tesk-orient/page/1``."""
     result = _json.poses_dict(poses)
     members = ("input", "chosenRank", "noneStands", "passedOver", "asItLies", "poses")
+    # Pages are sent to others, and where the file lay is not theirs to know.
+    del result["input"]["file"]
     title = _title(poses)
     version: bytes = _library.library.tesk_version()
     return {
