@@ -8,8 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "TeskMeshData/SurfaceMeasures.h"
 #include "TeskPartFiles/Plates.h"
-#include "part/MeshChecks.h"
+#include "TriangleMesh.h"
 #include "tools/ZipMaker.h"
 
 namespace {
@@ -37,7 +38,8 @@ void readEveryWay(std::string_view bytes, Tesk::PartFormat format) {
     options.threads = 1;
     const Tesk::PartFile part = Tesk::readPart(bytes, format, options);
     expectSound(part.mesh);
-    App::measure(App::triangleMeshOf(part.mesh));
+    const App::TriangleMesh mesh = App::triangleMeshOf(part.mesh);
+    Tesk::measureSurface(mesh.positions, mesh.triangles);
     options.weldsVertices = false;
     const Tesk::PartFile apart = Tesk::readPart(bytes, format, options);
     expectSound(apart.mesh);

@@ -115,21 +115,26 @@ class Running:
             self.check(call())
             return
         ended: list[tuple[int, str]] = []
+        has_ended = threading.Event()
 
         def work() -> None:
-            status = call()
-            ended.append((status, "" if status == c.OK else last_error()))
+            try:
+                status = call()
+                ended.append((status, "" if status == c.OK else last_error()))
+            finally:
+                has_ended.set()
 
-        worker = threading.Thread(target=work, name="teskorient", daemon=False)
-        worker.start()
+        threading.Thread(target=work, name="teskorient", daemon=False).start()
         try:
-            while worker.is_alive():
-                worker.join(_LOOK_AROUND)
+            # Not join(): before Python 3.13 it takes a thread for ended if a signal's handler raises
+            # there, and the interpreter does not wait for it any more.
+            while not has_ended.wait(_LOOK_AROUND):
+                pass
         except BaseException as error:
             self._raised.append(error)  # which the next report finds
-            worker.join(_PATIENCE)
+            has_ended.wait(_PATIENCE)
             raise
-        status, text = ended[0]
+        status, text = ended[0] if ended else (c.INTERNAL_ERROR, "the call failed in Python")
         if self._raised or status == c.OK:
             self.check(status)
         else:
