@@ -216,7 +216,8 @@ def test_ten_thousand_calls_leave_nothing_behind() -> None:
     before = repeat(10)
     after = repeat(2500)  # of four calls each
     assert after[1] == before[1]
-    assert abs(after[2] - before[2]) < 50
+    # One lost in each call would be 10,000; other tests' threads may leave a few hundred meanwhile.
+    assert abs(after[2] - before[2]) < 1000
     # A leak of 100 bytes a call would be a million.
     assert after[0] - before[0] < 600_000
 
