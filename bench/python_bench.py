@@ -2,8 +2,8 @@
 
     bench/python_bench.py [MESH-FOLDER]
 
-Needs the package, built; trimesh and scipy for the comparison. build/bench/bin/call_bench, where it has been
-built, measures the same calls from C++.
+Needs the package, built; trimesh, scipy and networkx for the comparison. build/bench/bin/c_interface_bench
+measures the same calls from C++.
 """
 
 from __future__ import annotations
@@ -101,18 +101,23 @@ def two_threads(part: Part) -> None:
           f"threads, ratio {two / one:.2f}")  # fmt: skip
 
 
-def beside_trimesh(folder: Path) -> None:
+MESH_FILES = {".stl", ".ply", ".obj", ".3mf", ".off"}
+
+
+def parts_in(folder: Path) -> list[tuple[str, Part]]:
+    """Return the parts of a folder, by name."""
+    files = sorted(path for path in folder.glob("*") if path.suffix in MESH_FILES)
+    return [(path.name, Part.load(path)) for path in files]
+
+
+def boxes_beside_trimesh(parts: list[tuple[str, Part]]) -> None:
     """Print time and volume of boxes beside trimesh's."""
-    if importlib.util.find_spec("trimesh") is None or importlib.util.find_spec("scipy") is None:
-        print("trimesh and scipy are not installed: not compared")
-        return
     import trimesh
 
-    print(f"{'part':>24} {'points':>8} {'ours s':>9} {'trimesh s':>9} {'faster':>7} {'volume':>8}")
-    for path in sorted(folder.glob("*")):
-        if path.suffix not in {".stl", ".ply", ".obj", ".3mf", ".off"}:
-            continue
-        part = Part.load(path)
+    print(
+        f"{'boxes of':>24} {'points':>8} {'ours s':>9} {'trimesh s':>9} {'faster':>7} {'volume':>8}"
+    )
+    for name, part in parts:
         mesh = trimesh.Trimesh(part.vertices, part.faces, process=False)
         begin = time.perf_counter()
         box = teskorient.bounding_box(part)
@@ -120,12 +125,35 @@ def beside_trimesh(folder: Path) -> None:
         try:
             _, extents = trimesh.bounds.oriented_bounds(mesh)
         except Exception as error:
-            print(f"{path.name:>24} trimesh: {type(error).__name__}: {error}")
+            print(f"{name:>24} trimesh: {type(error).__name__}: {error}")
             continue
         end = time.perf_counter()
         ours, theirs = middle - begin, end - middle
-        print(f"{path.name:>24} {len(part.vertices):8} {ours:9.4f} {theirs:9.4f} "
+        print(f"{name:>24} {len(part.vertices):8} {ours:9.4f} {theirs:9.4f} "
               f"{theirs / ours:6.0f}x {box.volume / float(np.prod(extents)):8.4f}")  # fmt: skip
+
+
+def poses_beside_trimesh(parts: list[tuple[str, Part]]) -> None:
+    """Print time and support of poses beside the likeliest of trimesh's stable ones."""
+    import trimesh
+
+    print(f"{'poses of':>24} {'points':>8} {'ours s':>9} {'trimesh s':>9} {'faster':>7} "
+          f"{'support mm3':>12} {'trimesh':>12}")  # fmt: skip
+    for name, part in parts:
+        mesh = trimesh.Trimesh(part.vertices, part.faces, process=False)
+        begin = time.perf_counter()
+        best = teskorient.orient(part).best
+        middle = time.perf_counter()
+        try:
+            transforms, _ = trimesh.poses.compute_stable_poses(mesh)
+            end = time.perf_counter()
+            support = teskorient.measure(part, transforms[0]).support_volume
+        except Exception as error:
+            print(f"{name:>24} trimesh: {type(error).__name__}: {error}")
+            continue
+        ours, theirs = middle - begin, end - middle
+        print(f"{name:>24} {len(part.vertices):8} {ours:9.4f} {theirs:9.4f} "
+              f"{theirs / ours:6.1f}x {best.measures.support_volume:12.0f} {support:12.0f}")  # fmt: skip
 
 
 def main() -> None:
@@ -137,7 +165,12 @@ def main() -> None:
     big = Part(*ball)
     overhead(f"{len(big.faces):,} triangles", big, 3)
     two_threads(big)
-    beside_trimesh(Path(sys.argv[1] if len(sys.argv) > 1 else "../shared/meshes"))
+    if importlib.util.find_spec("trimesh") is None or importlib.util.find_spec("scipy") is None:
+        print("trimesh and scipy are not installed: not compared")
+        return
+    parts = parts_in(Path(sys.argv[1] if len(sys.argv) > 1 else "../shared/meshes"))
+    boxes_beside_trimesh(parts)
+    poses_beside_trimesh(parts)
 
 
 if __name__ == "__main__":
