@@ -33,8 +33,8 @@ __all__ = ["Part", "PartWarning"]
 class Part:
     """A part as a mesh of triangles, in millimetres.
 
-    The library keeps a copy of its own, made once: what is done to the arrays later does not change
-    the part.
+    The library keeps a copy of its own, made once. `Part.vertices` and `Part.faces` are views of the
+    arrays given, where these are float32 and int32 and in millimetres: do not change them later.
 
     Parameters
     ----------
