@@ -78,6 +78,7 @@ INTERRUPTED = """
 import os, signal, sys, threading, time
 sys.path.insert(0, {tests!r})
 import numpy as np, shapes, teskorient
+signal.signal(signal.SIGINT, signal.default_int_handler)  # where the tests' parent ignores it
 part = teskorient.Part(*shapes.bumpy_ball(300))
 random = np.random.default_rng(1)
 points = random.normal(size=(120_000, 3))

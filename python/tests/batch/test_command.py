@@ -179,8 +179,13 @@ def test_ctrl_c_leaves_whole_lines_and_resume_goes_on(tmp_path: Path) -> None:
 
 def _interrupted(words: list[str], results: Path) -> tuple[int, str]:
     """Ctrl-C, as a terminal sends it to all processes; the exit code and what was said."""
+    # Where the tests' parent ignores it, it would be ignored for good.
+    heeds = (
+        "import os, signal, sys; signal.signal(signal.SIGINT, signal.SIG_DFL); "
+        "os.execv(sys.argv[1], sys.argv[1:])"
+    )
     started = subprocess.Popen(
-        words,
+        [sys.executable, "-c", heeds, *words],
         stdout=subprocess.DEVNULL,
         stderr=subprocess.PIPE,
         encoding="utf-8",

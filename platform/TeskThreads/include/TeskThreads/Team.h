@@ -173,12 +173,21 @@ class Team {
         m_leaving.wake();
     }
 
+    /// Sleeps until the region is over: what a thread of the region does that is not of the team.
+    void sitOut() {
+        m_end.waitUntil(1);
+        m_leaving.add(1);
+        m_leaving.wake();
+    }
+
     /// Sends the other threads to the end of the region, and waits until they are leaving.
-    void dismiss() {
+    void dismiss(int regionSize) {
         m_isOver = true;
         m_state.add(2);
         m_state.wake();
-        m_leaving.waitUntil(static_cast<std::uint32_t>(m_size) - 1);
+        m_end.add(1);
+        m_end.wake();
+        m_leaving.waitUntil(static_cast<std::uint32_t>(regionSize) - 1);
     }
 
     int m_size = 1;
@@ -189,6 +198,7 @@ class Team {
     std::atomic<bool> m_isOver = false;
     WatchedNumber m_state;
     WatchedNumber m_inside;   ///< threads that may be at work, without the master
+    WatchedNumber m_end;      ///< 1 when the region is over
     WatchedNumber m_leaving;  ///< threads that are about to end the region
 };
 
@@ -209,25 +219,32 @@ inline int threadsFor(std::int64_t work, std::int64_t share) {
 
 /// Calls work(team) on the calling thread, which is the master of a parallel region of at most
 /// `threads` threads. Passes on what work() throws.
+///
+/// The region itself always has as many threads as the caller's setting allows; those beyond
+/// `threads` sleep. GCC's library ends threads that the next region has no use for, and on Windows a
+/// process that exits while one of them is ending may hang in that library.
 template <class Work>
 void withTeam(int threads, Work&& work) {
     Team team;
 #ifdef _OPENMP
     if (threads > 1) {
         std::exception_ptr failure;
-#pragma omp parallel num_threads(threads)
+#pragma omp parallel num_threads(std::max(threads, mostThreads()))
         {
             const int thread = omp_get_thread_num();
-            if (thread != 0) {
+            if (thread >= threads) {
+                team.sitOut();
+            } else if (thread != 0) {
                 team.serve(thread);
             } else {
-                team.m_size = omp_get_num_threads();
+                const int regionSize = omp_get_num_threads();
+                team.m_size = std::min(threads, regionSize);
                 try {
                     work(team);
                 } catch (...) {
                     failure = std::current_exception();
                 }
-                team.dismiss();
+                team.dismiss(regionSize);
             }
         }
         if (failure) std::rethrow_exception(failure);
