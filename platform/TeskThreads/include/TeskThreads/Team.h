@@ -221,8 +221,8 @@ inline int threadsFor(std::int64_t work, std::int64_t share) {
 /// `threads` threads. Passes on what work() throws.
 ///
 /// The region itself always has as many threads as the caller's setting allows; those beyond
-/// `threads` sleep. GCC's library ends threads that the next region has no use for, and on Windows a
-/// process that exits while one of them is ending may hang in that library.
+/// `threads` sleep. GCC's library ends threads that the next region has no use for, and on Windows
+/// a process that exits while one of them is ending may hang in that library.
 template <class Work>
 void withTeam(int threads, Work&& work) {
     Team team;
