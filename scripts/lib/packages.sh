@@ -30,6 +30,7 @@ libzip-dev|unpacks and packs 3MF files
 libexpat1-dev|reads the XML in them
 libjs-three|draws in notebooks
 python3-venv|environments for the package and its tests
+python3-dev|builds the mesh simplifier that notebooks use
 LIST
             ;;
         windows_python) echo "maven|fetches a Python for Windows" ;;
