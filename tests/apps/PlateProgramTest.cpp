@@ -279,7 +279,7 @@ TEST_F(PlateProgram, APageTellsThePlateSWarningsFromThoseOfParts) {
     const json report = jsonOf(plate, {"-q", "--report", page});
     ASSERT_EQ(report["warnings"].size(), 2u) << report["warnings"];
     const json data = dataOf(page);
-    EXPECT_EQ(data["warnings"], json({report["warnings"][1]}));
+    EXPECT_EQ(data["warnings"], json::array({report["warnings"][1]}));
     EXPECT_EQ(data["warnings"][0]["code"], "parts-overlap");
     EXPECT_EQ(data["objects"][0]["input"]["warnings"].size(), 0u);
     EXPECT_EQ(data["objects"][1]["input"]["warnings"].size(), 1u);
